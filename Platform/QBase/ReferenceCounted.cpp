@@ -1,0 +1,8 @@
+#include "QBase/ReferenceCounted.h"
+
+namespace QBase
+{
+
+ReferenceCounted::~ReferenceCounted() = default;
+
+} // namespace QBase

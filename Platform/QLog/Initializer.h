@@ -1,0 +1,28 @@
+// Brings the logging library up and down. The objects nest: only the first brings it up and only the last takes it
+// down. Any thread may create and destroy them.
+
+#ifndef QLOG_INITIALIZER_H
+#define QLOG_INITIALIZER_H
+
+#include "QBase/Export.h"
+
+namespace QLog
+{
+
+class Q8_EXPORT Initializer
+{
+public:
+    // Never throws.
+    Initializer();
+    ~Initializer();
+
+    Initializer(const Initializer&) = delete;
+    Initializer& operator=(const Initializer&) = delete;
+
+    // Returns how many of these objects exist: above 0 while the library is up.
+    static int GetCount() noexcept;
+};
+
+} // namespace QLog
+
+#endif

@@ -1,0 +1,10 @@
+#include "QSerialization/DataStream.h"
+
+namespace QSerialization
+{
+
+WriteDataStream::~WriteDataStream() = default;
+
+ReadDataStream::~ReadDataStream() = default;
+
+} // namespace QSerialization
