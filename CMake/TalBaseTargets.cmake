@@ -23,7 +23,8 @@ function(talbase_library iTarget)
         SOVERSION ${i_SOVERSION}
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
-        VISIBILITY_INLINES_HIDDEN ON)
+        VISIBILITY_INLINES_HIDDEN ON
+        INSTALL_RPATH "$ORIGIN") # the family lies in one folder: a client links one and finds the others beside it
     target_include_directories(${iTarget} PUBLIC
         $<BUILD_INTERFACE:${i_BASE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     target_link_libraries(${iTarget} PUBLIC ${i_LINK})

@@ -1,6 +1,6 @@
 #include "QBase/Convert.h"
 
-#include "QBase/Message.h"
+#include "PrivateSource/Throw.h"
 
 #include <cstdint>
 #include <limits>
@@ -13,12 +13,12 @@ namespace
 
 const std::uint32_t gReplacement = 0xFFFD;
 
-[[noreturn]] void Throw(const wchar_t* ipText, std::size_t iPlace)
+const wchar_t gNotCarried[] = L"QBase::WideCharToUTF8; UTF-8 cannot carry the character at index ";
+const wchar_t gIllFormed[] = L"QBase::UTF8ToWideChar; Ill-formed UTF-8 at byte offset ";
+
+[[noreturn]] void ThrowAt(const wchar_t* ipText, std::size_t iPlace)
 {
-    Message lMessage;
-    lMessage.SetDomainAndID(MESSAGE_DOMAIN_UNKNOWN, -1);
-    lMessage.SetMessage((ipText + std::to_wstring(iPlace)).c_str());
-    throw ExceptionImpl<Message>(lMessage);
+    Throw<Message>((ipText + std::to_wstring(iPlace)).c_str());
 }
 
 bool IsBlank(wchar_t iCharacter)
@@ -146,7 +146,7 @@ int DecimalToInt(const wchar_t* ipText)
     for (; *ipText >= L'0' && *ipText <= L'9'; ++ipText)
     {
         lValue = lValue * 10 + static_cast<std::int64_t>(*ipText - L'0');
-        lValue = lValue < lLimit ? lValue : lLimit;
+        lValue = lValue < lLimit ? lValue : lLimit; // here, so that no number of digits can overflow
     }
     return static_cast<int>(lIsNegative ? -lValue : lValue);
 }
@@ -160,7 +160,7 @@ std::string WideCharToUTF8(const wchar_t* ipText, bool iStrict)
         const bool lIsScalarValue = IsScalarValue(lCodePoint);
         if (!lIsScalarValue && iStrict)
         {
-            Throw(L"QBase::WideCharToUTF8; UTF-8 cannot carry the character at index ", lIndex);
+            ThrowAt(gNotCarried, lIndex);
         }
         AppendUTF8(lText, lIsScalarValue ? lCodePoint : gReplacement);
     }
@@ -175,7 +175,7 @@ std::wstring UTF8ToWideChar(std::string_view iText, bool iStrict)
         const Decoded lDecoded = DecodeFirst(iText.substr(lOffset));
         if (!lDecoded.mIsWellFormed && iStrict)
         {
-            Throw(L"QBase::UTF8ToWideChar; Ill-formed UTF-8 at byte offset ", lOffset);
+            ThrowAt(gIllFormed, lOffset);
         }
         lText.push_back(static_cast<wchar_t>(lDecoded.mCodePoint));
         lOffset += lDecoded.mLength;

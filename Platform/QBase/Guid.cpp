@@ -2,9 +2,10 @@
 
 #include "QBase/Guid.h"
 
-#include "QBase/Message.h"
+#include "PrivateSource/Throw.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cwchar>
 #include <sys/random.h>
 
@@ -39,6 +40,7 @@ int DigitValue(wchar_t iCharacter)
     return -1;
 }
 
+// A signal may interrupt the source before it gave anything, or after it gave a part.
 void FillRandom(std::uint8_t* opBytes, std::size_t iSize)
 {
     std::size_t lDone = 0;
@@ -51,15 +53,37 @@ void FillRandom(std::uint8_t* opBytes, std::size_t iSize)
         }
         else if (lGot == 0 || errno != EINTR)
         {
-            Message lMessage;
-            lMessage.SetDomainAndID(MESSAGE_DOMAIN_UNKNOWN, -1);
-            lMessage.SetMessage(L"QBase::CreateGUID; The random source failed");
-            throw ExceptionImpl<Message>(lMessage);
+            Throw<Message>(L"QBase::CreateGUID; The random source failed");
         }
     }
 }
 
-// The bytes in the order of the text.
+// Reads the 36 characters into bytes in the order of the text. The terminator is neither a digit nor a dash, so nothing
+// behind it is read.
+bool ToBytes(std::uint8_t* opBytes, const wchar_t* ipText)
+{
+    std::size_t lDigits = 0;
+    for (std::size_t lPosition = 0; lPosition < gTextLength; ++lPosition)
+    {
+        if (IsDash(lPosition))
+        {
+            if (ipText[lPosition] != L'-')
+            {
+                return false;
+            }
+            continue;
+        }
+        const int lValue = DigitValue(ipText[lPosition]);
+        if (lValue < 0)
+        {
+            return false;
+        }
+        opBytes[lDigits / 2] = static_cast<std::uint8_t>(opBytes[lDigits / 2] << 4 | lValue);
+        ++lDigits;
+    }
+    return true;
+}
+
 void FromBytes(_GUID& oGuid, const std::uint8_t* ipBytes)
 {
     oGuid.Data1 = static_cast<std::uint32_t>(ipBytes[0]) << 24 | static_cast<std::uint32_t>(ipBytes[1]) << 16 |
@@ -83,47 +107,23 @@ void CreateGUID(_GUID& oGuid)
 ReturnWString Guid2String(const _GUID& iGuid)
 {
     wchar_t lText[gTextLength + 1];
-    const std::uint8_t* lpTail = iGuid.Data4;
+    const std::uint8_t* lTail = iGuid.Data4;
     std::swprintf(lText, gTextLength + 1, L"%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x",
                   static_cast<unsigned int>(iGuid.Data1), static_cast<unsigned int>(iGuid.Data2),
-                  static_cast<unsigned int>(iGuid.Data3), static_cast<unsigned int>(lpTail[0]),
-                  static_cast<unsigned int>(lpTail[1]), static_cast<unsigned int>(lpTail[2]),
-                  static_cast<unsigned int>(lpTail[3]), static_cast<unsigned int>(lpTail[4]),
-                  static_cast<unsigned int>(lpTail[5]), static_cast<unsigned int>(lpTail[6]),
-                  static_cast<unsigned int>(lpTail[7]));
+                  static_cast<unsigned int>(iGuid.Data3), static_cast<unsigned int>(lTail[0]),
+                  static_cast<unsigned int>(lTail[1]), static_cast<unsigned int>(lTail[2]),
+                  static_cast<unsigned int>(lTail[3]), static_cast<unsigned int>(lTail[4]),
+                  static_cast<unsigned int>(lTail[5]), static_cast<unsigned int>(lTail[6]),
+                  static_cast<unsigned int>(lTail[7]));
     return {lText, gTextLength};
 }
 
 bool String2Guid(_GUID& oGuid, const wchar_t* ipText)
 {
     const bool lHasBrace = *ipText == L'{';
-    const wchar_t* lpText = lHasBrace ? ipText + 1 : ipText;
+    const wchar_t* lText = lHasBrace ? ipText + 1 : ipText;
     std::uint8_t lBytes[16] = {};
-    std::size_t lDigits = 0;
-    for (std::size_t lPosition = 0; lPosition < gTextLength; ++lPosition)
-    {
-        if (IsDash(lPosition))
-        {
-            if (lpText[lPosition] != L'-')
-            {
-                return false;
-            }
-            continue;
-        }
-        const int lValue = DigitValue(lpText[lPosition]); // the terminator is no digit, so nothing is read behind it
-        if (lValue < 0)
-        {
-            return false;
-        }
-        lBytes[lDigits / 2] = static_cast<std::uint8_t>(lBytes[lDigits / 2] << 4 | lValue);
-        ++lDigits;
-    }
-    lpText += gTextLength;
-    if (lHasBrace && *lpText++ != L'}')
-    {
-        return false;
-    }
-    if (*lpText != L'\0')
+    if (!ToBytes(lBytes, lText) || std::wcscmp(lText + gTextLength, lHasBrace ? L"}" : L"") != 0)
     {
         return false;
     }

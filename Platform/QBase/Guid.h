@@ -1,4 +1,5 @@
-// The 16-byte identifier of RFC 9562, how one is made, and its text.
+// The 16-byte identifier of RFC 9562, how one is made, and its text. The functions keep no state and may be called from
+// any thread.
 
 #ifndef QBASE_GUID_H
 #define QBASE_GUID_H
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 
+// The identifier's first eight bytes are held as numbers, which the text shows from their most significant digit on.
 struct _GUID
 {
     std::uint32_t Data1;
@@ -32,7 +34,7 @@ namespace QBase
 
 // Fills oGuid with a new identifier, version 4, from the operating system's random source. Throws
 // ExceptionImpl<Message> "QBase::CreateGUID; The random source failed" when that source fails; oGuid is then unchanged.
-// Any thread.
+// Nothing is tried instead: an identifier that only looks unique would be worse than none.
 Q8_EXPORT void CreateGUID(_GUID& oGuid);
 
 // Returns the 36 characters of RFC 9562, lower case, without braces. Throws std::bad_alloc.

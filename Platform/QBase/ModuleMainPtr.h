@@ -1,10 +1,16 @@
-// The holder of a library's one module object: created by the first Initialize, destroyed by the last Finalize.
+// The holder of a library's one module object, which the first Initialize creates and the last Finalize destroys. A
+// library exports one global holder; its clients call the two operations, usually through an object of their own that
+// calls Initialize when it is built and Finalize when it dies. The holder owns the module object and hands it to
+// nobody.
 //
-// The holder has standard layout (the lock word at offset 0, the count at 8, the pointer at 16), a constexpr
-// constructor and a trivial destructor, so that a global one is initialised at compile time and outlives every static
-// object. Initialize and Finalize may be called from any thread; they serialise on the lock word, a spin lock that gives
-// up the rest of its time slice between tries. The lock is held while the module object is built, so a second thread
-// that starts the library waits until it is up. It is not re-entrant.
+// The constructor is constexpr and the destructor does nothing, so a global holder is initialised at compile time and
+// outlives every static object: a client's static objects may use it in any order. The layout is fixed for clients
+// built elsewhere: the lock word at offset 0, the count at 8, the pointer at 16.
+//
+// Both operations may be called from any thread at any time. They serialise on the lock word, a spin lock that gives up
+// the rest of the time slice between two tries and never gives up trying. It is held while the module object is built
+// and destroyed: a thread that starts the library while another does so waits until it is up, and a module object whose
+// constructor or destructor calls the holder waits for itself for ever.
 
 #ifndef QBASE_MODULEMAINPTR_H
 #define QBASE_MODULEMAINPTR_H
@@ -17,6 +23,8 @@
 namespace QBase
 {
 
+// Implementation: the class of the module object, built without arguments. Interface: the class through which it is
+// held and deleted: the same one, or a base of it with a virtual destructor.
 template <class Interface, class Implementation>
 class ModuleMainPtr
 {
@@ -25,8 +33,9 @@ public:
     ModuleMainPtr(const ModuleMainPtr&) = delete;
     ModuleMainPtr& operator=(const ModuleMainPtr&) = delete;
 
-    // Counts, and creates the module object where the count was 0. What its constructor throws passes on unchanged, with
-    // the count as it was before, no object, and the lock free.
+    // Adds one to the count, and creates the module object where the count was 0. Throws std::bad_alloc and whatever
+    // the constructor of the module object throws, unchanged: the count is then as it was before the call, there is no
+    // module object, the lock is free, and a later call tries again.
     void Initialize()
     {
         hLock();
@@ -48,8 +57,8 @@ public:
         hUnlock();
     }
 
-    // Takes one from the count and destroys the module object where it is 0 then. A call without its Initialize takes
-    // the count below zero; nothing guards against it. Never throws.
+    // Takes one from the count and, where it is 0 then, destroys the module object if there is one. A call without its
+    // Initialize takes the count below zero, and nothing guards against it. Never throws.
     void Finalize()
     {
         hLock();
@@ -65,7 +74,8 @@ public:
 private:
     static constexpr std::int64_t gLocked = 0x12345678;
 
-    void hLock() noexcept
+    // Not noexcept: sleep is where a thread can be cancelled, and one that only waits may go.
+    void hLock()
     {
         while (QSynch_AtomicSet(&mLock, gLocked) == gLocked)
         {
@@ -78,7 +88,7 @@ private:
         QSynch_AtomicSet(&mLock, 0);
     }
 
-    std::int64_t mLock = 0;
+    std::int64_t mLock = 0; // gLocked while a thread is inside
     std::int32_t mInitCount = 0;
     Interface* mModule = nullptr;
 };

@@ -3,19 +3,11 @@
 namespace QBase
 {
 
-static_assert(sizeof(wchar_t) == 4, "wide characters have 32 bits");
+ReturnWString::ReturnWString(const wchar_t* ipText) : mText(ipText != nullptr ? ipText : L"") {}
 
-ReturnWString::ReturnWString(const wchar_t* ipText) : mText(ipText != nullptr ? ipText : L"")
-{
-}
+ReturnWString::ReturnWString(const wchar_t* ipText, std::size_t iLength) : mText(ipText, iLength) {}
 
-ReturnWString::ReturnWString(const wchar_t* ipText, std::size_t iLength) : mText(ipText, iLength)
-{
-}
-
-ReturnWString::ReturnWString(std::wstring&& iText) noexcept : mText(std::move(iText))
-{
-}
+ReturnWString::ReturnWString(std::wstring&& iText) noexcept : mText(std::move(iText)) {}
 
 ReturnWString::ReturnWString(const ReturnWString& iOther) = default;
 

@@ -1,6 +1,9 @@
-// A pointer that holds one reference on an intrusively counted object (anything with AddRef() const and Release()
-// const). Letting go clears the pointer first and then calls Release, so whatever Release sets off never finds a pointer
-// to a dying object. Different pointers to one object may be used on different threads; one pointer may not.
+// A pointer that holds one reference on an intrusively counted object: anything with AddRef() const and Release() const
+// that never throw (QBase::ReferenceCounted, above all). Letting go clears the pointer first and then calls Release, so
+// that whatever Release sets off never finds a pointer to a dying object.
+//
+// No operation throws. Different pointers may hold the same object on different threads; one pointer is used by one
+// thread at a time.
 
 #ifndef QBASE_SMARTPTRI_H
 #define QBASE_SMARTPTRI_H
@@ -12,6 +15,7 @@
 namespace QBase
 {
 
+// T may be const, and may be incomplete where nothing takes or drops a reference.
 template <class T>
 class SmartPtrI
 {
@@ -21,25 +25,21 @@ class SmartPtrI
 public:
     // Holds nothing.
     constexpr SmartPtrI() noexcept = default;
-    constexpr SmartPtrI(std::nullptr_t) noexcept
-    {
-    }
 
-    // Takes a reference on the object, unless it is null.
+    // Takes a reference on the object; null holds nothing. Implicit, so that a factory's result can be handed on. There
+    // is no constructor for null alone: with two of them the literals NULL and 0 would fit neither.
     SmartPtrI(T* ipObject) noexcept : mPointer(ipObject)
     {
         hAddRef();
     }
 
-    SmartPtrI(const SmartPtrI& iOther) noexcept : SmartPtrI(iOther.mPointer)
-    {
-    }
+    // Takes a reference of its own on what iOther holds.
+    SmartPtrI(const SmartPtrI& iOther) noexcept : SmartPtrI(iOther.mPointer) {}
 
-    // Takes over the reference; iOther holds nothing afterwards.
-    SmartPtrI(SmartPtrI&& iOther) noexcept : mPointer(std::exchange(iOther.mPointer, nullptr))
-    {
-    }
+    // Takes over the reference of iOther, which holds nothing afterwards. No count changes.
+    SmartPtrI(SmartPtrI&& iOther) noexcept : mPointer(std::exchange(iOther.mPointer, nullptr)) {}
 
+    // The same for a pointer to a derived class, or to the class without its const.
     template <class U, IfConvertible<U> = 0>
     SmartPtrI(const SmartPtrI<U>& iOther) noexcept : SmartPtrI(static_cast<T*>(iOther.get()))
     {
@@ -51,12 +51,14 @@ public:
         iOther.mPointer = nullptr;
     }
 
+    // Drops the reference, if it holds one.
     ~SmartPtrI()
     {
         hLetGo();
     }
 
-    // The new reference is taken before the old one is dropped, so assigning from what the old object owns is safe.
+    // Every assignment takes the new reference before it drops the old one: assigning a pointer to itself, or from one
+    // that only the old object keeps alive, is safe.
     SmartPtrI& operator=(const SmartPtrI& iOther) noexcept
     {
         SmartPtrI(iOther).swap(*this);
@@ -83,18 +85,14 @@ public:
         return *this;
     }
 
+    // Null, nullptr and {} let go.
     SmartPtrI& operator=(T* ipObject) noexcept
     {
         SmartPtrI(ipObject).swap(*this);
         return *this;
     }
 
-    SmartPtrI& operator=(std::nullptr_t) noexcept
-    {
-        hLetGo();
-        return *this;
-    }
-
+    // Neither may be used on a pointer that holds nothing.
     T* operator->() const noexcept
     {
         return mPointer;
@@ -105,19 +103,22 @@ public:
         return *mPointer;
     }
 
+    // Returns the object, or null. The count does not change.
     T* get() const noexcept
     {
         return mPointer;
     }
 
+    // Returns whether it holds an object.
     explicit operator bool() const noexcept
     {
         return mPointer != nullptr;
     }
 
-    void swap(SmartPtrI& iOther) noexcept
+    // Exchanges what the two hold. No count changes.
+    void swap(SmartPtrI& oOther) noexcept
     {
-        std::swap(mPointer, iOther.mPointer);
+        std::swap(mPointer, oOther.mPointer);
     }
 
 private:
@@ -134,15 +135,17 @@ private:
 
     void hLetGo() noexcept
     {
-        if (T* lpObject = std::exchange(mPointer, nullptr))
+        if (T* lObject = std::exchange(mPointer, nullptr))
         {
-            lpObject->Release();
+            lObject->Release();
         }
     }
 
     T* mPointer = nullptr;
 };
 
+// Compare addresses, as the plain pointers would: with another SmartPtrI, with nullptr, and with a plain pointer, on
+// either side.
 template <class T, class U>
 bool operator==(const SmartPtrI<T>& iLeft, const SmartPtrI<U>& iRight) noexcept
 {
@@ -204,9 +207,9 @@ bool operator!=(T* ipLeft, const SmartPtrI<U>& iRight) noexcept
 }
 
 template <class T>
-void swap(SmartPtrI<T>& iLeft, SmartPtrI<T>& iRight) noexcept
+void swap(SmartPtrI<T>& oLeft, SmartPtrI<T>& oRight) noexcept
 {
-    iLeft.swap(iRight);
+    oLeft.swap(oRight);
 }
 
 } // namespace QBase

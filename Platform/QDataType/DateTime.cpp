@@ -1,4 +1,4 @@
-// date-time = YYYY-MM-DD ("T" | "t") hh:mm:ss ["." 1*DIGIT] ("Z" | "z" | ("+" | "-") hh:mm)       (RFC 3339)
+// date-time = YYYY-MM-DD ("T" | "t") hh:mm:ss ["." 1*DIGIT] ("Z" | "z" | ("+" | "-") hh:mm)
 
 #include "QDataType/DateTime.h"
 
@@ -49,9 +49,7 @@ microseconds Latest()
 class Reader
 {
 public:
-    explicit Reader(std::string_view iText) : mText(iText)
-    {
-    }
+    explicit Reader(std::string_view iText) : mText(iText) {}
 
     int Digits(std::size_t iCount, int iLow, int iHigh)
     {
@@ -81,9 +79,8 @@ public:
             return 0;
         }
         hSkip();
-        std::int64_t lValue = hDigit();
         std::int64_t lUnit = gMicrosecondsPerSecond / 10;
-        lValue *= lUnit;
+        std::int64_t lValue = hDigit() * lUnit;
         while (hPeek() >= '0' && hPeek() <= '9')
         {
             lUnit /= 10;
@@ -120,33 +117,57 @@ private:
     bool mIsGood = true;
 };
 
-// The seconds that the offset lies ahead of UTC.
-std::int64_t ReadOffset(Reader& iReader)
+std::chrono::year_month_day ReadDate(Reader& oReader)
 {
-    const char lSign = iReader.Mark("Zz+-");
+    const int lYear = oReader.Digits(4, 0, 9999);
+    oReader.Mark("-");
+    const int lMonth = oReader.Digits(2, 1, 12);
+    oReader.Mark("-");
+    const int lDay = oReader.Digits(2, 1, 31);
+    return {std::chrono::year(lYear), std::chrono::month(static_cast<unsigned int>(lMonth)),
+            std::chrono::day(static_cast<unsigned int>(lDay))};
+}
+
+struct TimeOfDay
+{
+    std::int64_t mSeconds; // since midnight; the second 60 counts as the first of the next minute
+    bool mIsLeapSecond;
+};
+
+TimeOfDay ReadTimeOfDay(Reader& oReader)
+{
+    const int lHour = oReader.Digits(2, 0, 23);
+    oReader.Mark(":");
+    const int lMinute = oReader.Digits(2, 0, 59);
+    oReader.Mark(":");
+    const int lSecond = oReader.Digits(2, 0, 60);
+    return {(lHour * 60 + lMinute) * 60 + lSecond, lSecond == 60};
+}
+
+// The seconds that the offset lies ahead of UTC.
+std::int64_t ReadOffset(Reader& oReader)
+{
+    const char lSign = oReader.Mark("Zz+-");
     if (lSign == 'Z' || lSign == 'z')
     {
         return 0;
     }
-    const int lHours = iReader.Digits(2, 0, 23);
-    iReader.Mark(":");
-    const int lMinutes = iReader.Digits(2, 0, 59);
+    const int lHours = oReader.Digits(2, 0, 23);
+    oReader.Mark(":");
+    const int lMinutes = oReader.Digits(2, 0, 59);
     const std::int64_t lSeconds = (static_cast<std::int64_t>(lHours) * 60 + lMinutes) * 60;
     return lSign == '-' ? -lSeconds : lSeconds;
 }
 
-bool IsLastSecondOfMonth(std::int64_t iSeconds)
+// Whether a month begins here, so that a leap second can just have ended.
+bool IsFirstOfMonth(std::int64_t iSeconds)
 {
-    const std::int64_t lNext = iSeconds + 1;
-    return lNext % gSecondsPerDay == 0 &&
-           CivilFromDays(FloorDivide(lNext, gSecondsPerDay)).day() == std::chrono::day(1);
+    return iSeconds % gSecondsPerDay == 0 && CivilFromDays(iSeconds / gSecondsPerDay).day() == std::chrono::day(1);
 }
 
 } // namespace
 
-DateTime::DateTime() noexcept : mMicroseconds(0)
-{
-}
+DateTime::DateTime() noexcept : mMicroseconds(0) {}
 
 DateTime::DateTime(TimePoint iTimePoint) noexcept
     : mMicroseconds(std::clamp(iTimePoint.time_since_epoch(), Earliest(), Latest()))
@@ -172,8 +193,8 @@ QBase::ReturnWString DateTime::ToWString() const
     const std::chrono::year_month_day lDate = CivilFromDays(lDays);
     wchar_t lBuffer[100];
     std::swprintf(lBuffer, 100, L"%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(lDate.year()),
-                  static_cast<unsigned int>(lDate.month()), static_cast<unsigned int>(lDate.day()),
-                  lSecondOfDay / 3600, lSecondOfDay / 60 % 60, lSecondOfDay % 60);
+                  static_cast<unsigned int>(lDate.month()), static_cast<unsigned int>(lDate.day()), lSecondOfDay / 3600,
+                  lSecondOfDay / 60 % 60, lSecondOfDay % 60);
     std::wstring lText(lBuffer);
     if (lFraction != 0)
     {
@@ -188,34 +209,19 @@ QBase::ReturnWString DateTime::ToWString() const
 bool DateTime::FromString(const std::string& iText)
 {
     Reader lReader(iText);
-    const int lYear = lReader.Digits(4, 0, 9999);
-    lReader.Mark("-");
-    const int lMonth = lReader.Digits(2, 1, 12);
-    lReader.Mark("-");
-    const int lDay = lReader.Digits(2, 1, 31);
+    const std::chrono::year_month_day lDate = ReadDate(lReader);
     lReader.Mark("Tt");
-    const int lHour = lReader.Digits(2, 0, 23);
-    lReader.Mark(":");
-    const int lMinute = lReader.Digits(2, 0, 59);
-    lReader.Mark(":");
-    const int lSecond = lReader.Digits(2, 0, 60);
+    const TimeOfDay lTime = ReadTimeOfDay(lReader);
     const std::int64_t lFraction = lReader.Fraction();
     const std::int64_t lOffset = ReadOffset(lReader);
-    const std::chrono::year_month_day lDate{std::chrono::year{lYear}, std::chrono::month{static_cast<unsigned>(lMonth)},
-                                            std::chrono::day{static_cast<unsigned>(lDay)}};
     if (!lReader.IsGoodAndAtEnd() || !lDate.ok())
     {
         return false;
     }
-    const std::int64_t lDays = std::chrono::sys_days(lDate).time_since_epoch().count();
-    const std::int64_t lSeconds = lDays * gSecondsPerDay + (lHour * 60 + lMinute) * 60 + lSecond - lOffset;
-    // The second 60 counts as the first of what follows; one before it must be a month's last.
-    if (lSecond == 60 && !IsLastSecondOfMonth(lSeconds - 1))
-    {
-        return false;
-    }
+    const std::int64_t lMidnight = std::chrono::sys_days(lDate).time_since_epoch().count() * gSecondsPerDay;
+    const std::int64_t lSeconds = lMidnight + lTime.mSeconds - lOffset;
     const microseconds lMicroseconds(lSeconds * gMicrosecondsPerSecond + lFraction);
-    if (lMicroseconds < Earliest() || lMicroseconds > Latest())
+    if (lMicroseconds < Earliest() || lMicroseconds > Latest() || (lTime.mIsLeapSecond && !IsFirstOfMonth(lSeconds)))
     {
         return false;
     }

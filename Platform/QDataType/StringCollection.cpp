@@ -1,6 +1,6 @@
 #include "QDataType/StringCollection.h"
 
-#include "QBase/Message.h"
+#include "PrivateSource/Throw.h"
 
 #include <iterator>
 #include <string>
@@ -20,7 +20,8 @@ public:
         mStrings.push_back(std::wstring(ipString));
     }
 
-    // Collected first, so that a failure changes nothing and a collection can be inserted into itself.
+    // Collected first, so that a failure changes nothing and a collection can be inserted into itself. The count is
+    // taken once: what another collection answers while it is read must not keep this going for ever.
     void Insert(const StringCollection& iStrings) override
     {
         std::vector<std::wstring> lStrings;
@@ -42,10 +43,7 @@ public:
     {
         if (iIndex >= mStrings.size())
         {
-            QBase::Message lMessage;
-            lMessage.SetDomainAndID(QBase::MESSAGE_DOMAIN_UNKNOWN, -1);
-            lMessage.SetMessage(L"QDataType::StringCollection::GetString; iIndex is out of range");
-            throw QBase::ExceptionImpl<QBase::Message>(lMessage);
+            QBase::Throw<QBase::Message>(L"QDataType::StringCollection::GetString; iIndex is out of range");
         }
         return mStrings[iIndex].c_str();
     }

@@ -1,5 +1,6 @@
-// An ordered list of wide texts that keeps duplicates. Plain ownership: destroyed with delete. One thread at a time may
-// change it; const operations may run at the same time.
+// An ordered list of wide texts that keeps duplicates. It owns copies of its texts. Plain ownership of the list itself:
+// whoever gets one from a factory destroys it with delete. It must not be changed while another thread uses it; const
+// operations may run at the same time.
 
 #ifndef QDATATYPE_STRINGCOLLECTION_H
 #define QDATATYPE_STRINGCOLLECTION_H
@@ -9,31 +10,33 @@
 namespace QDataType
 {
 
+// The order of the operations is fixed: collections of other makers can be inserted.
 class Q8_EXPORT StringCollection
 {
 public:
     virtual ~StringCollection();
 
-    // Appends a copy of a text, which may not be null and may be one of the collection's own. Throws std::bad_alloc, the
-    // collection unchanged.
+    // Appends a copy of a text, up to its terminator. ipString may not be null; it may be a text of this collection.
+    // Throws std::bad_alloc, and leaves the collection unchanged then.
     virtual void Insert(const wchar_t* ipString) = 0;
 
-    // Appends all texts of a collection, which may be this one: its texts are then appended once. What the other's
-    // operations throw passes on. After any failure this collection is unchanged.
+    // Appends copies of all texts of a collection, in its order. It may be this one: every text is then there twice.
+    // Throws std::bad_alloc and what the other collection's operations throw, and leaves this one unchanged then.
     virtual void Insert(const StringCollection& iStrings) = 0;
 
     // Returns the number of texts.
     virtual unsigned long GetCount() const = 0;
 
-    // Returns the text at a position below the count; valid until the collection changes. Throws
-    // QBase::ExceptionImpl<QBase::Message> "QDataType::StringCollection::GetString; iIndex is out of range".
+    // Returns the text at a position, counted from 0 and below the count; never null, valid until the collection
+    // changes. Throws QBase::ExceptionImpl<QBase::Message> "QDataType::StringCollection::GetString; iIndex is out of
+    // range" for any other position.
     virtual const wchar_t* GetString(unsigned long iIndex) const = 0;
 
     // Removes all texts. Never throws.
     virtual void Clear() = 0;
 };
 
-// Creates an empty collection that the caller deletes. Throws std::bad_alloc.
+// Creates an empty collection, which the caller destroys with delete. Throws std::bad_alloc.
 Q8_EXPORT StringCollection* CreateStringCollection();
 
 } // namespace QDataType

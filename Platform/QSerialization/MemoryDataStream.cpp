@@ -2,10 +2,13 @@
 
 #include "QSerialization/MemoryDataStream.h"
 
+#include "PrivateSource/Throw.h"
+
 #include <cstdint>
 #include <cwchar>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace QSerialization
 {
@@ -13,14 +16,18 @@ namespace QSerialization
 namespace
 {
 
-[[noreturn]] void Throw(const wchar_t* ipText)
-{
-    QBase::Message lMessage;
-    lMessage.SetDomainAndID(QBase::MESSAGE_DOMAIN_UNKNOWN, -1);
-    lMessage.SetMessage(ipText);
-    throw QBase::ExceptionImpl<StreamException>(lMessage);
-}
+const wchar_t gTextTooLong[] = L"QSerialization::MemoryWriteDataStream::WriteWString; The text is too long";
+const wchar_t gNoFlag[] = L"QSerialization::MemoryReadDataStream::ReadBool; The flag is neither 0 nor 1";
+const wchar_t gBoolTooEarly[] = L"QSerialization::MemoryReadDataStream::ReadBool; The data ends too early";
+const wchar_t gUInt32TooEarly[] = L"QSerialization::MemoryReadDataStream::ReadUInt32; The data ends too early";
+const wchar_t gUInt64TooEarly[] = L"QSerialization::MemoryReadDataStream::ReadUInt64; The data ends too early";
+const wchar_t gWStringTooEarly[] = L"QSerialization::MemoryReadDataStream::ReadWString; The data ends too early";
 
+const std::size_t gCountSize = sizeof(std::uint32_t);
+const std::size_t gCharacterSize = sizeof(std::uint32_t);
+const std::size_t gMaximalLength = std::numeric_limits<std::uint32_t>::max();
+
+// Shifts instead of copies, so that the byte order of the machine does not matter; compilers make one move of it.
 template <class Value>
 void Encode(Value iValue, std::byte* opBytes)
 {
@@ -34,9 +41,9 @@ template <class Value>
 Value Decode(const std::byte* ipBytes)
 {
     Value lValue = 0;
-    for (std::size_t lIndex = sizeof(Value); lIndex-- > 0;)
+    for (std::size_t lIndex = 0; lIndex < sizeof(Value); ++lIndex)
     {
-        lValue = static_cast<Value>(lValue << 8 | std::to_integer<Value>(ipBytes[lIndex]));
+        lValue |= static_cast<Value>(std::to_integer<Value>(ipBytes[lIndex]) << (8 * lIndex));
     }
     return lValue;
 }
@@ -49,13 +56,17 @@ void Append(std::vector<std::byte>& oBytes, Value iValue)
     oBytes.insert(oBytes.end(), lBytes, lBytes + sizeof(Value));
 }
 
-const std::size_t gCharacterSize = sizeof(std::uint32_t);
+void Require(bool iIsThere, const wchar_t* ipText)
+{
+    if (!iIsThere)
+    {
+        QBase::Throw<StreamException>(ipText);
+    }
+}
 
 } // namespace
 
-StreamException::StreamException(const QBase::Message& iMessage) : QBase::Message(iMessage)
-{
-}
+StreamException::StreamException(const QBase::Message& iMessage) : QBase::Message(iMessage) {}
 
 StreamException::~StreamException() = default;
 
@@ -65,19 +76,16 @@ MemoryWriteDataStream::~MemoryWriteDataStream() = default;
 
 void MemoryWriteDataStream::WriteWString(const wchar_t* ipText)
 {
-    const std::size_t lLength = std::wcslen(ipText);
-    if (lLength > std::numeric_limits<std::uint32_t>::max())
-    {
-        Throw(L"QSerialization::MemoryWriteDataStream::WriteWString; The text is too long");
-    }
+    const std::size_t lLength = ::wcsnlen(ipText, gMaximalLength + 1);
+    Require(lLength <= gMaximalLength, gTextTooLong);
     const std::size_t lStart = mBytes.size();
-    mBytes.resize(lStart + gCharacterSize + lLength * gCharacterSize);
-    std::byte* lpBytes = mBytes.data() + lStart;
-    Encode(static_cast<std::uint32_t>(lLength), lpBytes);
+    mBytes.resize(lStart + gCountSize + lLength * gCharacterSize);
+    std::byte* lBytes = mBytes.data() + lStart;
+    Encode(static_cast<std::uint32_t>(lLength), lBytes);
+    lBytes += gCountSize;
     for (std::size_t lIndex = 0; lIndex < lLength; ++lIndex)
     {
-        lpBytes += gCharacterSize;
-        Encode(static_cast<std::uint32_t>(ipText[lIndex]), lpBytes);
+        Encode(static_cast<std::uint32_t>(ipText[lIndex]), lBytes + lIndex * gCharacterSize);
     }
 }
 
@@ -108,29 +116,11 @@ MemoryReadDataStream::MemoryReadDataStream(const void* ipBytes, std::size_t iSiz
 
 MemoryReadDataStream::~MemoryReadDataStream() = default;
 
-namespace
-{
-
-const wchar_t gTooEarly[] = L"QSerialization::MemoryReadDataStream; The data ends too early";
-
-void Require(std::size_t iRemaining, std::size_t iSize)
-{
-    if (iRemaining < iSize)
-    {
-        Throw(gTooEarly);
-    }
-}
-
-} // namespace
-
 void MemoryReadDataStream::ReadBool(bool& oValue)
 {
-    Require(mRemaining, 1);
-    const std::uint8_t lFlag = Decode<std::uint8_t>(mPosition);
-    if (lFlag > 1)
-    {
-        Throw(L"QSerialization::MemoryReadDataStream::ReadBool; The flag is neither 0 nor 1");
-    }
+    Require(mRemaining >= 1, gBoolTooEarly);
+    const std::uint8_t lFlag = std::to_integer<std::uint8_t>(*mPosition);
+    Require(lFlag <= 1, gNoFlag);
     oValue = lFlag == 1;
     mPosition += 1;
     mRemaining -= 1;
@@ -138,7 +128,7 @@ void MemoryReadDataStream::ReadBool(bool& oValue)
 
 void MemoryReadDataStream::ReadUInt32(unsigned int& oValue)
 {
-    Require(mRemaining, sizeof(std::uint32_t));
+    Require(mRemaining >= sizeof(std::uint32_t), gUInt32TooEarly);
     oValue = Decode<std::uint32_t>(mPosition);
     mPosition += sizeof(std::uint32_t);
     mRemaining -= sizeof(std::uint32_t);
@@ -146,7 +136,7 @@ void MemoryReadDataStream::ReadUInt32(unsigned int& oValue)
 
 void MemoryReadDataStream::ReadUInt64(unsigned long& oValue)
 {
-    Require(mRemaining, sizeof(std::uint64_t));
+    Require(mRemaining >= sizeof(std::uint64_t), gUInt64TooEarly);
     oValue = Decode<std::uint64_t>(mPosition);
     mPosition += sizeof(std::uint64_t);
     mRemaining -= sizeof(std::uint64_t);
@@ -154,20 +144,19 @@ void MemoryReadDataStream::ReadUInt64(unsigned long& oValue)
 
 QBase::ReturnWString MemoryReadDataStream::ReadWString()
 {
-    Require(mRemaining, sizeof(std::uint32_t));
+    Require(mRemaining >= gCountSize, gWStringTooEarly);
     const std::size_t lLength = Decode<std::uint32_t>(mPosition);
-    // Before anything is allocated: a damaged count must not cost memory.
-    Require((mRemaining - sizeof(std::uint32_t)) / gCharacterSize, lLength);
+    // Divided, not multiplied, so that no count can overflow; and before a damaged count could cost memory.
+    Require(lLength <= (mRemaining - gCountSize) / gCharacterSize, gWStringTooEarly);
     std::wstring lText(lLength, L'\0');
-    const std::byte* lpBytes = mPosition + sizeof(std::uint32_t);
+    const std::byte* lBytes = mPosition + gCountSize;
     for (std::size_t lIndex = 0; lIndex < lLength; ++lIndex)
     {
-        lText[lIndex] = static_cast<wchar_t>(Decode<std::uint32_t>(lpBytes + lIndex * gCharacterSize));
+        lText[lIndex] = static_cast<wchar_t>(Decode<std::uint32_t>(lBytes + lIndex * gCharacterSize));
     }
-    const std::size_t lSize = sizeof(std::uint32_t) + lLength * gCharacterSize;
-    mPosition += lSize;
-    mRemaining -= lSize;
-    return lText.empty() ? QBase::ReturnWString(L"") : QBase::ReturnWString(std::move(lText));
+    mPosition = lBytes + lLength * gCharacterSize;
+    mRemaining -= gCountSize + lLength * gCharacterSize;
+    return {std::move(lText)};
 }
 
 std::size_t MemoryReadDataStream::GetRemaining() const

@@ -8,7 +8,7 @@ namespace QSynch
 namespace
 {
 
-constinit QSynch::AtomicLong gCount(0); // counts from the first static object on
+constinit QSynch::AtomicLong gCount(0); // static objects of a client count before this library's own would be built
 
 } // namespace
 

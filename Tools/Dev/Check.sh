@@ -1,0 +1,116 @@
+# Sourced by ../../dev: the steps of `./dev check`, in the order in which they run; the cheap ones come first.
+# shellcheck shell=bash
+
+gCheckSteps=(format shell release clang-release naming headers asan-ubsan tsan minimal)
+
+# Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
+# A copy of the tree without its history is searched instead.
+project_files() {
+    local lFile
+    if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+        git ls-files -z --cached --others --exclude-standard -- "$@"
+    else
+        local -a lNames=()
+        for lFile in "$@"; do
+            lNames+=(-o -name "$lFile")
+        done
+        find . -path ./build -prune -o -type f \( "${lNames[@]:1}" \) -print0
+    fi | while IFS= read -r -d '' lFile; do
+        [[ ! -e $lFile ]] || printf '%s\0' "$lFile"
+    done
+}
+
+step_format() {
+    project_files '*.h' '*.cpp' | show xargs -0 -r clang-format-14 --dry-run --Werror
+}
+
+step_shell() {
+    { project_files '*.sh'; printf '%s\0' dev .ci/run; } | show xargs -0 shellcheck --external-sources
+}
+
+step_release() {
+    show cmake --workflow --preset release
+}
+
+step_clang-release() {
+    show cmake --workflow --preset clang-release
+}
+
+# Every file that the clang build compiles, and with it every header of the project, follows the naming conventions.
+# clang-tidy reports what it left out of the system's headers after each file; that is not ours to read.
+step_naming() {
+    local lBuild=build/clang-release
+    show cmake --preset clang-release
+    sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$lBuild/compile_commands.json" | grep -v "/$lBuild/" | sort -u |
+        tr '\n' '\0' | show xargs -0 -n 2 -P 2 clang-tidy-14 --quiet -p "$lBuild" 2>&1 |
+        { grep -v -E '^[0-9]+ warnings? generated\.$' || true; }
+}
+
+# Every public header, alone and first, in each language version that a client may use, with both compilers.
+step_headers() {
+    local lPreset
+    for lPreset in release clang-release; do
+        show cmake --preset "$lPreset"
+        show cmake --build --preset "$lPreset" --target public-headers
+    done
+}
+
+step_asan-ubsan() {
+    show cmake --workflow --preset asan-ubsan
+}
+
+step_tsan() {
+    show cmake --workflow --preset tsan
+}
+
+# The build that needs a compiler and CMake only, its installed files, and a client that knows nothing else.
+step_minimal() {
+    local lFolder
+    lFolder=$(mktemp -d)
+    # shellcheck disable=SC2064 # the folder of now is the one to remove
+    trap "rm -rf '$lFolder'" EXIT
+    show cmake -S . -B "$lFolder/build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCMAKE_CXX_COMPILER=g++-12
+    show cmake --build "$lFolder/build" --parallel 2
+    show cmake --install "$lFolder/build" --prefix "$lFolder/prefix"
+    show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" g++-12 -std=c++17
+    show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" clang++-14 -std=c++17
+}
+
+# Runs one step in a shell of its own, so that its first failing command ends it, and sets gStatus. Callers must not ask
+# for its success with `if` or `||`: inside those bash forgets `set -e`, and a step would run on after a failure.
+run_check_step() {
+    local lStart=$SECONDS lOutcome=passed
+    printf '\n== %s\n' "$1"
+    set +e
+    (
+        set -e
+        "step_$1"
+    )
+    gStatus=$?
+    set -e
+    [[ $gStatus -eq 0 ]] || lOutcome="FAILED with status $gStatus"
+    printf '== %s: %s (%d s)\n' "$1" "$lOutcome" $((SECONDS - lStart))
+}
+
+# Runs the named steps, or all. A failed step does not keep the others from running: one run tells all.
+run_check_steps() {
+    local -a lSteps=("${gCheckSteps[@]}") lFailed=()
+    [[ $# -eq 0 ]] || lSteps=("$@")
+    local lStep
+    for lStep in "${lSteps[@]}"; do
+        if [[ " ${gCheckSteps[*]} " != *" $lStep "* ]]; then
+            echo "./dev check: unknown step '$lStep'; there are: ${gCheckSteps[*]}" >&2
+            return 2
+        fi
+    done
+    for lStep in "${lSteps[@]}"; do
+        run_check_step "$lStep"
+        [[ $gStatus -eq 0 ]] || lFailed+=("$lStep")
+    done
+    echo
+    if [[ ${#lFailed[@]} -gt 0 ]]; then
+        echo "check: ${#lFailed[@]} of ${#lSteps[@]} steps FAILED: ${lFailed[*]}"
+        return 1
+    fi
+    echo "check: all ${#lSteps[@]} steps passed: ${lSteps[*]}"
+}
