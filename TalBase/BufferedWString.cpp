@@ -3,6 +3,7 @@
 #include "QBase/Atomic.h"
 #include "TalBase/PrivateSource/BufferedWStringImpl.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <limits>
 #include <stdexcept>
@@ -39,13 +40,15 @@ std::unique_ptr<wchar_t[]> MakeZeroedBuffer(std::size_t iCapacity)
 
 BufferedWString::~BufferedWString() = default;
 
-BufferedWStringImpl::BufferedWStringImpl() : BufferedWStringImpl(gDefaultSize, gDefaultSize)
-{
-}
+BufferedWStringImpl::BufferedWStringImpl() : BufferedWStringImpl(gDefaultSize, gDefaultSize) {}
 
 BufferedWStringImpl::BufferedWStringImpl(std::size_t iInitialSize, std::size_t iIncrement)
-    : mSize(0), mInitialSize(iInitialSize), mIncrement(CheckedIncrement(iInitialSize, iIncrement)),
-      mCapacity(iInitialSize), mBuffer(MakeZeroedBuffer(iInitialSize)), mRefCount(0)
+    : mSize(0),
+      mInitialSize(iInitialSize),
+      mIncrement(CheckedIncrement(iInitialSize, iIncrement)),
+      mCapacity(iInitialSize),
+      mBuffer(MakeZeroedBuffer(iInitialSize)),
+      mRefCount(0), mAllocated(iInitialSize)
 {
 }
 
@@ -94,6 +97,8 @@ std::size_t BufferedWStringImpl::capacity() const
     return mCapacity;
 }
 
+// The capacity grows as the contract says; the memory behind it doubles, so that appending many short texts with a
+// small increment costs linear time. Only what the capacity covers is kept zeroed.
 void BufferedWStringImpl::AddAndResizeIfNeeded(const wchar_t* ipText, std::size_t iLength)
 {
     const std::size_t lFree = mCapacity - mSize;
@@ -107,10 +112,17 @@ void BufferedWStringImpl::AddAndResizeIfNeeded(const wchar_t* ipText, std::size_
             throw std::length_error("QTalBase::BufferedWString: too long");
         }
         const std::size_t lCapacity = mCapacity + lSteps * mIncrement;
-        std::unique_ptr<wchar_t[]> lBuffer = MakeZeroedBuffer(lCapacity);
-        std::wmemcpy(lBuffer.get(), mBuffer.get(), mSize);
-        lOldBuffer = std::move(mBuffer);
-        mBuffer = std::move(lBuffer);
+        if (lCapacity > mAllocated)
+        {
+            const std::size_t lAllocated =
+                std::max(lCapacity, mAllocated + std::min(mSize, gLargestCapacity - mAllocated));
+            std::unique_ptr<wchar_t[]> lBuffer(new wchar_t[lAllocated + 1]);
+            std::wmemcpy(lBuffer.get(), mBuffer.get(), mCapacity + 1);
+            lOldBuffer = std::move(mBuffer);
+            mBuffer = std::move(lBuffer);
+            mAllocated = lAllocated;
+        }
+        std::wmemset(mBuffer.get() + mCapacity, L'\0', lCapacity - mCapacity + 1);
         mCapacity = lCapacity;
     }
     std::wmemmove(mBuffer.get() + mSize, ipText, iLength);

@@ -1,5 +1,5 @@
-// The property form: a property named prefix + "DeliveryWindow" whose value lists the disabled hours in ascending order,
-// each as exactly three characters: "%2d" and a comma.
+// The property form: a property named prefix + "DeliveryWindow" whose value lists the disabled hours in ascending
+// order, each as exactly three characters: "%2d" and a comma.
 
 #include "TalBase/DeliveryWindow.h"
 
@@ -71,9 +71,7 @@ DeliveryWindowUserErrorException::~DeliveryWindowUserErrorException() = default;
 
 DeliveryWindow::~DeliveryWindow() = default;
 
-DeliveryWindowImpl::DeliveryWindowImpl() : mDisabledTimeBlocks(0), mRefCount(0)
-{
-}
+DeliveryWindowImpl::DeliveryWindowImpl() : mDisabledTimeBlocks(0), mRefCount(0) {}
 
 DeliveryWindowImpl::~DeliveryWindowImpl() = default;
 

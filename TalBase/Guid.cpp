@@ -5,9 +5,7 @@
 namespace QTalBase
 {
 
-GuidException::GuidException(const QBase::Message& iMessage) : QBase::Message(iMessage)
-{
-}
+GuidException::GuidException(const QBase::Message& iMessage) : QBase::Message(iMessage) {}
 
 GuidException::~GuidException() = default;
 

@@ -14,9 +14,7 @@ const int gLockStackCategory = -3;
 // Constant initialisation is what lets a client start the library before any constructor of the library has run.
 constinit QBase::ModuleMainPtr<ModuleMainBase, ModuleMainBase> gModuleMainBasePtr;
 
-ModuleMainBase::ModuleMainBase() : mRouter(QLog::CreateRouter("TalBase", "Error", gLockStackCategory))
-{
-}
+ModuleMainBase::ModuleMainBase() : mRouter(QLog::CreateRouter("TalBase", "Error", gLockStackCategory)) {}
 
 ModuleMainBase::~ModuleMainBase() = default;
 

@@ -23,14 +23,14 @@ QBase::ReturnWString Format(const wchar_t* ipFormat, Value iValue)
 
 unsigned long ParseUnsigned(const wchar_t* ipText)
 {
-    wchar_t* lpEnd = nullptr;
-    return std::wcstoul(ipText, &lpEnd, 10);
+    wchar_t* lEnd = nullptr;
+    return std::wcstoul(ipText, &lEnd, 10);
 }
 
 double ParseDouble(const wchar_t* ipText)
 {
-    wchar_t* lpEnd = nullptr;
-    return std::wcstod(ipText, &lpEnd);
+    wchar_t* lEnd = nullptr;
+    return std::wcstod(ipText, &lEnd);
 }
 
 } // namespace

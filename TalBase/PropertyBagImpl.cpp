@@ -2,12 +2,17 @@
 
 #include "QBase/Atomic.h"
 #include "QDataType/StringCollection.h"
-#include "TalBase/BufferedWString.h"
+#include "TalBase/PrivateSource/BagComparer.h"
+#include "TalBase/PrivateSource/BagIndex.h"
+#include "TalBase/PrivateSource/BagMerger.h"
 #include "TalBase/PrivateSource/Messages.h"
+#include "TalBase/PrivateSource/TextPrimitives.h"
+#include "TalBase/PrivateSource/TextReader.h"
+#include "TalBase/PrivateSource/TextSearch.h"
+#include "TalBase/PrivateSource/TextWriter.h"
 
-#include <algorithm>
-#include <cwchar>
 #include <memory>
+#include <typeinfo>
 
 const wchar_t* BEGIN = L"++++";
 const wchar_t* END = L"***";
@@ -19,69 +24,26 @@ namespace
 {
 
 using Messages::Throw;
-using BufferPtr = QBase::SmartPtrI<BufferedWString>;
 
-const wchar_t gEndWord[] = L"EndDelimiter";
-const wchar_t gBeginWord[] = L"BeginDelimiter";
-const unsigned int gEndWordLength = 12;
-const unsigned int gBeginWordLength = 14;
+// The delimiters of a bag made from the empty text, whatever BEGIN and END point to.
+constexpr std::wstring_view gLiteralBegin = L"++++";
+constexpr std::wstring_view gLiteralEnd = L"***";
 
-const wchar_t gStarEscape[] = L"&#42;";
-const wchar_t gPlusEscape[] = L"&#43;";
-const std::size_t gEscapeLength = 5;
-
-bool Contains(const wchar_t* ipText, const wchar_t* ipPart)
+unsigned int AsPosition(std::size_t iIndex, std::size_t iCount)
 {
-    return std::wcsstr(ipText, ipPart) != nullptr;
+    return iIndex < iCount ? static_cast<unsigned int>(iIndex) : gNotFoundPosition;
 }
 
-// Deletes a bag that nobody has taken a reference on yet, unless it is handed over.
-using UnownedBag = std::unique_ptr<PropertyBag>;
-
-template <class Content>
-unsigned int NamePosition(const Content& iContent, const wchar_t* ipName)
+QBase::ReturnWString AsReturned(std::wstring_view iText)
 {
-    for (std::size_t lIndex = 0; lIndex < iContent.size(); ++lIndex)
-    {
-        if (iContent[lIndex].first == ipName)
-        {
-            return static_cast<unsigned int>(lIndex);
-        }
-    }
-    return gNotFoundPosition;
-}
-
-// Shifts the later entries one place to the front; the last slot goes.
-template <class Content>
-void RemoveFirst(Content& iContent, const wchar_t* ipName)
-{
-    if (ipName == nullptr || iContent.empty())
-    {
-        return;
-    }
-    const unsigned int lPosition = NamePosition(iContent, ipName);
-    if (lPosition == gNotFoundPosition)
-    {
-        return;
-    }
-    iContent.erase(iContent.begin() + lPosition);
-}
-
-void AppendRun(BufferedWString& iBuffer, const std::wstring& iText, std::size_t iFrom, std::size_t iTo)
-{
-    if (iFrom < iTo)
-    {
-        iBuffer += iText.substr(iFrom, iTo - iFrom);
-    }
+    return {iText.data(), iText.size()};
 }
 
 } // namespace
 
 PropertyBag::~PropertyBag() = default;
 
-PropertyBagException::PropertyBagException(const QBase::Message& iMessage) : QBase::Message(iMessage)
-{
-}
+PropertyBagException::PropertyBagException(const QBase::Message& iMessage) : QBase::Message(iMessage) {}
 
 PropertyBagException::~PropertyBagException() = default;
 
@@ -92,17 +54,39 @@ PropertyBagUserErrorException::PropertyBagUserErrorException(const QBase::Messag
 
 PropertyBagUserErrorException::~PropertyBagUserErrorException() = default;
 
-PropertyBagImpl::PropertyBagImpl() : mBeginDelimiter(BEGIN), mEndDelimiter(END), mRefCount(0)
+PropertyBagImpl::PropertyBagImpl()
+    : mBeginDelimiter(BEGIN),
+      mEndDelimiter(END),
+      mRefCount(0),
+      mAreDelimitersValid(IsConstantPair(mBeginDelimiter, mEndDelimiter))
 {
 }
 
 PropertyBagImpl::PropertyBagImpl(const wchar_t* ipBegin, const wchar_t* ipEnd)
-    : mBeginDelimiter(ipBegin), mEndDelimiter(ipEnd), mRefCount(0)
+    : mBeginDelimiter(ipBegin), mEndDelimiter(ipEnd), mRefCount(0), mAreDelimitersValid(true)
 {
     CheckValidityOfDelimiters(ipBegin, ipEnd);
 }
 
-PropertyBagImpl::~PropertyBagImpl() = default;
+PropertyBagImpl::PropertyBagImpl(const SharedWString& iBegin, const SharedWString& iEnd, bool iAreValid) noexcept
+    : mBeginDelimiter(iBegin), mEndDelimiter(iEnd), mRefCount(0), mAreDelimitersValid(iAreValid)
+{
+}
+
+// Nests that die with this bag are linked and deleted one after the other: a million levels take no stack and no
+// memory.
+PropertyBagImpl::~PropertyBagImpl()
+{
+    PropertyBagImpl* lDying = nullptr;
+    hReleaseNests(mEmbeddedContent, lDying);
+    while (lDying != nullptr)
+    {
+        PropertyBagImpl* lBag = lDying;
+        lDying = lBag->mNextDying;
+        hReleaseNests(lBag->mEmbeddedContent, lDying);
+        delete lBag;
+    }
+}
 
 void PropertyBagImpl::Serialize(QSerialization::WriteDataStream& iStream) const
 {
@@ -114,9 +98,17 @@ void PropertyBagImpl::Serialize(QSerialization::WriteDataStream& iStream) const
 
 void PropertyBagImpl::DeSerialize(QSerialization::ReadDataStream& iStream)
 {
-    mBeginDelimiter = iStream.ReadWString().c_str();
-    mEndDelimiter = iStream.ReadWString().c_str();
-    const std::wstring lText = iStream.ReadWString().c_str();
+    const auto lRead = [&](SharedWString& oDelimiter) {
+        const QBase::ReturnWString lText = iStream.ReadWString();
+        if (!(oDelimiter == std::wstring_view(lText.c_str())))
+        {
+            oDelimiter = SharedWString(lText.c_str());
+            mAreDelimitersValid = false; // taken as they are; whoever uses them checks them
+        }
+    };
+    lRead(mBeginDelimiter);
+    lRead(mEndDelimiter);
+    const QBase::ReturnWString lText = iStream.ReadWString();
     AddString(lText.c_str());
 }
 
@@ -126,7 +118,11 @@ void PropertyBagImpl::SetProperty(const wchar_t* ipName, const wchar_t* ipValue,
     {
         Throw<PropertyBagUserErrorException>(Messages::gNameNull);
     }
-    if (Contains(ipName, mEndDelimiter.c_str()) || Contains(ipName, mBeginDelimiter.c_str()))
+    // Held, so that arguments may point into them whatever an overrider does meanwhile.
+    const SharedWString lBegin = mBeginDelimiter;
+    const SharedWString lEnd = mEndDelimiter;
+    const std::wstring_view lName(ipName);
+    if (Contains(lName, lEnd.View()) || Contains(lName, lBegin.View()))
     {
         Throw<PropertyBagException>(Messages::gNameHasDelimiter);
     }
@@ -134,40 +130,42 @@ void PropertyBagImpl::SetProperty(const wchar_t* ipName, const wchar_t* ipValue,
     {
         Throw<PropertyBagUserErrorException>(Messages::gValueNull);
     }
-    const std::wstring lName(ipName);
-    std::wstring lValue(ipValue);
+    std::wstring_view lValue(ipValue);
+    std::wstring lEscaped;
     if (!iIsPropertyBag)
     {
-        if (hUsesDefaultDelimiters() && lValue.find_first_of(L"*+") != std::wstring::npos)
+        if (CountEscapable(lValue) != 0 && AreDefaultDelimiters(hPair()))
         {
-            lValue = hConvertDelimiters(ipValue).c_str();
+            lEscaped = Escaped(lValue);
+            lValue = lEscaped;
         }
-        if (Contains(lValue.c_str(), mEndDelimiter.c_str()) || Contains(lValue.c_str(), mBeginDelimiter.c_str()))
+        if (Contains(lValue, lEnd.View()) || Contains(lValue, lBegin.View()))
         {
-            Throw<PropertyBagException>((Messages::gValueHasDelimiter + lValue + Messages::gLabelBegin +
-                                         mBeginDelimiter + Messages::gLabelEnd + mEndDelimiter)
-                                            .c_str());
+            Messages::ThrowValueHasDelimiter(lValue, lBegin.View(), lEnd.View());
         }
     }
-    RemoveProperty(lName.c_str());
+    if (!iIsPropertyBag && !lValue.empty())
+    {
+        mValueContent.ReserveForOne(lName.size() + lValue.size()); // a failure comes before anything is removed
+    }
+    RemoveProperty(ipName);
     if (lValue.empty())
     {
         return;
     }
     if (!iIsPropertyBag)
     {
-        mValueContent.emplace_back(lName, lValue);
+        mValueContent.Append(lName, lValue);
         return;
     }
-    QBase::SmartPtrI<PropertyBag> lBag(new PropertyBagImpl(mBeginDelimiter.c_str(), mEndDelimiter.c_str()));
-    lBag->AddString(lValue.c_str());
-    mEmbeddedContent.emplace_back(lName, lBag);
+    const QBase::SmartPtrI<PropertyBagImpl> lBag = hMakeNested(lValue);
+    mEmbeddedContent.emplace_back(AsName(lName), lBag);
 }
 
 void PropertyBagImpl::EmbedProperty(const wchar_t* ipName, const PropertyBag* ipPropertyBag)
 {
-    const std::wstring lText =
-        ipPropertyBag->GetString(false, mBeginDelimiter.c_str(), mEndDelimiter.c_str(), true).c_str();
+    const QBase::ReturnWString lText =
+        ipPropertyBag->GetString(false, mBeginDelimiter.c_str(), mEndDelimiter.c_str(), true);
     SetProperty(ipName, lText.c_str(), true);
 }
 
@@ -177,51 +175,50 @@ void PropertyBagImpl::RemoveProperty(const wchar_t* ipName)
     {
         return;
     }
-    const std::wstring lName(ipName); // the name may be that of the entry that goes
-    RemovePropertyInValueContent(lName.c_str());
-    RemovePropertyInEmbeddedContent(lName.c_str());
+    RemovePropertyInValueContent(ipName);
+    RemovePropertyInEmbeddedContent(ipName);
 }
 
 QBase::ReturnWString PropertyBagImpl::GetProperty(const wchar_t* ipName) const
 {
-    const unsigned int lValuePosition = NamePositionInValueContent(ipName);
-    if (lValuePosition != gNotFoundPosition)
+    const std::wstring_view lName(ipName);
+    const std::size_t lIndex = mValueContent.Find(lName);
+    if (lIndex < mValueContent.GetCount())
     {
-        const wchar_t* lpValue = mValueContent[lValuePosition].second.c_str();
-        // The trigger lacks the semicolon; the conversion itself replaces complete sequences only.
-        if (hUsesDefaultDelimiters() && (Contains(lpValue, L"&#42") || Contains(lpValue, L"&#43")))
+        const std::wstring_view lValue = mValueContent.GetValue(lIndex);
+        if (TriggersUnescaping(lValue) && AreDefaultDelimiters(hPair()))
         {
-            return hInverseConvertDelimiters(lpValue);
+            return Unescaped(lValue);
         }
-        return lpValue;
+        return AsReturned(lValue);
     }
-    const unsigned int lEmbeddedPosition = NamePositionInEmbeddedContent(ipName);
-    if (lEmbeddedPosition != gNotFoundPosition)
+    const std::size_t lEmbeddedIndex = hFindEmbedded(lName);
+    if (lEmbeddedIndex < mEmbeddedContent.size())
     {
-        return mEmbeddedContent[lEmbeddedPosition].second->GetString(true, nullptr, nullptr, true);
+        return mEmbeddedContent[lEmbeddedIndex].second->GetString(true, nullptr, nullptr, true);
     }
     return L"";
 }
 
 bool PropertyBagImpl::IsPropertyEmbedded(const wchar_t* ipName) const
 {
-    return NamePositionInEmbeddedContent(ipName) != gNotFoundPosition;
+    return hFindEmbedded(ipName) < mEmbeddedContent.size();
 }
 
 QBase::SmartPtrI<PropertyBag> PropertyBagImpl::GetPropertyBag(const wchar_t* ipName) const
 {
-    const unsigned int lPosition = NamePositionInEmbeddedContent(ipName);
-    if (lPosition == gNotFoundPosition)
+    const std::size_t lIndex = hFindEmbedded(ipName);
+    if (lIndex == mEmbeddedContent.size())
     {
-        const bool lIsPlain = NamePositionInValueContent(ipName) != gNotFoundPosition;
+        const bool lIsPlain = mValueContent.Find(ipName) < mValueContent.GetCount();
         Throw<PropertyBagUserErrorException>(lIsPlain ? Messages::gNameNotEmbedded : Messages::gNameUnknown);
     }
-    return mEmbeddedContent[lPosition].second;
+    return mEmbeddedContent[lIndex].second;
 }
 
 unsigned int PropertyBagImpl::GetCount() const
 {
-    return static_cast<unsigned int>(mValueContent.size() + mEmbeddedContent.size());
+    return static_cast<unsigned int>(mValueContent.GetCount() + mEmbeddedContent.size());
 }
 
 // The four positional operations let the position equal to the count pass their test; it designates no entry, and so
@@ -229,39 +226,36 @@ unsigned int PropertyBagImpl::GetCount() const
 
 QBase::ReturnWString PropertyBagImpl::GetName(unsigned int iIndex) const
 {
-    const std::size_t lEmbeddedIndex = iIndex - mValueContent.size();
-    if (iIndex > GetCount() || (iIndex >= mValueContent.size() && lEmbeddedIndex >= mEmbeddedContent.size()))
+    const std::size_t lEmbeddedIndex = iIndex - mValueContent.GetCount();
+    if (iIndex > GetCount() || (iIndex >= mValueContent.GetCount() && lEmbeddedIndex >= mEmbeddedContent.size()))
     {
         Throw<PropertyBagUserErrorException>(Messages::gNameIndex);
     }
-    if (iIndex < mValueContent.size())
-    {
-        return mValueContent[iIndex].first.c_str();
-    }
-    return mEmbeddedContent[lEmbeddedIndex].first.c_str();
+    return iIndex < mValueContent.GetCount() ? AsReturned(mValueContent.GetName(iIndex))
+                                             : mEmbeddedContent[lEmbeddedIndex].first;
 }
 
 QBase::ReturnWString PropertyBagImpl::GetValue(unsigned int iIndex) const
 {
-    const std::size_t lEmbeddedIndex = iIndex - mValueContent.size();
-    if (iIndex > GetCount() || (iIndex >= mValueContent.size() && lEmbeddedIndex >= mEmbeddedContent.size()))
+    const std::size_t lEmbeddedIndex = iIndex - mValueContent.GetCount();
+    if (iIndex > GetCount() || (iIndex >= mValueContent.GetCount() && lEmbeddedIndex >= mEmbeddedContent.size()))
     {
         Throw<PropertyBagUserErrorException>(Messages::gValueIndex);
     }
-    if (iIndex < mValueContent.size())
+    if (iIndex < mValueContent.GetCount())
     {
-        return mValueContent[iIndex].second.c_str();
+        return AsReturned(mValueContent.GetValue(iIndex));
     }
     return mEmbeddedContent[lEmbeddedIndex].second->GetString(true, nullptr, nullptr, true);
 }
 
 bool PropertyBagImpl::IsEmbedded(unsigned int iIndex) const
 {
-    if (iIndex > GetCount() || iIndex > mValueContent.size() + mEmbeddedContent.size())
+    if (iIndex > GetCount() || iIndex > mValueContent.GetCount() + mEmbeddedContent.size())
     {
         Throw<PropertyBagUserErrorException>(Messages::gValueIndex);
     }
-    return iIndex >= mValueContent.size();
+    return iIndex >= mValueContent.GetCount();
 }
 
 QBase::SmartPtrI<PropertyBag> PropertyBagImpl::GetValuePropertyBag(unsigned int iIndex) const
@@ -270,54 +264,47 @@ QBase::SmartPtrI<PropertyBag> PropertyBagImpl::GetValuePropertyBag(unsigned int 
     {
         Throw<PropertyBagUserErrorException>(Messages::gBagIndex);
     }
-    if (iIndex < mValueContent.size())
+    if (iIndex < mValueContent.GetCount())
     {
         Throw<PropertyBagUserErrorException>(Messages::gIndexNotEmbedded);
     }
-    if (iIndex - mValueContent.size() >= mEmbeddedContent.size())
+    if (iIndex - mValueContent.GetCount() >= mEmbeddedContent.size())
     {
         Throw<PropertyBagUserErrorException>(Messages::gBagIndex);
     }
-    return mEmbeddedContent[iIndex - mValueContent.size()].second;
+    return mEmbeddedContent[iIndex - mValueContent.GetCount()].second;
 }
 
 void PropertyBagImpl::AddString(const wchar_t* ipString)
 {
-    const std::wstring lText(ipString);
-    Delimiters lDelimiters{mBeginDelimiter, mEndDelimiter};
-    std::size_t lPosition = ExtractDelimiters(lText, lDelimiters);
-    // Before the text is cut: with an empty delimiter that would never end.
-    CheckValidityOfDelimiters(lDelimiters.mBegin.c_str(), lDelimiters.mEnd.c_str());
-
-    TokenList lTokens;
-    std::size_t lRunStart = lPosition;
-    while (lPosition < lText.size())
-    {
-        const bool lIsBegin = lText.compare(lPosition, lDelimiters.mBegin.size(), lDelimiters.mBegin) == 0;
-        if (!lIsBegin && lText.compare(lPosition, lDelimiters.mEnd.size(), lDelimiters.mEnd) != 0)
-        {
-            ++lPosition;
-            continue;
-        }
-        if (lRunStart < lPosition)
-        {
-            lTokens.push_back(Token{StringToken, lText.substr(lRunStart, lPosition - lRunStart)});
-        }
-        lTokens.push_back(Token{lIsBegin ? BeginToken : EndToken, std::wstring()});
-        lPosition += lIsBegin ? lDelimiters.mBegin.size() : lDelimiters.mEnd.size();
-        lRunStart = lPosition;
-    }
-
-    QBase::SmartPtrI<PropertyBag> lScratch(new PropertyBagImpl(lDelimiters.mBegin.c_str(), lDelimiters.mEnd.c_str()));
-    while (!lTokens.empty())
-    {
-        ExtractData(lTokens, lScratch.get());
-    }
-    AddPropertyBag(lScratch.get());
+    hAddText(ipString);
 }
 
 void PropertyBagImpl::AddPropertyBag(const PropertyBag* ipPropertyBag)
 {
+    const PropertyBagImpl* lExact = hExactly(*ipPropertyBag);
+    // One of this bag's own nests may be replaced, and so let go, while it is merged.
+    const QBase::SmartPtrI<const PropertyBag> lHeld(lExact != nullptr && hHolds(*lExact) ? ipPropertyBag : nullptr);
+    const PropertyBagImpl* lOther = hMayRepeatNames() ? nullptr : lExact;
+    if (lOther == this)
+    {
+        BagMerger(*this, 0).SetAllOfItself();
+        return;
+    }
+    // A bag that has this one somewhere inside changes while it is merged.
+    if (lOther != nullptr && !lOther->hHolds(*this))
+    {
+        BagMerger lMerger(*this, lOther->GetCount());
+        for (std::size_t lIndex = 0; lIndex < lOther->mValueContent.GetCount(); ++lIndex)
+        {
+            lMerger.SetPlain(lOther->mValueContent.GetName(lIndex), lOther->mValueContent.GetValue(lIndex));
+        }
+        for (const auto& [lName, lNest] : lOther->mEmbeddedContent)
+        {
+            lMerger.SetText(lName, TextWriter(*lNest).WriteToString(true));
+        }
+        return;
+    }
     for (unsigned int lIndex = 0; lIndex < ipPropertyBag->GetCount(); ++lIndex)
     {
         const QBase::ReturnWString lName = ipPropertyBag->GetName(lIndex);
@@ -330,37 +317,13 @@ void PropertyBagImpl::AddPropertyBag(const PropertyBag* ipPropertyBag)
 QBase::ReturnWString PropertyBagImpl::GetString(bool iWithMetadata, const wchar_t* ipBegin, const wchar_t* ipEnd,
                                                 bool iWithSensitiveInfo) const
 {
-    const BufferPtr lBuffer(CreateBufferedWString((mValueContent.size() + mEmbeddedContent.size()) * 100, 300));
-    const wchar_t* lpBegin = ipBegin != nullptr ? ipBegin : mBeginDelimiter.c_str();
-    const wchar_t* lpEnd = ipEnd != nullptr ? ipEnd : mEndDelimiter.c_str();
-    CheckValidityOfDelimiters(lpBegin, lpEnd);
-    if (iWithMetadata)
+    TextWriter lWriter(*this);
+    lWriter.With(ipBegin, ipEnd);
+    if (!iWithSensitiveInfo)
     {
-        *lBuffer += gEndWord;
-        *lBuffer += lpEnd;
-        *lBuffer += gBeginWord;
-        *lBuffer += lpBegin;
-        *lBuffer += lpEnd;
+        lWriter.WithoutSensitiveInfo();
     }
-    for (const auto& [lName, lValue] : mValueContent)
-    {
-        if (!iWithSensitiveInfo && IsSensitiveProperty(lName))
-        {
-            continue;
-        }
-        *lBuffer += lName;
-        *lBuffer += lpBegin;
-        *lBuffer += lValue;
-        *lBuffer += lpEnd;
-    }
-    for (const auto& [lName, lBag] : mEmbeddedContent)
-    {
-        *lBuffer += lName;
-        *lBuffer += lpBegin;
-        *lBuffer += lBag->GetString(false, ipBegin, ipEnd, true); // sensitive properties of nests are always written
-        *lBuffer += lpEnd;
-    }
-    return {lBuffer->c_str(), lBuffer->size()};
+    return lWriter.Write(iWithMetadata);
 }
 
 QBase::ReturnWString PropertyBagImpl::GetStringWithoutSensitiveInfo(bool iWithMetadata, const wchar_t* ipBegin,
@@ -371,6 +334,11 @@ QBase::ReturnWString PropertyBagImpl::GetStringWithoutSensitiveInfo(bool iWithMe
 
 bool PropertyBagImpl::operator==(const PropertyBag& iOther) const
 {
+    const PropertyBagImpl* lOther = hIsExact() ? hExactly(iOther) : nullptr;
+    if (lOther != nullptr)
+    {
+        return BagComparer::AreEqual(*this, *lOther);
+    }
     const unsigned int lCount = GetCount();
     if (lCount != iOther.GetCount())
     {
@@ -405,6 +373,11 @@ bool PropertyBagImpl::operator==(const PropertyBag& iOther) const
 
 bool PropertyBagImpl::IsSubset(const PropertyBag* ipSubset) const
 {
+    const PropertyBagImpl* lOther = hIsExact() ? hExactly(*ipSubset) : nullptr;
+    if (lOther != nullptr)
+    {
+        return BagComparer::IsSubset(*this, *lOther);
+    }
     const unsigned int lCount = ipSubset->GetCount();
     if (GetCount() < lCount)
     {
@@ -438,13 +411,21 @@ bool PropertyBagImpl::IsSubset(const PropertyBag* ipSubset) const
 void PropertyBagImpl::ChangeDelimiters(const wchar_t* ipBegin, const wchar_t* ipEnd)
 {
     CheckValidityOfDelimiters(ipBegin, ipEnd);
-    std::wstring lBegin(ipBegin);
-    std::wstring lEnd(ipEnd);
-    mBeginDelimiter = lBegin;
-    mEndDelimiter = lEnd;
-    for (const auto& lEntry : mEmbeddedContent)
+    const SharedWString lBegin(ipBegin);
+    const SharedWString lEnd(ipEnd);
+    std::vector<PropertyBagImpl*> lBags{this};
+    for (std::size_t lIndex = 0; lIndex < lBags.size(); ++lIndex)
     {
-        lEntry.second->ChangeDelimiters(lBegin.c_str(), lEnd.c_str());
+        for (const auto& lEntry : lBags[lIndex]->mEmbeddedContent)
+        {
+            lBags.push_back(lEntry.second.get());
+        }
+    }
+    for (PropertyBagImpl* lBag : lBags) // from here on nothing fails
+    {
+        lBag->mBeginDelimiter = lBegin;
+        lBag->mEndDelimiter = lEnd;
+        lBag->mAreDelimitersValid = true;
     }
 }
 
@@ -460,34 +441,61 @@ const wchar_t* PropertyBagImpl::GetEndDelimiter() const
 
 PropertyBag* PropertyBagImpl::Clone() const
 {
-    auto lClone = std::make_unique<PropertyBagImpl>(mBeginDelimiter.c_str(), mEndDelimiter.c_str());
+    hCheckOwnDelimiters();
+    std::unique_ptr<PropertyBagImpl> lClone(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
     lClone->mValueContent = mValueContent;
     lClone->mEmbeddedContent = mEmbeddedContent;
+    lClone->mMayRepeatNames = hMayRepeatNames();
     return lClone.release();
 }
 
 PropertyBag* PropertyBagImpl::FilteredClone(const QDataType::StringCollection* ipFilter) const
 {
-    UnownedBag lClone(new PropertyBagImpl(mBeginDelimiter.c_str(), mEndDelimiter.c_str()));
-    for (unsigned long lIndex = 0; lIndex < ipFilter->GetCount(); ++lIndex)
+    hCheckOwnDelimiters();
+    std::unique_ptr<PropertyBagImpl> lClone(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
+    hCopyNamed(*ipFilter, *lClone);
+    return lClone.release();
+}
+
+void PropertyBagImpl::hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const
+{
+    const bool lIsExact = hIsExact();
+    const unsigned long lCount = iFilter.GetCount();
+    BagIndex lIndexOfThis(*this);
+    BagMerger lMerger(oClone, lCount);
+    for (unsigned long lIndex = 0; lIndex < lCount; ++lIndex)
     {
-        const wchar_t* lpName = ipFilter->GetString(lIndex);
-        if (IsPropertyEmbedded(lpName))
+        const wchar_t* lName = iFilter.GetString(lIndex);
+        if (lIsExact)
         {
-            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lpName);
-            if (lBag)
+            const std::size_t lNest = lIndexOfThis.FindEmbedded(lName, lIndex);
+            if (lNest != BagIndex::gNotFound)
             {
-                lClone->EmbedProperty(lpName, lBag.get());
+                lMerger.SetText(lName, hTextOfNest(*mEmbeddedContent[lNest].second));
+                continue;
+            }
+            const std::size_t lValue = lIndexOfThis.FindValue(lName, lIndex);
+            if (lValue != BagIndex::gNotFound)
+            {
+                lMerger.SetPlain(lName, hReadValue(lValue));
             }
             continue;
         }
-        const QBase::ReturnWString lValue = GetProperty(lpName);
+        if (IsPropertyEmbedded(lName))
+        {
+            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName);
+            if (lBag)
+            {
+                lMerger.SetText(lName, lBag->GetString(false, mBeginDelimiter.c_str(), mEndDelimiter.c_str(), true));
+            }
+            continue;
+        }
+        const QBase::ReturnWString lValue = GetProperty(lName);
         if (lValue.GetLength() != 0)
         {
-            lClone->SetProperty(lpName, lValue.c_str(), false);
+            lMerger.SetPlain(lName, lValue.c_str());
         }
     }
-    return lClone.release();
 }
 
 void PropertyBagImpl::MoveProperty(const wchar_t* ipName, unsigned int iIndex)
@@ -496,33 +504,40 @@ void PropertyBagImpl::MoveProperty(const wchar_t* ipName, unsigned int iIndex)
     {
         return;
     }
-    const unsigned int lValuePosition = NamePositionInValueContent(ipName);
-    if (lValuePosition != gNotFoundPosition)
+    const std::size_t lValueCount = mValueContent.GetCount();
+    const std::size_t lValueIndex = mValueContent.Find(ipName);
+    if (lValueIndex < lValueCount)
     {
-        if (lValuePosition != iIndex && iIndex < mValueContent.size())
+        if (iIndex < lValueCount)
         {
-            std::swap(mValueContent[lValuePosition], mValueContent[iIndex]);
+            mValueContent.Swap(lValueIndex, iIndex);
         }
         return;
     }
-    const unsigned int lEmbeddedPosition = NamePositionInEmbeddedContent(ipName);
+    const std::size_t lEmbeddedIndex = hFindEmbedded(ipName);
     // The bound really is the number of nested bags, though the position counts the plain properties too.
-    if (lEmbeddedPosition == gNotFoundPosition || iIndex >= mEmbeddedContent.size() || iIndex < mValueContent.size() ||
-        iIndex - mValueContent.size() == lEmbeddedPosition)
+    if (lEmbeddedIndex < mEmbeddedContent.size() && iIndex < mEmbeddedContent.size() && iIndex >= lValueCount)
     {
-        return;
+        std::swap(mEmbeddedContent[lEmbeddedIndex], mEmbeddedContent[iIndex - lValueCount]);
     }
-    std::swap(mEmbeddedContent[lEmbeddedPosition], mEmbeddedContent[iIndex - mValueContent.size()]);
 }
 
 void PropertyBagImpl::RemovePropertyInValueContent(const wchar_t* ipName) noexcept
 {
-    RemoveFirst(mValueContent, ipName);
+    const std::size_t lIndex = ipName != nullptr ? mValueContent.Find(ipName) : mValueContent.GetCount();
+    if (lIndex < mValueContent.GetCount())
+    {
+        mValueContent.Remove(lIndex);
+    }
 }
 
 void PropertyBagImpl::RemovePropertyInEmbeddedContent(const wchar_t* ipName) noexcept
 {
-    RemoveFirst(mEmbeddedContent, ipName);
+    const std::size_t lIndex = ipName != nullptr ? hFindEmbedded(ipName) : mEmbeddedContent.size();
+    if (lIndex < mEmbeddedContent.size())
+    {
+        mEmbeddedContent.erase(mEmbeddedContent.begin() + static_cast<std::ptrdiff_t>(lIndex));
+    }
 }
 
 void PropertyBagImpl::AddRef() const noexcept
@@ -540,194 +555,181 @@ void PropertyBagImpl::Release() const noexcept
 
 unsigned int PropertyBagImpl::NamePositionInValueContent(const wchar_t* ipName) const
 {
-    return NamePosition(mValueContent, ipName);
+    return AsPosition(mValueContent.Find(ipName), mValueContent.GetCount());
 }
 
 unsigned int PropertyBagImpl::NamePositionInEmbeddedContent(const wchar_t* ipName) const
 {
-    return NamePosition(mEmbeddedContent, ipName);
+    return AsPosition(hFindEmbedded(ipName), mEmbeddedContent.size());
 }
 
 void PropertyBagImpl::CheckValidityOfDelimiters(const wchar_t* ipBegin, const wchar_t* ipEnd)
 {
-    if (*ipBegin == L'\0')
-    {
-        Throw<PropertyBagUserErrorException>(Messages::gBeginEmpty);
-    }
-    if (*ipEnd == L'\0')
-    {
-        Throw<PropertyBagUserErrorException>(Messages::gEndEmpty);
-    }
-    if (std::wcscmp(ipBegin, ipEnd) == 0)
-    {
-        Throw<PropertyBagException>(Messages::gBeginEqualsEnd);
-    }
-    if (Contains(ipBegin, ipEnd))
-    {
-        Throw<PropertyBagException>(Messages::gBeginContainsEnd);
-    }
-    if (Contains(ipEnd, ipBegin))
-    {
-        Throw<PropertyBagException>(Messages::gEndContainsBegin);
-    }
-}
-
-unsigned int PropertyBagImpl::ExtractDelimiters(const std::wstring& iText, Delimiters& oDelimiters)
-{
-    if (iText.compare(0, gEndWordLength, gEndWord) != 0)
-    {
-        return 0;
-    }
-    const std::size_t lEndStop = iText.find_first_of(gBeginWord, gEndWordLength);
-    if (lEndStop == std::wstring::npos)
-    {
-        Throw<PropertyBagException>(Messages::gMetadataNoBegin);
-    }
-    if (lEndStop == gEndWordLength)
-    {
-        Throw<PropertyBagException>(Messages::gMetadataEmptyEnd);
-    }
-    const std::wstring lEnd = iText.substr(gEndWordLength, lEndStop - gEndWordLength);
-    const std::size_t lBeginStart = lEndStop + gBeginWordLength;
-    const std::size_t lBeginStop = iText.find_first_of(lEnd, lEndStop);
-    if (lBeginStop != std::wstring::npos && lBeginStop <= lBeginStart)
-    {
-        Throw<PropertyBagException>(Messages::gMetadataEmptyBegin);
-    }
-    const std::wstring lBegin = iText.substr(lBeginStart, lBeginStop - lBeginStart);
-    oDelimiters = Delimiters{lBegin, lEnd};
-    return static_cast<unsigned int>(lBeginStop) + static_cast<unsigned int>(lEnd.size());
-}
-
-PropertyBagImpl::Token PropertyBagImpl::PeekNextToken(const TokenList& iTokens)
-{
-    if (iTokens.empty())
-    {
-        Throw<PropertyBagException>(Messages::gTokenExpected);
-    }
-    return iTokens.front();
-}
-
-PropertyBagImpl::Token PropertyBagImpl::GetNextToken(TokenList& iTokens)
-{
-    Token lToken = PeekNextToken(iTokens);
-    iTokens.pop_front();
-    return lToken;
-}
-
-void PropertyBagImpl::ExtractData(TokenList& iTokens, PropertyBag* ipPropertyBag) const
-{
-    if (iTokens.empty())
-    {
-        return;
-    }
-    const Token lName = GetNextToken(iTokens);
-    if (lName.mKind != StringToken)
-    {
-        Throw<PropertyBagException>(Messages::gStringTokenExpected);
-    }
-    if (GetNextToken(iTokens).mKind != BeginToken)
-    {
-        Throw<PropertyBagException>(Messages::gBeginTokenExpected);
-    }
-    const Token lThird = GetNextToken(iTokens);
-    if (lThird.mKind == EndToken)
-    {
-        return; // an empty value sets nothing, and displaces nothing
-    }
-    if (lThird.mKind == BeginToken)
-    {
-        Throw<PropertyBagException>(Messages::gStringTokenExpected);
-    }
-    const Token lFourth = GetNextToken(iTokens);
-    switch (lFourth.mKind)
-    {
-    case EndToken:
-        ipPropertyBag->SetProperty(lName.mText.c_str(), lThird.mText.c_str(), false);
-        return;
-    case StringToken:
-        Throw<PropertyBagException>(Messages::gStringOrBeginTokenExpected);
-    case BeginToken:
-        break;
-    }
-    iTokens.push_front(lFourth);
-    iTokens.push_front(lThird);
-    hExtractNestedBag(iTokens, lName.mText, ipPropertyBag);
-}
-
-// The nest is read into a bag of its own, whose text is then read again by the bag that SetProperty makes for it. That
-// is how empty nests inside it get lost.
-void PropertyBagImpl::hExtractNestedBag(TokenList& iTokens, const std::wstring& iName, PropertyBag* ipPropertyBag) const
-{
-    const QBase::SmartPtrI<PropertyBag> lBag(
-        new PropertyBagImpl(ipPropertyBag->GetBeginDelimiter(), ipPropertyBag->GetEndDelimiter()));
-    do
-    {
-        ExtractData(iTokens, lBag.get());
-    } while (PeekNextToken(iTokens).mKind == StringToken);
-    if (GetNextToken(iTokens).mKind != EndToken)
-    {
-        Throw<PropertyBagException>(Messages::gEndTokenExpected);
-    }
-    ipPropertyBag->SetProperty(iName.c_str(), lBag->GetString(true, nullptr, nullptr, true).c_str(), true);
+    QTalBase::CheckValidityOfDelimiters(DelimiterPair{ipBegin, ipEnd});
 }
 
 QBase::ReturnWString PropertyBagImpl::hConvertDelimiters(const wchar_t* ipValue)
 {
-    if (ipValue == nullptr || *ipValue == L'\0')
-    {
-        return ipValue;
-    }
-    const std::wstring lValue(ipValue);
-    const BufferPtr lBuffer(CreateBufferedWString(lValue.size() + 100, 100));
-    std::size_t lRunStart = 0;
-    for (std::size_t lIndex = 0; lIndex < lValue.size(); ++lIndex)
-    {
-        if (lValue[lIndex] == L'*' || lValue[lIndex] == L'+')
-        {
-            AppendRun(*lBuffer, lValue, lRunStart, lIndex);
-            *lBuffer += lValue[lIndex] == L'*' ? gStarEscape : gPlusEscape;
-            lRunStart = lIndex + 1;
-        }
-    }
-    AppendRun(*lBuffer, lValue, lRunStart, lValue.size());
-    return lBuffer->c_str();
+    return ipValue != nullptr ? QBase::ReturnWString(Escaped(ipValue)) : QBase::ReturnWString(ipValue);
 }
 
 QBase::ReturnWString PropertyBagImpl::hInverseConvertDelimiters(const wchar_t* ipValue)
 {
-    if (ipValue == nullptr || *ipValue == L'\0')
-    {
-        return ipValue;
-    }
-    const std::wstring lValue(ipValue);
-    const BufferPtr lBuffer(CreateBufferedWString(lValue.size(), 100));
-    std::size_t lStar = lValue.find(gStarEscape);
-    std::size_t lPlus = lValue.find(gPlusEscape);
-    std::size_t lRead = 0;
-    while (lStar != std::wstring::npos || lPlus != std::wstring::npos)
-    {
-        const bool lIsStar = lStar < lPlus;
-        std::size_t& lPosition = lIsStar ? lStar : lPlus;
-        AppendRun(*lBuffer, lValue, lRead, lPosition);
-        *lBuffer += lIsStar ? L"*" : L"+";
-        lRead = lPosition + gEscapeLength;
-        lPosition = lValue.find(lIsStar ? gStarEscape : gPlusEscape, lRead);
-    }
-    AppendRun(*lBuffer, lValue, lRead, lValue.size());
-    return lBuffer->c_str();
+    return ipValue != nullptr ? QBase::ReturnWString(Unescaped(ipValue)) : QBase::ReturnWString(ipValue);
 }
 
-bool PropertyBagImpl::IsSensitiveProperty(const std::wstring& iName)
+bool PropertyBagImpl::IsSensitiveProperty(std::wstring_view iName)
 {
-    static const std::vector<std::wstring> lSensitivePropertyNameArray = {L"FTPServerPassword"};
-    return std::find(lSensitivePropertyNameArray.begin(), lSensitivePropertyNameArray.end(), iName) !=
-           lSensitivePropertyNameArray.end();
+    static constexpr std::wstring_view lSensitivePropertyNameArray[] = {L"FTPServerPassword"};
+    for (const std::wstring_view lSensitiveName : lSensitivePropertyNameArray)
+    {
+        if (iName == lSensitiveName)
+        {
+            return true;
+        }
+    }
+    return false;
 }
 
-bool PropertyBagImpl::hUsesDefaultDelimiters() const
+const PropertyBagImpl* PropertyBagImpl::hExactly(const PropertyBag& iBag) noexcept
 {
-    return mBeginDelimiter == BEGIN && mEndDelimiter == END;
+    // The cast to void finds the whole object, which is one of this class.
+    return typeid(iBag) == typeid(PropertyBagImpl)
+               ? static_cast<const PropertyBagImpl*>(dynamic_cast<const void*>(&iBag))
+               : nullptr;
+}
+
+bool PropertyBagImpl::hIsExact() const noexcept
+{
+    return typeid(*this) == typeid(PropertyBagImpl);
+}
+
+void PropertyBagImpl::hCheckOwnDelimiters() const
+{
+    if (!mAreDelimitersValid)
+    {
+        QTalBase::CheckValidityOfDelimiters(hPair());
+    }
+}
+
+std::size_t PropertyBagImpl::hFindEmbedded(std::wstring_view iName) const noexcept
+{
+    std::size_t lIndex = 0;
+    while (lIndex < mEmbeddedContent.size() && !AreEqualTexts(mEmbeddedContent[lIndex].first, iName))
+    {
+        ++lIndex;
+    }
+    return lIndex;
+}
+
+std::wstring PropertyBagImpl::hReadValue(std::size_t iIndex) const
+{
+    const std::wstring_view lValue = mValueContent.GetValue(iIndex);
+    return TriggersUnescaping(lValue) && AreDefaultDelimiters(hPair()) ? Unescaped(lValue) : std::wstring(lValue);
+}
+
+// As EmbedProperty renders it.
+std::wstring PropertyBagImpl::hTextOfNest(const PropertyBagImpl& iNest) const
+{
+    return TextWriter(iNest).With(mBeginDelimiter.c_str(), mEndDelimiter.c_str()).WriteToString(false);
+}
+
+// Merges a text; returns whether it was clean throughout (see TextReader).
+bool PropertyBagImpl::hAddText(std::wstring_view iText)
+{
+    DelimiterPair lPair = hPair();
+    const unsigned int lPosition = ReadHeader(iText, lPair);
+    return hAddContent(iText, lPosition, lPair);
+}
+
+// The same for a text whose header has been read.
+bool PropertyBagImpl::hAddContent(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
+{
+    const bool lIsOwnPair = mBeginDelimiter == iPair.mBegin && mEndDelimiter == iPair.mEnd;
+    if (!lIsOwnPair || !mAreDelimitersValid)
+    {
+        QTalBase::CheckValidityOfDelimiters(iPair);
+        mAreDelimitersValid = mAreDelimitersValid || lIsOwnPair;
+    }
+    TextReader lReader(lIsOwnPair ? mBeginDelimiter : SharedWString(iPair.mBegin),
+                       lIsOwnPair ? mEndDelimiter : SharedWString(iPair.mEnd));
+    lReader.TakeAll(iText, iPosition);
+    const bool lMayMerge = !hMayRepeatNames();
+    if (lMayMerge && lIsOwnPair && lReader.IsClean() && hIsEmpty())
+    {
+        lReader.MoveTo(*this);
+        return true;
+    }
+    const QBase::SmartPtrI<PropertyBagImpl> lScratch(lReader.MakeBag());
+    if (!lMayMerge)
+    {
+        AddPropertyBag(lScratch.get());
+        return lReader.IsClean();
+    }
+    BagMerger lMerger(*this, lScratch->GetCount());
+    for (std::size_t lIndex = 0; lIndex < lScratch->mValueContent.GetCount(); ++lIndex)
+    {
+        lMerger.SetPlain(lScratch->mValueContent.GetName(lIndex), lScratch->mValueContent.GetValue(lIndex));
+    }
+    for (std::size_t lIndex = 0; lIndex < lScratch->mEmbeddedContent.size(); ++lIndex)
+    {
+        const auto& [lName, lNest] = lScratch->mEmbeddedContent[lIndex];
+        if (lReader.IsNestClean(lIndex))
+        {
+            lMerger.SetNest(lName, lNest);
+        }
+        else
+        {
+            lMerger.SetText(lName, TextWriter(*lNest).WriteToString(true));
+        }
+    }
+    return lReader.IsClean();
+}
+
+// A nested bag with this bag's delimiters, read from a text form.
+QBase::SmartPtrI<PropertyBagImpl> PropertyBagImpl::hMakeNested(std::wstring_view iText) const
+{
+    hCheckOwnDelimiters();
+    const QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
+    lBag->hAddText(iText);
+    return lBag;
+}
+
+// Whether a bag is one of this bag's nests, at any depth.
+bool PropertyBagImpl::hHolds(const PropertyBagImpl& iBag) const
+{
+    std::vector<const PropertyBagImpl*> lBags{this};
+    while (!lBags.empty())
+    {
+        const PropertyBagImpl* lBag = lBags.back();
+        lBags.pop_back();
+        for (const auto& lEntry : lBag->mEmbeddedContent)
+        {
+            if (lEntry.second.get() == &iBag)
+            {
+                return true;
+            }
+            if (!lEntry.second->mEmbeddedContent.empty())
+            {
+                lBags.push_back(lEntry.second.get());
+            }
+        }
+    }
+    return false;
+}
+
+// Drops the references; nests that nobody else holds go onto the list.
+void PropertyBagImpl::hReleaseNests(std::vector<EmbeddedEntry>& iEntries, PropertyBagImpl*& oDying) noexcept
+{
+    for (EmbeddedEntry& lEntry : iEntries)
+    {
+        PropertyBagImpl* lBag = lEntry.second.Detach();
+        if (lBag != nullptr && QSynch_AtomicDecrement(lBag->mRefCount) == 0)
+        {
+            lBag->mNextDying = oDying;
+            oDying = lBag;
+        }
+    }
 }
 
 PropertyBag* CreatePropertyBag()
@@ -742,21 +744,21 @@ PropertyBag* CreatePropertyBag(const wchar_t* ipBegin, const wchar_t* ipEnd)
 
 PropertyBag* CreatePropertyBag(const wchar_t* ipString)
 {
-    const std::wstring lText(ipString);
-    PropertyBagImpl::Delimiters lDelimiters{L"++++", L"***"};
-    if (lText.empty())
+    const std::wstring_view lText(ipString);
+    DelimiterPair lPair{gLiteralBegin, gLiteralEnd};
+    const unsigned int lPosition = lText.empty() ? 0 : ReadHeader(lText, lPair);
+    if (lPosition == 0 && !lText.empty())
     {
-        UnownedBag lBag(new PropertyBagImpl(lDelimiters.mBegin.c_str(), lDelimiters.mEnd.c_str()));
-        lBag->AddString(L"EndDelimiter***BeginDelimiter++++***");
-        return lBag.release();
+        Throw<PropertyBagException>((Messages::gStringMalformed + std::wstring(lText)).c_str());
     }
-    lDelimiters = PropertyBagImpl::Delimiters();
-    if (PropertyBagImpl::ExtractDelimiters(lText, lDelimiters) == 0)
+    const SharedWString lBegin(lPair.mBegin);
+    const SharedWString lEnd(lPair.mEnd);
+    std::unique_ptr<PropertyBagImpl> lBag(new PropertyBagImpl(lBegin, lEnd, IsConstantPair(lBegin, lEnd)));
+    lBag->hCheckOwnDelimiters();
+    if (!lText.empty())
     {
-        Throw<PropertyBagException>((Messages::gStringMalformed + lText).c_str());
+        lBag->hAddContent(lText, lPosition, lPair);
     }
-    UnownedBag lBag(new PropertyBagImpl(lDelimiters.mBegin.c_str(), lDelimiters.mEnd.c_str()));
-    lBag->AddString(lText.c_str());
     return lBag.release();
 }
 

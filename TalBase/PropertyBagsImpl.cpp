@@ -24,9 +24,7 @@ QBase::SmartPtrI<PropertyBag> CloneOf(const QBase::SmartPtrI<const PropertyBag>&
 
 PropertyBags::~PropertyBags() = default;
 
-PropertyBagsImpl::PropertyBagsImpl() : mRefCount(0)
-{
-}
+PropertyBagsImpl::PropertyBagsImpl() : mRefCount(0) {}
 
 PropertyBagsImpl::~PropertyBagsImpl()
 {

@@ -1,43 +1,70 @@
 #include "QBase/ReturnWString.h"
 
+#include <new>
+
 namespace QBase
 {
 
-ReturnWString::ReturnWString(const wchar_t* ipText) : mText(ipText != nullptr ? ipText : L"") {}
+static_assert(sizeof(wchar_t) == 4, "wide characters have 32 bits");
 
-ReturnWString::ReturnWString(const wchar_t* ipText, std::size_t iLength) : mText(ipText, iLength) {}
-
-ReturnWString::ReturnWString(std::wstring&& iText) noexcept : mText(std::move(iText)) {}
-
-ReturnWString::ReturnWString(const ReturnWString& iOther) = default;
-
-ReturnWString::ReturnWString(ReturnWString&& iOther) noexcept : mText(std::move(iOther.mText))
+ReturnWString::ReturnWString(std::wstring&& iText) noexcept : mText(mShort), mLength(iText.size())
 {
-    iOther.mText.clear();
-}
-
-ReturnWString& ReturnWString::operator=(const ReturnWString& iOther) = default;
-
-ReturnWString& ReturnWString::operator=(ReturnWString&& iOther) noexcept
-{
-    mText.swap(iOther.mText);
-    if (this != &iOther)
+    if (mLength <= gShortLength)
     {
-        iOther.mText.clear();
+        hCopy(iText.data());
+        iText.clear();
+        return;
     }
-    return *this;
+    new (&mString) std::wstring(std::move(iText));
+    iText.clear();
+    mText = mString.data();
+    mKind = Kind::String;
 }
 
-ReturnWString::~ReturnWString() = default;
-
-const wchar_t* ReturnWString::c_str() const noexcept
+void ReturnWString::hCopyLong(const wchar_t* ipText)
 {
-    return mText.c_str();
+    if (mLength + 1 == 0)
+    {
+        throw std::bad_array_new_length();
+    }
+    mText = new wchar_t[mLength + 1];
+    mKind = Kind::Array;
+    std::wmemcpy(mText, ipText, mLength);
+    mText[mLength] = L'\0';
 }
 
-std::size_t ReturnWString::GetLength() const noexcept
+// This object holds nothing that must be let go.
+void ReturnWString::hTakeOver(ReturnWString& iOther) noexcept
 {
-    return mText.size();
+    mLength = iOther.mLength;
+    mKind = iOther.mKind;
+    mText = iOther.mText;
+    if (mKind == Kind::Short)
+    {
+        mText = mShort;
+        std::wmemcpy(mShort, iOther.mShort, mLength + 1);
+    }
+    else if (mKind == Kind::String)
+    {
+        new (&mString) std::wstring(std::move(iOther.mString));
+        iOther.mString.~basic_string();
+    }
+    iOther.mText = iOther.mShort;
+    iOther.mLength = 0;
+    iOther.mKind = Kind::Short;
+    iOther.mShort[0] = L'\0';
+}
+
+void ReturnWString::hFree() noexcept
+{
+    if (mKind == Kind::String)
+    {
+        mString.~basic_string();
+    }
+    else
+    {
+        delete[] mText;
+    }
 }
 
 } // namespace QBase

@@ -1,6 +1,7 @@
-// An owned wide text that an operation returns by value, and that the caller reads and then lets go. It may hold zero
-// characters inside and is always terminated by one more. A value like a standard string: a copy has characters of its
-// own, and one thread at a time uses an object.
+// An owned wide text that is returned by value, read by the caller and then let go. May hold zero characters inside; it
+// is always terminated by one more. Values, not shared: one thread at a time, like a standard string.
+//
+// A short text lies in the object itself, so that returning a typical value allocates nothing.
 
 #ifndef QBASE_RETURNWSTRING_H
 #define QBASE_RETURNWSTRING_H
@@ -8,6 +9,8 @@
 #include "QBase/Export.h"
 
 #include <cstddef>
+#include <cwchar>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,38 +22,114 @@ class Q8_EXPORT ReturnWString
 {
 public:
     // Copies a terminated text; null gives the empty text. Throws std::bad_alloc.
-    ReturnWString(const wchar_t* ipText);
+    ReturnWString(const wchar_t* ipText) : ReturnWString(ipText, ipText != nullptr ? std::wcslen(ipText) : 0) {}
 
-    // Copies iLength characters, whatever they are. ipText may be null where iLength is 0. Throws std::bad_alloc, or
-    // std::length_error for a length that no text can have.
-    ReturnWString(const wchar_t* ipText, std::size_t iLength);
+    // Copies iLength characters, whatever they are. Throws std::bad_alloc, also for a length that no text can have.
+    // ipText may be null where iLength is 0.
+    ReturnWString(const wchar_t* ipText, std::size_t iLength) : mText(mShort), mLength(iLength)
+    {
+        hCopy(ipText);
+    }
 
     // Takes over the characters of a standard string. Never throws.
     ReturnWString(std::wstring&& iText) noexcept;
 
-    // Copying throws std::bad_alloc, and leaves the target unchanged then. Moving never throws and leaves iOther with
-    // the empty text, unless it is moved to itself.
-    ReturnWString(const ReturnWString& iOther);
-    ReturnWString(ReturnWString&& iOther) noexcept;
-    ReturnWString& operator=(const ReturnWString& iOther);
-    ReturnWString& operator=(ReturnWString&& iOther) noexcept;
-    ~ReturnWString();
+    // Takes over an array of iLength characters and a terminating zero character. Never throws.
+    ReturnWString(std::unique_ptr<wchar_t[]>&& iText, std::size_t iLength) noexcept
+        : mText(iText.get()), mLength(iLength), mKind(Kind::Array)
+    {
+        iText.release();
+    }
 
-    // Returns the characters, terminated; never null. Valid while this object lives and is neither assigned to nor
-    // moved from.
-    const wchar_t* c_str() const noexcept;
+    ReturnWString(const ReturnWString& iOther) : ReturnWString(iOther.mText, iOther.mLength) {}
+
+    // iOther is empty afterwards.
+    ReturnWString(ReturnWString&& iOther) noexcept : mText(mShort), mLength(0)
+    {
+        hTakeOver(iOther);
+    }
+
+    // The strong guarantee.
+    ReturnWString& operator=(const ReturnWString& iOther)
+    {
+        return *this = ReturnWString(iOther);
+    }
+
+    ReturnWString& operator=(ReturnWString&& iOther) noexcept
+    {
+        if (this != &iOther)
+        {
+            hLetGo();
+            hTakeOver(iOther);
+        }
+        return *this;
+    }
+
+    ~ReturnWString()
+    {
+        hLetGo();
+    }
+
+    // Returns the characters, terminated; valid while this object lives and is not assigned to.
+    const wchar_t* c_str() const noexcept
+    {
+        return mText;
+    }
 
     // Returns the number of characters, the terminator not counted.
-    std::size_t GetLength() const noexcept;
+    std::size_t GetLength() const noexcept
+    {
+        return mLength;
+    }
 
-    // Gives the characters as they are, zero characters included; valid as long as c_str.
     operator std::wstring_view() const noexcept
     {
-        return {c_str(), GetLength()};
+        return {mText, mLength};
     }
 
 private:
-    std::wstring mText;
+    static constexpr std::size_t gShortLength = 15;
+
+    enum class Kind : unsigned char
+    {
+        Short,
+        Array,
+        String
+    };
+
+    void hCopy(const wchar_t* ipText)
+    {
+        if (mLength > gShortLength)
+        {
+            hCopyLong(ipText);
+            return;
+        }
+        for (std::size_t lIndex = 0; lIndex < mLength; ++lIndex)
+        {
+            mShort[lIndex] = ipText[lIndex];
+        }
+        mShort[mLength] = L'\0';
+    }
+
+    void hCopyLong(const wchar_t* ipText);
+    void hTakeOver(ReturnWString& iOther) noexcept;
+    void hLetGo() noexcept
+    {
+        if (mKind != Kind::Short)
+        {
+            hFree();
+        }
+    }
+    void hFree() noexcept;
+
+    wchar_t* mText; // mShort, an array, or a standard string's characters
+    std::size_t mLength;
+    Kind mKind = Kind::Short;
+    union
+    {
+        wchar_t mShort[gShortLength + 1];
+        std::wstring mString; // only ever long, so its characters keep their place when it is moved
+    };
 };
 
 } // namespace QBase

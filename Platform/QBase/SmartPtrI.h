@@ -116,6 +116,12 @@ public:
     }
 
     // Exchanges what the two hold. No count changes.
+    // Gives the reference up without dropping it; whoever calls this drops it.
+    T* Detach() noexcept
+    {
+        return std::exchange(mPointer, nullptr);
+    }
+
     void swap(SmartPtrI& oOther) noexcept
     {
         std::swap(mPointer, oOther.mPointer);

@@ -42,6 +42,7 @@ private:
     std::size_t mCapacity;
     std::unique_ptr<wchar_t[]> mBuffer;
     mutable QSynch::AtomicLong mRefCount;
+    std::size_t mAllocated; // characters that the memory holds, at least mCapacity
 };
 
 } // namespace QTalBase

@@ -5,6 +5,10 @@
 #define TALBASE_PRIVATESOURCE_MESSAGES_H
 
 #include "QBase/Message.h"
+#include "TalBase/PropertyBag.h"
+
+#include <string>
+#include <string_view>
 
 namespace QTalBase::Messages
 {
@@ -70,6 +74,14 @@ template <class C>
     lMessage.SetDomainAndID(QBase::MESSAGE_DOMAIN_UNKNOWN, -1);
     lMessage.SetMessage(ipText);
     throw QBase::ExceptionImpl<C>(lMessage);
+}
+
+[[noreturn]] inline void ThrowValueHasDelimiter(std::wstring_view iValue, std::wstring_view iBegin,
+                                                std::wstring_view iEnd)
+{
+    std::wstring lText(gValueHasDelimiter);
+    lText.append(iValue).append(gLabelBegin).append(iBegin).append(gLabelEnd).append(iEnd);
+    Throw<PropertyBagException>(lText.c_str());
 }
 
 } // namespace QTalBase::Messages

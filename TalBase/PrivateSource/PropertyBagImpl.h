@@ -1,24 +1,35 @@
 // The implementation of PropertyBag; see TalBase/PropertyBag.h for what it promises.
+//
+// Where an operation calls another operation, of this bag or of another one, it calls through the virtual table, so a
+// derived class sees every call. Only where this bag, or the other one, is exactly a PropertyBagImpl, so that nobody
+// can see the calls, is the work done at once: the text form in TextReader and TextWriter, comparisons in BagComparer,
+// many settings in BagMerger. Nested bags are always exactly PropertyBagImpl; none of these recurses into them.
 
 #ifndef TALBASE_PRIVATESOURCE_PROPERTYBAGIMPL_H
 #define TALBASE_PRIVATESOURCE_PROPERTYBAGIMPL_H
 
 #include "QSynch/AtomicLong.h"
+#include "TalBase/PrivateSource/Delimiters.h"
+#include "TalBase/PrivateSource/SharedWString.h"
+#include "TalBase/PrivateSource/ValueContent.h"
 #include "TalBase/PropertyBag.h"
 
-#include <list>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace QTalBase
 {
 
+inline QBase::ReturnWString AsName(std::wstring_view iName)
+{
+    return {iName.data(), iName.size()};
+}
+
 // A position that no entry has: the name is absent.
 inline constexpr unsigned int gNotFoundPosition = 0xFFFFFFFF;
 
-// Where an operation calls another operation, of this bag or of another one, it calls through the virtual table, so a
-// derived class sees every call.
 class TALBASE_EXPORT PropertyBagImpl : public virtual PropertyBag
 {
 public:
@@ -58,8 +69,8 @@ public:
     PropertyBag* FilteredClone(const QDataType::StringCollection* ipFilter) const override;
     void MoveProperty(const wchar_t* ipName, unsigned int iIndex) override;
 
-    // Remove the first entry of that name from one of the two sequences; null or unknown does nothing. A failure to
-    // allocate inside them ends the process.
+    // Remove the first entry of that name from one of the two sequences; null or unknown does nothing. Neither
+    // allocates.
     virtual void RemovePropertyInValueContent(const wchar_t* ipName) noexcept;
     virtual void RemovePropertyInEmbeddedContent(const wchar_t* ipName) noexcept;
 
@@ -73,52 +84,64 @@ public:
     // Throws for a pair that no bag may have (the texts are in TalBase/PropertyBag.h, at GetString).
     static void CheckValidityOfDelimiters(const wchar_t* ipBegin, const wchar_t* ipEnd);
 
-    struct Delimiters
-    {
-        std::wstring mBegin;
-        std::wstring mEnd;
-    };
-
-    // Reads the header of a text form. Returns the position at which the content begins, 0 where there is no header;
-    // with one, replaces both delimiters. Loose on purpose: both searches are for any character of a set, and 14
-    // characters are skipped unseen.
-    static unsigned int ExtractDelimiters(const std::wstring& iText, Delimiters& oDelimiters);
-
 protected:
-    enum TokenKind : int
-    {
-        BeginToken,
-        EndToken,
-        StringToken
-    };
-
-    struct Token
-    {
-        TokenKind mKind;
-        std::wstring mText;
-    };
-
-    using TokenList = std::list<Token>;
-
-    static Token PeekNextToken(const TokenList& iTokens);
-    static Token GetNextToken(TokenList& iTokens);
-
-    // Reads one property from the front of the list into the bag.
-    void ExtractData(TokenList& iTokens, PropertyBag* ipPropertyBag) const;
-
     static QBase::ReturnWString hConvertDelimiters(const wchar_t* ipValue);
     static QBase::ReturnWString hInverseConvertDelimiters(const wchar_t* ipValue);
-    static bool IsSensitiveProperty(const std::wstring& iName);
+    static bool IsSensitiveProperty(std::wstring_view iName);
 
 private:
-    bool hUsesDefaultDelimiters() const;
-    void hExtractNestedBag(TokenList& iTokens, const std::wstring& iName, PropertyBag* ipPropertyBag) const;
+    friend class BagComparer;
+    friend class BagIndex;
+    friend class BagMerger;
+    friend class TextReader;
+    friend class TextWriter;
+    friend PropertyBag* CreatePropertyBag(const wchar_t* ipString);
 
-    std::wstring mBeginDelimiter;
-    std::wstring mEndDelimiter;
-    std::vector<std::pair<std::wstring, std::wstring>> mValueContent;
-    std::vector<std::pair<std::wstring, QBase::SmartPtrI<PropertyBag>>> mEmbeddedContent;
+    // A short name lies in the entry itself.
+    using EmbeddedEntry = std::pair<QBase::ReturnWString, QBase::SmartPtrI<PropertyBagImpl>>;
+
+    // A nested bag, or one whose pair is checked right after: shares its delimiters.
+    PropertyBagImpl(const SharedWString& iBegin, const SharedWString& iEnd, bool iAreValid) noexcept;
+
+    // The bag itself where its class is exactly this one, so that no overrider can see what is called; else null.
+    static const PropertyBagImpl* hExactly(const PropertyBag& iBag) noexcept;
+    bool hIsExact() const noexcept;
+
+    // Only what a derived class overrides can give a bag a name twice, and only a clone carries that on.
+    bool hMayRepeatNames() const noexcept
+    {
+        return mMayRepeatNames || !hIsExact();
+    }
+
+    DelimiterPair hPair() const noexcept
+    {
+        return {mBeginDelimiter.View(), mEndDelimiter.View()};
+    }
+
+    bool hIsEmpty() const noexcept
+    {
+        return mValueContent.GetCount() == 0 && mEmbeddedContent.empty();
+    }
+
+    void hCheckOwnDelimiters() const;
+    std::size_t hFindEmbedded(std::wstring_view iName) const noexcept;
+    std::wstring hReadValue(std::size_t iIndex) const;
+    std::wstring hTextOfNest(const PropertyBagImpl& iNest) const;
+    void hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
+    bool hAddText(std::wstring_view iText);
+    bool hAddContent(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
+    QBase::SmartPtrI<PropertyBagImpl> hMakeNested(std::wstring_view iText) const;
+    bool hHolds(const PropertyBagImpl& iBag) const;
+    static void hReleaseNests(std::vector<EmbeddedEntry>& iEntries, PropertyBagImpl*& oDying) noexcept;
+
+    SharedWString mBeginDelimiter;
+    SharedWString mEndDelimiter;
+    ValueContent mValueContent;
+    std::vector<EmbeddedEntry> mEmbeddedContent;
     mutable QSynch::AtomicLong mRefCount;
+    bool mAreDelimitersValid; // false only says that they have not been checked
+    bool mMayRepeatNames = false;
+    PropertyBagImpl* mNextDying = nullptr; // links the nests that die with their bag, so that this takes no stack
 };
 
 // The left operand is asked, whatever the language version: without these, C++20 would prefer the reversed candidate of

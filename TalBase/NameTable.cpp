@@ -1,0 +1,94 @@
+#include "TalBase/PrivateSource/NameTable.h"
+
+#include <chrono>
+#include <cstring>
+#include <sys/random.h>
+
+namespace QTalBase
+{
+
+namespace
+{
+
+struct Secret
+{
+    std::uint64_t mStart;
+    std::uint64_t mStep;
+};
+
+// Where the random source fails, the clock and an address still differ from run to run.
+Secret MakeSecret() noexcept
+{
+    Secret lSecret{};
+    if (::getrandom(&lSecret, sizeof(lSecret), GRND_NONBLOCK) != static_cast<ssize_t>(sizeof(lSecret)))
+    {
+        lSecret.mStart = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+        lSecret.mStep = reinterpret_cast<std::uintptr_t>(&lSecret) * 0x9E3779B97F4A7C15U;
+    }
+    lSecret.mStep |= 1U;
+    return lSecret;
+}
+
+std::uint64_t Mix(std::uint64_t iLeft, std::uint64_t iRight) noexcept
+{
+    __extension__ using Wide = unsigned __int128;
+    const Wide lProduct = static_cast<Wide>(iLeft) * iRight;
+    return static_cast<std::uint64_t>(lProduct) ^ static_cast<std::uint64_t>(lProduct >> 64);
+}
+
+std::size_t SlotCount(std::size_t iCount)
+{
+    std::size_t lSlots = 16;
+    while (lSlots < 2 * iCount + 2)
+    {
+        lSlots *= 2;
+    }
+    return lSlots;
+}
+
+} // namespace
+
+NameTable::NameTable(std::size_t iCount) : mSlots(SlotCount(iCount), Slot{0, 0, gNone}), mMask(mSlots.size() - 1) {}
+
+std::uint64_t NameTable::Hash(std::wstring_view iName) noexcept
+{
+    static const Secret lSecret = MakeSecret();
+    std::uint64_t lHash = lSecret.mStart ^ iName.size();
+    std::size_t lIndex = 0;
+    for (; lIndex + 2 <= iName.size(); lIndex += 2)
+    {
+        std::uint64_t lTwo;
+        std::memcpy(&lTwo, iName.data() + lIndex, sizeof(lTwo));
+        lHash = Mix(lHash ^ lTwo, lSecret.mStep);
+    }
+    if (lIndex < iName.size())
+    {
+        lHash = Mix(lHash ^ static_cast<std::uint32_t>(iName[lIndex]), lSecret.mStep);
+    }
+    return Mix(lHash, 0x9E3779B97F4A7C15U);
+}
+
+void NameTable::hGrow()
+{
+    std::vector<Slot> lSlots(2 * mSlots.size(), Slot{0, 0, gNone});
+    const std::size_t lMask = lSlots.size() - 1;
+    mUsed = 0;
+    for (const Slot& lSlot : mSlots)
+    {
+        if (lSlot.mNumber == gNone)
+        {
+            continue;
+        }
+        std::size_t lPlace = (static_cast<std::size_t>(lSlot.mTag) << 32 | lSlot.mLow) & lMask;
+        while (lSlots[lPlace].mNumber != gNone)
+        {
+            lPlace = (lPlace + 1) & lMask;
+        }
+        lSlots[lPlace] = lSlot;
+        ++mUsed;
+    }
+    mSlots.swap(lSlots);
+    mMask = lMask;
+}
+
+} // namespace QTalBase

@@ -1,0 +1,189 @@
+// Searching in texts that come from the network, in time linear in text and delimiters whatever these hold.
+//
+// Short delimiters are found by their first characters, four places at a time where the machine can, and compared on
+// the spot: at most gShortDelimiter steps a place. Long ones, for which that product could hurt, go through the
+// Knuth-Morris-Pratt automaton.
+
+#ifndef TALBASE_PRIVATESOURCE_TEXTSEARCH_H
+#define TALBASE_PRIVATESOURCE_TEXTSEARCH_H
+
+#include "TalBase/PrivateSource/TextPrimitives.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace QTalBase
+{
+
+inline constexpr std::size_t gShortDelimiter = 16;
+
+// One needle, for any number of haystacks. Holds a view: the needle must outlive the searcher.
+class TextSearcher
+{
+public:
+    explicit TextSearcher(std::wstring_view iNeedle) noexcept : mNeedle(iNeedle) {}
+
+    // Returns whether the needle occurs; the empty needle occurs everywhere. Throws std::bad_alloc for a long needle.
+    bool IsIn(std::wstring_view iText);
+
+    // The automaton: how many characters of the needle match after one more character. Needs Prepare.
+    std::size_t Step(std::size_t iMatched, wchar_t iCharacter) const noexcept;
+
+    // Makes the automaton's table, once. Throws std::bad_alloc.
+    void Prepare();
+
+private:
+    std::wstring_view mNeedle;
+    std::vector<std::size_t> mBorders; // empty until it is needed
+};
+
+// Whether iPart occurs in iText, for a single question.
+bool Contains(std::wstring_view iText, std::wstring_view iPart);
+
+// A short delimiter, ready to be compared with the text at a place.
+class ShortDelimiter
+{
+public:
+    explicit ShortDelimiter(std::wstring_view iText) noexcept : mText(iText)
+    {
+#if defined(__SSE2__)
+        wchar_t lFour[4] = {};
+        const std::size_t lCount = iText.size() < 4 ? iText.size() : 4;
+        for (std::size_t lIndex = 0; lIndex < lCount; ++lIndex)
+        {
+            lFour[lIndex] = iText[lIndex];
+        }
+        mFour = LoadFour(lFour);
+        mMask = (1U << lCount) - 1;
+#endif
+    }
+
+    bool IsAt(const wchar_t* ipPlace, const wchar_t* ipTextStop) const noexcept
+    {
+        const std::size_t lLeft = static_cast<std::size_t>(ipTextStop - ipPlace);
+#if defined(__SSE2__)
+        if (lLeft >= 4)
+        {
+            return (EqualFour(LoadFour(ipPlace), mFour) & mMask) == mMask &&
+                   (mText.size() <= 4 ||
+                    (lLeft >= mText.size() && AreEqualTexts(ipPlace + 4, mText.data() + 4, mText.size() - 4)));
+        }
+#endif
+        return lLeft >= mText.size() && AreEqualTexts(ipPlace, mText.data(), mText.size());
+    }
+
+private:
+    std::wstring_view mText;
+#if defined(__SSE2__)
+    __m128i mFour;
+    unsigned int mMask;
+#endif
+};
+
+// Cuts a text at its delimiters, from left to right. Neither delimiter may be empty or occur inside the other; then at
+// most one of them begins at any place, and the one that begins first also ends first.
+class TextCutter
+{
+public:
+    enum class Found
+    {
+        Begin,
+        End,
+        Nothing
+    };
+
+    TextCutter(std::wstring_view iText, std::size_t iPosition, std::wstring_view iBegin, std::wstring_view iEnd);
+
+    // Looks for the next delimiter, makes the text before it the run, and goes on behind the delimiter. At the end of
+    // the text there is nothing, and the rest is no run. Throws std::bad_alloc.
+    Found Next()
+    {
+        return mIsShort ? hNextShort() : hNextLong();
+    }
+
+    std::wstring_view GetRun() const noexcept
+    {
+        return {mRunStart, static_cast<std::size_t>(mRunStop - mRunStart)};
+    }
+
+    // Whether the run holds the first character of a delimiter. False only where it certainly holds none.
+    bool MayHoldFirstCharacter() const noexcept
+    {
+        return mMayHoldFirstCharacter;
+    }
+
+private:
+    Found hNextShort() noexcept
+    {
+        mMayHoldFirstCharacter = false;
+        const wchar_t* lPlace = mPosition;
+        while ((lPlace = hFindCandidate(lPlace)) != mTextStop)
+        {
+            if (mShortBegin.IsAt(lPlace, mTextStop))
+            {
+                return hFound(Found::Begin, lPlace, mBegin.size());
+            }
+            if (mShortEnd.IsAt(lPlace, mTextStop))
+            {
+                return hFound(Found::End, lPlace, mEnd.size());
+            }
+            mMayHoldFirstCharacter = true;
+            ++lPlace;
+        }
+        return Found::Nothing;
+    }
+
+    // The first place that holds the first character of a delimiter, or the end of the text.
+    const wchar_t* hFindCandidate(const wchar_t* ipFrom) const noexcept
+    {
+        const wchar_t* lPlace = ipFrom;
+#if defined(__SSE2__)
+        const __m128i lBegin = _mm_set1_epi32(static_cast<int>(mBeginFirst));
+        const __m128i lEnd = _mm_set1_epi32(static_cast<int>(mEndFirst));
+        for (; mTextStop - lPlace >= 4; lPlace += 4)
+        {
+            const __m128i lFour = LoadFour(lPlace);
+            const unsigned int lMask = EqualFour(lFour, lBegin) | EqualFour(lFour, lEnd);
+            if (lMask != 0)
+            {
+                return lPlace + __builtin_ctz(lMask);
+            }
+        }
+#endif
+        while (lPlace != mTextStop && *lPlace != mBeginFirst && *lPlace != mEndFirst)
+        {
+            ++lPlace;
+        }
+        return lPlace;
+    }
+
+    Found hFound(Found iFound, const wchar_t* ipStart, std::size_t iLength) noexcept
+    {
+        mRunStart = mPosition;
+        mRunStop = ipStart;
+        mPosition = ipStart + iLength;
+        return iFound;
+    }
+
+    Found hNextLong();
+
+    const wchar_t* mTextStop;
+    const wchar_t* mPosition;
+    const wchar_t* mRunStart = nullptr;
+    const wchar_t* mRunStop = nullptr;
+    bool mMayHoldFirstCharacter = false;
+    bool mIsShort;
+    wchar_t mBeginFirst;
+    wchar_t mEndFirst;
+    ShortDelimiter mShortBegin;
+    ShortDelimiter mShortEnd;
+    std::wstring_view mBegin;
+    std::wstring_view mEnd;
+    TextSearcher mBeginSearcher;
+    TextSearcher mEndSearcher;
+};
+
+} // namespace QTalBase
+
+#endif

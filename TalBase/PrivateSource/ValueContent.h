@@ -1,0 +1,129 @@
+// The plain properties of a bag: an ordered sequence of names and values whose characters lie together in one piece of
+// memory, so that a bag of twenty properties costs one allocation and not forty.
+//
+// Invariants: the memory holds first the entries and then the characters; an entry's value lies directly behind its
+// name. Characters of removed entries stay as gaps until the memory is laid out anew, which happens when it is full or
+// far too large: a bag that lives long and changes often does not grow.
+
+#ifndef TALBASE_PRIVATESOURCE_VALUECONTENT_H
+#define TALBASE_PRIVATESOURCE_VALUECONTENT_H
+
+#include "TalBase/PrivateSource/TextPrimitives.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace QTalBase
+{
+
+class ValueContent
+{
+public:
+    ValueContent() noexcept = default;
+    ValueContent(const ValueContent& iOther); // laid out without gaps
+    ValueContent(ValueContent&& iOther) noexcept;
+    ValueContent& operator=(ValueContent iOther) noexcept;
+    ~ValueContent();
+
+    std::size_t GetCount() const noexcept
+    {
+        return mCount;
+    }
+
+    std::wstring_view GetName(std::size_t iIndex) const noexcept
+    {
+        const Entry& lEntry = mEntries[iIndex];
+        return {mText + lEntry.mOffset, lEntry.mNameLength};
+    }
+
+    std::wstring_view GetValue(std::size_t iIndex) const noexcept
+    {
+        const Entry& lEntry = mEntries[iIndex];
+        return {mText + lEntry.mOffset + lEntry.mNameLength, lEntry.mValueLength};
+    }
+
+    // The number of characters of all names and values together.
+    std::size_t GetTextLength() const noexcept
+    {
+        return mUsedLength;
+    }
+
+    // The index of the first entry of that name, or the count.
+    std::size_t Find(std::wstring_view iName) const noexcept
+    {
+        std::size_t lIndex = 0;
+        while (lIndex < mCount && (mEntries[lIndex].mNameLength != iName.size() ||
+                                   !AreEqualTexts(mText + mEntries[lIndex].mOffset, iName.data(), iName.size())))
+        {
+            ++lIndex;
+        }
+        return lIndex;
+    }
+
+    // Makes room for so many entries and characters more. Throws std::bad_alloc or std::length_error, nothing changed.
+    void Reserve(std::size_t iCount, std::size_t iTextLength);
+
+    // Whether the entry is the same as one of another content: compares name and value in one piece.
+    bool IsEntryEqual(std::size_t iIndex, const ValueContent& iOther, std::size_t iOtherIndex) const noexcept
+    {
+        const Entry& lLeft = mEntries[iIndex];
+        const Entry& lRight = iOther.mEntries[iOtherIndex];
+        return lLeft.mNameLength == lRight.mNameLength && lLeft.mValueLength == lRight.mValueLength &&
+               AreEqualTexts(mText + lLeft.mOffset, iOther.mText + lRight.mOffset,
+                             lLeft.mNameLength + lLeft.mValueLength);
+    }
+
+    // The same for one entry more, and gives back memory that a much larger content once needed.
+    void ReserveForOne(std::size_t iTextLength);
+
+    // Appends an entry for which room was reserved, and returns where its value's characters go, for the caller to
+    // fill.
+    wchar_t* AppendReserved(std::wstring_view iName, std::size_t iValueLength) noexcept
+    {
+        mEntries[mCount++] = Entry{mTextLength, iName.size(), iValueLength};
+        wchar_t* lValue = CopyText(iName, mText + mTextLength);
+        mTextLength += iName.size() + iValueLength;
+        mUsedLength += iName.size() + iValueLength;
+        return lValue;
+    }
+
+    // Appends an entry. Its texts may not lie in this content's own memory. Throws as Reserve does, nothing changed.
+    void Append(std::wstring_view iName, std::wstring_view iValue);
+    void Remove(std::size_t iIndex) noexcept;
+    void Swap(std::size_t iLeft, std::size_t iRight) noexcept;
+
+    // Marks an entry as removed without moving those behind it; it has no name and no value until Compact. For
+    // operations that replace many properties and look none up by position meanwhile.
+    void Kill(std::size_t iIndex) noexcept;
+    bool IsKilled(std::size_t iIndex) const noexcept
+    {
+        return mEntries[iIndex].mNameLength == gKilled;
+    }
+
+    // Closes the places of killed entries.
+    void Compact() noexcept;
+
+private:
+    static constexpr std::size_t gKilled = static_cast<std::size_t>(-1);
+
+    struct Entry
+    {
+        std::size_t mOffset;
+        std::size_t mNameLength;
+        std::size_t mValueLength;
+    };
+
+    void hLayOut(std::size_t iCapacity, std::size_t iTextCapacity);
+
+    Entry* mEntries = nullptr;
+    wchar_t* mText = nullptr;
+    std::size_t mCount = 0;
+    std::size_t mCapacity = 0;
+    std::size_t mTextLength = 0; // with the gaps
+    std::size_t mTextCapacity = 0;
+    std::size_t mUsedLength = 0; // without them
+};
+
+} // namespace QTalBase
+
+#endif

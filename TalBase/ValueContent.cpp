@@ -1,0 +1,156 @@
+#include "TalBase/PrivateSource/ValueContent.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace QTalBase
+{
+
+namespace
+{
+
+const std::size_t gLargestCount = std::numeric_limits<std::uint32_t>::max() - 1; // positions have 32 bits
+const std::size_t gToleratedCharacters = 256;
+
+} // namespace
+
+ValueContent::ValueContent(const ValueContent& iOther)
+{
+    hLayOut(iOther.mCount, iOther.mUsedLength);
+    for (std::size_t lIndex = 0; lIndex < iOther.mCount; ++lIndex)
+    {
+        const Entry& lEntry = iOther.mEntries[lIndex];
+        const std::size_t lLength = lEntry.mNameLength + lEntry.mValueLength;
+        mEntries[lIndex] = Entry{mTextLength, lEntry.mNameLength, lEntry.mValueLength};
+        CopyText({iOther.mText + lEntry.mOffset, lLength}, mText + mTextLength);
+        mTextLength += lLength;
+    }
+    mCount = iOther.mCount;
+    mUsedLength = mTextLength;
+}
+
+ValueContent::ValueContent(ValueContent&& iOther) noexcept
+    : mEntries(std::exchange(iOther.mEntries, nullptr)),
+      mText(std::exchange(iOther.mText, nullptr)),
+      mCount(std::exchange(iOther.mCount, 0)),
+      mCapacity(std::exchange(iOther.mCapacity, 0)),
+      mTextLength(std::exchange(iOther.mTextLength, 0)),
+      mTextCapacity(std::exchange(iOther.mTextCapacity, 0)),
+      mUsedLength(std::exchange(iOther.mUsedLength, 0))
+{
+}
+
+ValueContent& ValueContent::operator=(ValueContent iOther) noexcept
+{
+    std::swap(mEntries, iOther.mEntries);
+    std::swap(mText, iOther.mText);
+    std::swap(mCount, iOther.mCount);
+    std::swap(mCapacity, iOther.mCapacity);
+    std::swap(mTextLength, iOther.mTextLength);
+    std::swap(mTextCapacity, iOther.mTextCapacity);
+    std::swap(mUsedLength, iOther.mUsedLength);
+    return *this;
+}
+
+ValueContent::~ValueContent()
+{
+    ::operator delete(mEntries);
+}
+
+void ValueContent::Reserve(std::size_t iCount, std::size_t iTextLength)
+{
+    if (mCapacity - mCount >= iCount && mTextCapacity - mTextLength >= iTextLength)
+    {
+        return;
+    }
+    if (iCount > gLargestCount - mCount)
+    {
+        throw std::length_error("QTalBase::PropertyBag: too many properties");
+    }
+    const std::size_t lCount = mCount + iCount;
+    const std::size_t lLength = mUsedLength + iTextLength;
+    // Doubling what is used keeps the cost of growing linear; nothing is added to the first reservation.
+    hLayOut(mCount == 0 ? lCount : std::max(lCount, 2 * mCount),
+            mCount == 0 ? lLength : std::max(lLength, 2 * mUsedLength));
+}
+
+void ValueContent::ReserveForOne(std::size_t iTextLength)
+{
+    const std::size_t lLength = 2 * (mUsedLength + iTextLength);
+    if (mTextCapacity > 2 * lLength + gToleratedCharacters)
+    {
+        hLayOut(mCount + 1 + mCount / 2, lLength);
+    }
+    Reserve(1, iTextLength);
+}
+
+void ValueContent::Append(std::wstring_view iName, std::wstring_view iValue)
+{
+    Reserve(1, iName.size() + iValue.size());
+    CopyText(iValue, AppendReserved(iName, iValue.size()));
+}
+
+void ValueContent::Remove(std::size_t iIndex) noexcept
+{
+    mUsedLength -= mEntries[iIndex].mNameLength + mEntries[iIndex].mValueLength;
+    std::copy(mEntries + iIndex + 1, mEntries + mCount, mEntries + iIndex);
+    --mCount;
+    mTextLength = mCount == 0 ? 0 : mTextLength;
+}
+
+void ValueContent::Swap(std::size_t iLeft, std::size_t iRight) noexcept
+{
+    std::swap(mEntries[iLeft], mEntries[iRight]);
+}
+
+void ValueContent::Kill(std::size_t iIndex) noexcept
+{
+    mUsedLength -= mEntries[iIndex].mNameLength + mEntries[iIndex].mValueLength;
+    mEntries[iIndex].mNameLength = gKilled;
+}
+
+void ValueContent::Compact() noexcept
+{
+    Entry* lEnd =
+        std::remove_if(mEntries, mEntries + mCount, [](const Entry& iEntry) { return iEntry.mNameLength == gKilled; });
+    mCount = static_cast<std::size_t>(lEnd - mEntries);
+}
+
+void ValueContent::hLayOut(std::size_t iCapacity, std::size_t iTextCapacity)
+{
+    const std::size_t lLargest = std::numeric_limits<std::ptrdiff_t>::max() / 4;
+    if (iTextCapacity > lLargest / sizeof(wchar_t))
+    {
+        throw std::length_error("QTalBase::PropertyBag: too long");
+    }
+    ValueContent lNew;
+    if (iCapacity != 0)
+    {
+        lNew.mEntries =
+            static_cast<Entry*>(::operator new(iCapacity * sizeof(Entry) + iTextCapacity * sizeof(wchar_t)));
+        lNew.mText = reinterpret_cast<wchar_t*>(lNew.mEntries + iCapacity);
+    }
+    lNew.mCapacity = iCapacity;
+    lNew.mTextCapacity = iTextCapacity;
+    for (std::size_t lIndex = 0; lIndex < mCount; ++lIndex)
+    {
+        Entry lEntry = mEntries[lIndex];
+        if (lEntry.mNameLength != gKilled)
+        {
+            const std::size_t lLength = lEntry.mNameLength + lEntry.mValueLength;
+            std::wmemcpy(lNew.mText + lNew.mTextLength, mText + lEntry.mOffset, lLength);
+            lEntry.mOffset = lNew.mTextLength;
+            lNew.mTextLength += lLength;
+        }
+        lNew.mEntries[lIndex] = lEntry;
+    }
+    lNew.mCount = mCount;
+    lNew.mUsedLength = mUsedLength;
+    *this = std::move(lNew);
+}
+
+} // namespace QTalBase

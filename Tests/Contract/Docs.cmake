@@ -1,0 +1,28 @@
+# The documents say what the library does: their tables are run, and the README's client is built from its own blocks.
+talbase_test(DocumentsTest
+    SOURCES
+        Documents/Document.cpp
+        Documents/ErrorsTest.cpp
+        Documents/LimitsTest.cpp
+        Documents/LinksTest.cpp
+        Documents/Provocations.cpp
+        Documents/TextFormatTest.cpp
+    LINK TalBaseInside Q8::Stream)
+
+# Against the installation that the consumer tests make; like theirs, not where a sanitizer would have to be installed.
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    set(lClient ${CMAKE_CURRENT_BINARY_DIR}/ReadmeClient)
+    add_test(NAME Documents.ReadmeClientSources
+        COMMAND ${CMAKE_COMMAND} -DREADME=${PROJECT_SOURCE_DIR}/README.md -DFOLDER=${lClient}
+            -P ${CMAKE_CURRENT_SOURCE_DIR}/Documents/WriteReadmeClient.cmake)
+    set_tests_properties(Documents.ReadmeClientSources PROPERTIES FIXTURES_SETUP Documents.ReadmeClient)
+    add_test(NAME Documents.ReadmeClientBuildsAndRuns
+        COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${lClient} ${lClient}/build
+            --build-generator ${CMAKE_GENERATOR} --build-makeprogram ${CMAKE_MAKE_PROGRAM}
+            --build-options -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
+                -DCMAKE_PREFIX_PATH=${PROJECT_BINARY_DIR}/Tests/Consumer/Installation
+            --test-command my-service)
+    set_tests_properties(Documents.ReadmeClientBuildsAndRuns PROPERTIES LABELS consumer
+        FIXTURES_REQUIRED "Documents.ReadmeClient;Consumer.Installation"
+        PASS_REGULAR_EXPRESSION "EndDelimiter\\*\\*\\*BeginDelimiter\\+\\+\\+\\+\\*\\*\\*Host")
+endif()

@@ -1,0 +1,327 @@
+// Docs/Errors.md has every message of the library, to the character, and nothing else: its rows are compared with what
+// the sources hold and with what is thrown.
+
+#include "QBase/Convert.h"
+#include "QSerialization/MemoryDataStream.h"
+#include "TalBase/BufferedWString.h"
+#include "TalBase/PropertyBag.h"
+#include "TalBase/PropertyBags.h"
+#include "TalBase/SerializableStringCollection.h"
+
+#include "Tests/Contract/Documents/BagNotation.h"
+#include "Tests/Contract/Documents/Document.h"
+#include "Tests/Contract/Documents/Provocations.h"
+#include "Tests/Support/Describe.h"
+#include "Tests/Support/Expect.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using namespace Documents;
+using namespace Support;
+
+namespace
+{
+
+// A message as the document has it.
+struct Entry
+{
+    std::wstring mText; // with placeholders
+    std::string mClass;
+    std::set<std::string> mOperations;
+    std::string mAfterwards; // empty for the platform's
+};
+
+const std::vector<Table>& Tables()
+{
+    static const std::vector<Table> lTables = ReadTables(ReadProjectFile("Docs/Errors.md"));
+    return lTables;
+}
+
+// Returns the operations of the sentence "Thrown by `A`, `B`." of a table's introduction.
+std::string ThrownBySentence(const Table& iTable)
+{
+    const std::size_t lBegin = iTable.mIntroduction.find("Thrown by ");
+    if (lBegin == std::string::npos)
+    {
+        throw std::runtime_error("no operation is named for the table under " + iTable.mSection);
+    }
+    return iTable.mIntroduction.substr(lBegin, iTable.mIntroduction.find('.', lBegin) - lBegin);
+}
+
+// Returns what a row adds to that sentence.
+std::string AlsoThrownBy(const Row& iRow)
+{
+    const std::string& lCause = iRow.at("cause");
+    const std::size_t lBegin = lCause.find("also thrown by ");
+    return lBegin != std::string::npos ? lCause.substr(lBegin) : "";
+}
+
+std::vector<Entry> ReadEntries(bool iIsPlatform)
+{
+    std::vector<Entry> lEntries;
+    for (const Table& lTable : Tables())
+    {
+        if (lTable.mColumns.front() != "text" || (lTable.mSection == "From the platform family") != iIsPlatform)
+        {
+            continue;
+        }
+        for (const Row& lRow : lTable.mRows)
+        {
+            const auto lCell = lRow.find("thrown by");
+            const std::vector<std::string> lOperations =
+                CodeSpans(lCell != lRow.end() ? lCell->second : ThrownBySentence(lTable) + AlsoThrownBy(lRow));
+            const std::wstring lClass = CodeCell(lRow, "class");
+            lEntries.push_back({CodeCell(lRow, "text"),
+                                std::string(lClass.begin(), lClass.end()),
+                                {lOperations.begin(), lOperations.end()},
+                                iIsPlatform ? "" : lRow.at("afterwards")});
+        }
+    }
+    return lEntries;
+}
+
+void Replace(std::wstring& oText, const std::wstring& iPart, const std::wstring& iBy)
+{
+    const std::size_t lPlace = oText.find(iPart);
+    if (lPlace != std::wstring::npos)
+    {
+        oText.replace(lPlace, iPart.size(), iBy);
+    }
+}
+
+// Returns the text with the values of the provocations in the place of the placeholders.
+std::wstring Filled(std::wstring iText)
+{
+    Replace(iText, L"<value>", gRefusedValue);
+    Replace(iText, L"<begin>", gBegin);
+    Replace(iText, L"<end>", gEnd);
+    Replace(iText, L"<text>", gRefusedText);
+    Replace(iText, L"<n>", gPlace);
+    return iText;
+}
+
+// Compares the entries with what was seen, in both directions.
+void ExpectSame(const std::vector<Entry>& iEntries, const std::vector<Observation>& iObservations,
+                const std::set<std::wstring>& iUnseen)
+{
+    std::set<std::wstring> lTexts;
+    for (const Entry& lEntry : iEntries)
+    {
+        EXPECT_TRUE(lTexts.insert(lEntry.mText).second) << "twice: " << Readable(lEntry.mText);
+        std::set<std::string> lOperations;
+        for (const Observation& lObservation : iObservations)
+        {
+            if (lObservation.mText == Filled(lEntry.mText))
+            {
+                lOperations.insert(lObservation.mOperation);
+                EXPECT_EQ(lObservation.mClass, lEntry.mClass) << Readable(lEntry.mText);
+                EXPECT_TRUE(lObservation.mIsUnchanged) << lObservation.mOperation << ": " << Readable(lEntry.mText);
+            }
+        }
+        if (iUnseen.count(lEntry.mText) == 0)
+        {
+            EXPECT_EQ(lOperations, lEntry.mOperations) << "throw " << Readable(lEntry.mText);
+        }
+    }
+    for (const Observation& lObservation : iObservations)
+    {
+        bool lIsDocumented = false;
+        for (const Entry& lEntry : iEntries)
+        {
+            lIsDocumented = lIsDocumented || lObservation.mText == Filled(lEntry.mText);
+        }
+        EXPECT_TRUE(lIsDocumented) << lObservation.mOperation << " throws " << Readable(lObservation.mText);
+    }
+}
+
+// Returns the wide literals of a source, adjacent ones joined.
+std::vector<std::wstring> WideLiterals(const std::string& iSource)
+{
+    std::vector<std::wstring> lLiterals;
+    std::size_t lLastEnd = 0;
+    for (std::size_t lBegin = iSource.find("L\""); lBegin != std::string::npos; lBegin = iSource.find("L\"", lLastEnd))
+    {
+        const std::size_t lEnd = iSource.find('"', lBegin + 2);
+        const std::wstring lText = QBase::UTF8ToWideChar(iSource.substr(lBegin + 2, lEnd - lBegin - 2), true);
+        const bool lContinues = lLastEnd != 0 && iSource.find_first_not_of(" \n", lLastEnd) == lBegin;
+        if (lContinues)
+        {
+            lLiterals.back() += lText;
+        }
+        else
+        {
+            lLiterals.push_back(lText);
+        }
+        lLastEnd = lEnd + 1;
+    }
+    return lLiterals;
+}
+
+// Returns the messages among the literals: they have "; " between the operation and what is wrong.
+std::set<std::wstring> Messages(const std::string& iSource, const std::wstring& iPrefix)
+{
+    std::set<std::wstring> lMessages;
+    for (const std::wstring& lLiteral : WideLiterals(iSource))
+    {
+        if (lLiteral.find(L"; ") != std::wstring::npos)
+        {
+            lMessages.insert(iPrefix + lLiteral);
+        }
+    }
+    return lMessages;
+}
+
+// Returns the texts of the document up to their first placeholder.
+std::set<std::wstring> FixedBeginnings(const std::vector<Entry>& iEntries)
+{
+    std::set<std::wstring> lBeginnings;
+    for (const Entry& lEntry : iEntries)
+    {
+        lBeginnings.insert(lEntry.mText.substr(0, lEntry.mText.find(L'<')));
+    }
+    return lBeginnings;
+}
+
+std::wstring LeftBehind(const BagPtr& iBag, const std::function<void(QTalBase::PropertyBag&)>& iAction)
+{
+    EXPECT_THROW(iAction(*iBag), QBase::Message);
+    return Describe(*iBag);
+}
+
+} // namespace
+
+TEST(ErrorsDocument, EveryMessageIsThrownAsWritten)
+{
+    const std::vector<Entry> lEntries = ReadEntries(false);
+    EXPECT_EQ(lEntries.size(), 30U);
+    ExpectSame(lEntries, ProvokeLibrary(), {});
+    for (const Entry& lEntry : lEntries)
+    {
+        EXPECT_EQ(lEntry.mAfterwards, "unchanged") << Readable(lEntry.mText);
+    }
+}
+
+TEST(ErrorsDocument, MessagesAreThoseOfTheTableInTheSources)
+{
+    const std::string lTable = ReadProjectFile("TalBase/PrivateSource/Messages.h");
+    EXPECT_EQ(FixedBeginnings(ReadEntries(false)), Messages(lTable, L"QTalBase::"));
+}
+
+TEST(ErrorsDocument, EveryMessageOfThePlatformIsThrownAsWritten)
+{
+    // 16 GiB of text would be needed; the sources have it, as the next test shows.
+    const std::wstring lTooLong = L"QSerialization::MemoryWriteDataStream::WriteWString; The text is too long";
+    ExpectSame(ReadEntries(true), ProvokePlatform(), {lTooLong});
+}
+
+TEST(ErrorsDocument, MessagesOfThePlatformAreThoseInItsSources)
+{
+    std::set<std::wstring> lMessages;
+    const std::string lRoot = TALBASE_SOURCE_DIR;
+    for (const auto& lFile : std::filesystem::recursive_directory_iterator(lRoot + "/Platform"))
+    {
+        if (lFile.path().extension() == ".cpp")
+        {
+            lMessages.merge(Messages(ReadProjectFile(lFile.path().string().substr(lRoot.size() + 1)), L""));
+        }
+    }
+    EXPECT_EQ(FixedBeginnings(ReadEntries(true)), lMessages);
+}
+
+TEST(ErrorsDocument, UnreadableNestLeavesItsNameGone)
+{
+    const BagPtr lNameless = MakeBag(L"{''='1'}");
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'='2'}"), [](auto& oBag) { oBag.SetProperty(L"n", L"k***", true); }),
+              L"'++++' '***' {'a'='1'}");
+    EXPECT_EQ(
+        LeftBehind(MakeBag(L"{'a'='1' 'n'={'k'='v'}}"), [&](auto& oBag) { oBag.EmbedProperty(L"n", lNameless.get()); }),
+        L"'++++' '***' {'a'='1'}");
+}
+
+TEST(ErrorsDocument, ForbiddenDelimitersOfItsOwnLeaveTheNameOfANestGone)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteWString(L"x");
+    lWritten.WriteWString(L"x");
+    lWritten.WriteWString(L"");
+    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    const BagPtr lBag = MakeBag(L"{'a'='1' 'n'='2'}");
+    EXPECT_THROW(lBag->DeSerialize(lStream), QTalBase::PropertyBagException);
+    EXPECT_EQ(LeftBehind(lBag, [](auto& oBag) { oBag.SetProperty(L"n", L"k++++v***", true); }), L"'x' 'x' {'a'='1'}");
+}
+
+TEST(ErrorsDocument, RefusedPropertyLeavesThoseBeforeItMerged)
+{
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"),
+                         [](auto& oBag) { oBag.AddString(L"EndDelimiter]]BeginDelimiter[[]]b[[2]]c***[[3]]d[[4]]"); }),
+              L"'++++' '***' {'a'='1' 'b'='2'}");
+
+    const BagPtr lOther = MakeBag(L"{'b'='2' 'm'={'k'='v'} 'n'={''='1'} 'o'={'k'='v'}}");
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'={'k'='old'}}"), [&](auto& oBag) { oBag.AddPropertyBag(lOther.get()); }),
+              L"'++++' '***' {'a'='1' 'b'='2' 'm'={'k'='v'}}");
+}
+
+TEST(ErrorsDocument, FailedDeSerializeLeavesWhatWasRead)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteWString(L"x");
+    lWritten.WriteWString(L"x");
+    lWritten.WriteWString(L"b++++2***");
+    const std::vector<std::byte>& lBytes = lWritten.GetBytes();
+    QSerialization::MemoryReadDataStream lOneText(lBytes.data(), 10);
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { oBag.DeSerialize(lOneText); }),
+              L"'x' '***' {'a'='1'}");
+    QSerialization::MemoryReadDataStream lAll(lBytes.data(), lBytes.size());
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { oBag.DeSerialize(lAll); }), L"'x' 'x' {'a'='1'}");
+}
+
+TEST(ErrorsDocument, FailedDeSerializeOfCollectionsKeepsWhatWasRead)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteUInt32(2);
+    lWritten.WriteWString(L"new");
+    lWritten.WriteBool(false);
+    const std::vector<std::byte>& lBytes = lWritten.GetBytes();
+    QSerialization::MemoryReadDataStream lStream(lBytes.data(), lBytes.size());
+    const QBase::SmartPtrI<QTalBase::PropertyBags> lBags(QTalBase::CreatePropertyBags());
+    lBags->Add(L"old", NewBag().get());
+    EXPECT_THROW(lBags->DeSerialize(lStream), QSerialization::StreamException);
+    ASSERT_EQ(lBags->GetCount(), 1U);
+    EXPECT_STREQ(lBags->GetName(0), L"new");
+
+    QSerialization::MemoryWriteDataStream lTexts;
+    lTexts.WriteUInt64(2);
+    lTexts.WriteWString(L"new");
+    QSerialization::MemoryReadDataStream lTextStream(lTexts.GetBytes().data(), lTexts.GetBytes().size());
+    const QBase::SmartPtrI<QTalBase::SerializableStringCollection> lStrings(
+        QTalBase::CreateSerializableStringCollection());
+    lStrings->Insert(L"old");
+    EXPECT_THROW(lStrings->DeSerialize(lTextStream), QSerialization::StreamException);
+    ASSERT_EQ(lStrings->GetCount(), 2U);
+    EXPECT_STREQ(lStrings->GetString(1), L"new");
+}
+
+TEST(ErrorsDocument, StandardExceptionsAreThrownAsWritten)
+{
+    EXPECT_THROW(QTalBase::CreatePropertyBag(L"EndDelimiter***Begin"), std::out_of_range);
+    EXPECT_THROW(NewBag()->AddString(L"EndDelimiter***Begin"), std::out_of_range);
+    EXPECT_THROW(QTalBase::CreateBufferedWString(0, 0), std::invalid_argument);
+    EXPECT_THROW(QTalBase::CreateBufferedWString(SIZE_MAX, 1), std::length_error);
+    const QBase::SmartPtrI<QTalBase::BufferedWString> lBuffer(QTalBase::CreateBufferedWString(1, SIZE_MAX));
+    EXPECT_THROW(*lBuffer += L"two", std::length_error);
+    std::set<std::wstring> lClasses;
+    for (const Row& lRow : RowsWithColumns(Tables(), {"class", "thrown by", "cause"}))
+    {
+        lClasses.insert(CodeCell(lRow, "class"));
+    }
+    EXPECT_EQ(lClasses, (std::set<std::wstring>{L"std::bad_alloc", L"std::out_of_range", L"std::invalid_argument",
+                                                L"std::length_error"}));
+}

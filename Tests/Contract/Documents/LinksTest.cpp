@@ -1,0 +1,125 @@
+// The documents name what is there: the README's guide has every public header, and links lead somewhere.
+
+#include "Tests/Contract/Documents/Document.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace Documents;
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+const char* const gDocuments[] = {"README.md", "Docs/Errors.md", "Docs/Limits.md", "Docs/TextFormat.md"};
+
+// Returns the include paths of the public headers below a folder of the project.
+std::set<std::string> PublicHeaders(const std::string& iFolder, const std::string& iBase)
+{
+    std::set<std::string> lHeaders;
+    for (const auto& lFile : fs::recursive_directory_iterator(fs::path(TALBASE_SOURCE_DIR) / iFolder))
+    {
+        const std::string lName = fs::relative(lFile.path(), fs::path(TALBASE_SOURCE_DIR) / iBase).string();
+        if (lFile.path().extension() == ".h" && lName.find("PrivateSource") == std::string::npos)
+        {
+            lHeaders.insert(lName);
+        }
+    }
+    return lHeaders;
+}
+
+// Returns the anchor that a heading gets: lower case, blanks as hyphens, punctuation dropped.
+std::string Anchor(const std::string& iHeading)
+{
+    std::string lAnchor;
+    for (const char lCharacter : iHeading)
+    {
+        if (lCharacter == ' ' || lCharacter == '-')
+        {
+            lAnchor += '-';
+        }
+        else if (std::isalnum(static_cast<unsigned char>(lCharacter)) != 0)
+        {
+            lAnchor += static_cast<char>(std::tolower(static_cast<unsigned char>(lCharacter)));
+        }
+    }
+    return lAnchor;
+}
+
+bool HasAnchor(const std::string& iDocument, const std::string& iAnchor)
+{
+    std::istringstream lStream(ReadProjectFile(iDocument));
+    for (std::string lLine; std::getline(lStream, lLine);)
+    {
+        const std::size_t lText = lLine.find_first_not_of('#');
+        if (lText != 0 && lText != std::string::npos && lLine[lText] == ' ' &&
+            Anchor(lLine.substr(lText + 1)) == iAnchor)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Returns the targets of the links [text](target).
+std::vector<std::string> LinkTargets(const std::string& iText)
+{
+    std::vector<std::string> lTargets;
+    for (std::size_t lBegin = iText.find("]("); lBegin != std::string::npos; lBegin = iText.find("](", lBegin + 1))
+    {
+        lTargets.push_back(iText.substr(lBegin + 2, iText.find(')', lBegin) - lBegin - 2));
+    }
+    return lTargets;
+}
+
+// Returns whether a link in a document leads to a file of the project and to a heading in it.
+bool LeadsSomewhere(const std::string& iDocument, const std::string& iTarget)
+{
+    const std::size_t lHash = std::min(iTarget.find('#'), iTarget.size());
+    const std::string lFile = iTarget.substr(0, lHash);
+    const fs::path lPath =
+        lFile.empty() ? fs::path(iDocument) : (fs::path(iDocument).parent_path() / lFile).lexically_normal();
+    return fs::exists(fs::path(TALBASE_SOURCE_DIR) / lPath) &&
+           (lHash == iTarget.size() || HasAnchor(lPath.string(), iTarget.substr(lHash + 1)));
+}
+
+} // namespace
+
+TEST(ReadmeDocument, GuideHasEveryPublicHeaderAndNoOther)
+{
+    std::set<std::string> lHeaders = PublicHeaders("TalBase", ".");
+    lHeaders.merge(PublicHeaders("Platform", "Platform"));
+    EXPECT_EQ(lHeaders.count("TalBase/PropertyBag.h"), 1U);
+
+    std::multiset<std::string> lGuide;
+    for (const Row& lRow : RowsWithColumns(ReadTables(ReadProjectFile("README.md")), {"header", "for"}))
+    {
+        for (const std::string& lHeader : CodeSpans(lRow.at("header")))
+        {
+            lGuide.insert(lHeader);
+        }
+    }
+    EXPECT_EQ(lGuide, std::multiset<std::string>(lHeaders.begin(), lHeaders.end()));
+}
+
+TEST(AllDocuments, LinksLeadSomewhere)
+{
+    EXPECT_TRUE(LeadsSomewhere("Docs/Limits.md", "../README.md#limits"));
+    EXPECT_FALSE(LeadsSomewhere("Docs/Limits.md", "../README.md#no-such-heading"));
+    EXPECT_FALSE(LeadsSomewhere("Docs/Limits.md", "README.md"));
+    for (const char* lDocument : gDocuments)
+    {
+        for (const std::string& lTarget : LinkTargets(ReadProjectFile(lDocument)))
+        {
+            EXPECT_TRUE(LeadsSomewhere(lDocument, lTarget)) << lDocument << " links to " << lTarget;
+        }
+    }
+}

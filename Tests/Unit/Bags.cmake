@@ -1,0 +1,21 @@
+# Property bags, the text buffer they are written with, and the library's start and stop.
+talbase_test(PropertyBagTest
+    SOURCES
+        PropertyBagAccessTest.cpp
+        PropertyBagCloneTest.cpp
+        PropertyBagCompareTest.cpp
+        PropertyBagDefaultsTest.cpp
+        PropertyBagDelimitersTest.cpp
+        PropertyBagNestTest.cpp
+        PropertyBagParseTest.cpp
+        PropertyBagSetTest.cpp
+        PropertyBagStreamTest.cpp
+        PropertyBagTextTest.cpp
+    LINK TalBase::TalBase Q8::Stream)
+talbase_test(PropertyBagTokenTest
+    SOURCES PropertyBagTokenTest.cpp ../Support/PlainPropertyBag.cpp
+    LINK TalBase::TalBase)
+talbase_test(TextReaderTest SOURCES TextReaderTest.cpp LINK TalBaseInside)
+talbase_test(BufferedWStringTest SOURCES BufferedWStringTest.cpp LINK TalBase::TalBase)
+talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
+talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)

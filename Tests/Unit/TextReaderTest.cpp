@@ -1,0 +1,164 @@
+// The inside of text reading: the header, the cutter, and the token reader, which is the only place where two strings
+// in a row can be met.
+
+#include "TalBase/PrivateSource/TextReader.h"
+
+#include "TalBase/PrivateSource/Delimiters.h"
+#include "TalBase/PrivateSource/TextSearch.h"
+#include "Tests/Support/Describe.h"
+#include "Tests/Support/Expect.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using QTalBase::DelimiterPair;
+using QTalBase::PropertyBagException;
+using QTalBase::SharedWString;
+using QTalBase::TextCutter;
+using QTalBase::TextReader;
+
+namespace
+{
+
+// "<" and ">" are the delimiters' tokens, every other character a string of its own.
+void TakeTokens(TextReader& oReader, const std::wstring& iPattern)
+{
+    for (const wchar_t& lCharacter : iPattern)
+    {
+        const TextReader::Token lToken = lCharacter == L'<'   ? TextReader::Token::Begin
+                                         : lCharacter == L'>' ? TextReader::Token::End
+                                                              : TextReader::Token::String;
+        oReader.Take(lToken, lToken == TextReader::Token::String ? std::wstring_view(&lCharacter, 1) : L"");
+    }
+}
+
+void Read(const std::wstring& iPattern)
+{
+    TextReader lReader{SharedWString(L"[["), SharedWString(L"]]")};
+    TakeTokens(lReader, iPattern);
+    lReader.Finish();
+}
+
+std::wstring ReadBag(const std::wstring& iPattern)
+{
+    TextReader lReader{SharedWString(L"[["), SharedWString(L"]]")};
+    TakeTokens(lReader, iPattern);
+    lReader.Finish();
+    return Support::DescribeContent(*lReader.MakeBag());
+}
+
+// The runs and delimiters of a text: "a<" is the run a before the begin delimiter.
+std::wstring Cut(const std::wstring& iText, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    TextCutter lCutter(iText, 0, iBegin, iEnd);
+    std::wstring lParts;
+    for (TextCutter::Found lFound = lCutter.Next(); lFound != TextCutter::Found::Nothing; lFound = lCutter.Next())
+    {
+        lParts += std::wstring(lCutter.GetRun()) + (lFound == TextCutter::Found::Begin ? L"<" : L">");
+    }
+    return lParts;
+}
+
+const wchar_t* const gTokenExpected = L"QTalBase::PropertyBagImpl::GetNextToken; A token was expected";
+const wchar_t* const gStringExpected = L"QTalBase::PropertyBagImpl::ExtractData; A string token was expected";
+const wchar_t* const gStringOrBeginExpected =
+    L"QTalBase::PropertyBagImpl::ExtractData; A string or Begin token was expected";
+const wchar_t* const gBeginExpected = L"QTalBase::PropertyBagImpl::ExtractData; A Begin token was expected";
+const wchar_t* const gEndExpected = L"QTalBase::PropertyBagImpl::ExtractData; A mEnd token was expected";
+
+} // namespace
+
+TEST(TextReader, TwoStringsInARowThrow)
+{
+    EXPECT_MESSAGE(Read(L"a<bc"), PropertyBagException, gStringOrBeginExpected);
+    EXPECT_MESSAGE(Read(L"n<k<vw"), PropertyBagException, gStringOrBeginExpected);
+    EXPECT_MESSAGE(Read(L"ab"), PropertyBagException, gBeginExpected);
+}
+
+TEST(TextReader, WrongTokenThrows)
+{
+    EXPECT_MESSAGE(Read(L"<"), PropertyBagException, gStringExpected);
+    EXPECT_MESSAGE(Read(L">"), PropertyBagException, gStringExpected);
+    EXPECT_MESSAGE(Read(L"a>"), PropertyBagException, gBeginExpected);
+    EXPECT_MESSAGE(Read(L"a<<"), PropertyBagException, gStringExpected);
+    EXPECT_MESSAGE(Read(L"n<k<v><"), PropertyBagException, gEndExpected);
+}
+
+TEST(TextReader, MissingTokenThrows)
+{
+    for (const wchar_t* lPattern : {L"a", L"a<", L"a<1", L"n<k<", L"n<k<>", L"n<k<v", L"n<k<v>", L"n<k<v>l"})
+    {
+        EXPECT_MESSAGE(Read(lPattern), PropertyBagException, gTokenExpected);
+    }
+}
+
+TEST(TextReader, EmptyNestsVanishExceptDirectlyBelow)
+{
+    EXPECT_EQ(ReadBag(L"n<e<>>"), L"{'n'={}}");
+    EXPECT_EQ(ReadBag(L"n<o<e<>>>"), L"{'n'={}}");
+    EXPECT_EQ(ReadBag(L"n<a<1>o<e<>>>"), L"{'n'={'a'='1'}}");
+    EXPECT_EQ(ReadBag(L"n<a<1>a<e<>>>"), L"{'n'={}}"); // displaced, then gone
+}
+
+TEST(TextReader, TheLastPropertyOfANameCounts)
+{
+    EXPECT_EQ(ReadBag(L"a<1>b<2>a<3>"), L"{'b'='2' 'a'='3'}");
+    EXPECT_EQ(ReadBag(L"a<1>a<k<v>>"), L"{'a'={'k'='v'}}");
+    EXPECT_EQ(ReadBag(L"a<k<v>>a<1>"), L"{'a'='1'}");
+    EXPECT_EQ(ReadBag(L"a<1>a<>"), L"{'a'='1'}");
+}
+
+TEST(TextCutter, CutsAtTheFirstDelimiterFromTheLeft)
+{
+    EXPECT_EQ(Cut(L"a++++1***", L"++++", L"***"), L"a<1>");
+    EXPECT_EQ(Cut(L"a+++++1****b", L"++++", L"***"), L"a<+1>");
+    EXPECT_EQ(Cut(L"+++*+++**", L"++++", L"***"), L"");
+    EXPECT_EQ(Cut(L"xx[[[[]]", L"[[", L"]]"), L"xx<<>");
+}
+
+TEST(TextCutter, LongDelimitersGiveTheSame)
+{
+    const std::wstring lBegin(40, L'b');
+    const std::wstring lEnd = std::wstring(40, L'e') + L"!";
+    EXPECT_EQ(Cut(L"a" + lBegin + L"1" + lEnd, lBegin, lEnd), L"a<1>");
+    EXPECT_EQ(Cut(L"a" + lBegin + L"b" + lEnd.substr(0, 30) + lEnd, lBegin, lEnd),
+              L"a<b" + std::wstring(30, L'e') + L">");
+    EXPECT_EQ(Cut(lBegin.substr(1), lBegin, lEnd), L"");
+}
+
+TEST(ReadHeader, TheUsualHeaderGivesTheDefaults)
+{
+    DelimiterPair lPair{L"x", L"y"};
+    EXPECT_EQ(QTalBase::ReadHeader(L"EndDelimiter***BeginDelimiter++++***a", lPair), 36U);
+    EXPECT_EQ(lPair.mBegin, L"++++");
+    EXPECT_EQ(lPair.mEnd, L"***");
+}
+
+TEST(ReadHeader, AnotherHeaderIsReadLoosely)
+{
+    DelimiterPair lPair{L"x", L"y"};
+    EXPECT_EQ(QTalBase::ReadHeader(L"EndDelimiter***Bxxxxxxxxxxxxx++++***", lPair), 36U);
+    EXPECT_EQ(lPair.mBegin, L"++++");
+    EXPECT_EQ(QTalBase::ReadHeader(L"EndDelimiter***BeginDelimiter++++", lPair), 2U);
+    EXPECT_EQ(QTalBase::ReadHeader(L"EndDelimite", lPair), 0U);
+    EXPECT_THROW(QTalBase::ReadHeader(L"EndDelimiter***Begin", lPair), std::out_of_range);
+}
+
+TEST(CanHeaderCarry, OnlyPairsThatComeBack)
+{
+    EXPECT_TRUE(QTalBase::CanHeaderCarry({L"++++", L"***"}));
+    EXPECT_FALSE(QTalBase::CanHeaderCarry({L"++++", L"end"}));
+    EXPECT_FALSE(QTalBase::CanHeaderCarry({L"+*", L"**"}));
+}
+
+TEST(TextSearcher, FindsWhatASimpleSearchFinds)
+{
+    const std::wstring lNeedle = L"aabaaabaaabaaabaaac"; // long, with borders
+    EXPECT_TRUE(QTalBase::Contains(L"xxaab" + lNeedle, lNeedle));
+    EXPECT_TRUE(QTalBase::Contains(L"aabaaabaaaba" + lNeedle + L"z", lNeedle));
+    EXPECT_FALSE(QTalBase::Contains(L"aabaaabaaabaaabaaabaaabaaabaaab", lNeedle));
+    EXPECT_TRUE(QTalBase::Contains(L"", L""));
+    EXPECT_FALSE(QTalBase::Contains(L"a", L"ab"));
+}

@@ -1,0 +1,34 @@
+# Collections, streams, delivery windows, values and identifiers.
+
+# A locale with a decimal comma for the number tests, where the machine can compile one; the tests look for one of the
+# machine's own otherwise.
+set(lLocales ${CMAKE_CURRENT_BINARY_DIR}/Locales)
+set(lHasCommaLocale 0)
+find_program(TALBASE_LOCALEDEF localedef)
+if(TALBASE_LOCALEDEF)
+    file(MAKE_DIRECTORY ${lLocales})
+    execute_process(COMMAND ${TALBASE_LOCALEDEF} -i de_DE -f UTF-8 ${lLocales}/de_DE.UTF-8
+        RESULT_VARIABLE lResult OUTPUT_QUIET ERROR_QUIET)
+    if(lResult EQUAL 0)
+        set(lHasCommaLocale 1)
+    endif()
+endif()
+
+talbase_test(TestValues
+    SOURCES
+        DeliveryWindowBagTest.cpp
+        DeliveryWindowTest.cpp
+        GoldenBagsTest.cpp
+        GuidTest.cpp
+        PropertyBagHelpersLocaleTest.cpp
+        PropertyBagHelpersTest.cpp
+        PropertyBagsStreamTest.cpp
+        PropertyBagsTest.cpp
+        PropertyBagSerializationTest.cpp
+        SerializableStringCollectionTest.cpp
+        SerializationTemplatesClientTest.cpp
+        SerializationTemplatesEntryTest.cpp
+        SerializationTemplatesTest.cpp
+        ../Support/ScriptedStream.cpp
+    LINK TalBase::TalBase Q8::Stream
+    DEFINITIONS TALBASE_TEST_LOCALES="${lLocales}" TALBASE_TEST_HAS_COMMA_LOCALE=${lHasCommaLocale})
