@@ -1,18 +1,17 @@
 #include "Commands.h"
 
+#include "CommandSupport.h"
 #include "Compare.h"
 #include "Display.h"
-#include "Errors.h"
-#include "Progress.h"
+#include "Plan.h"
 #include "Source.h"
 #include "Spool.h"
 #include "Table.h"
 
-#include <algorithm>
-#include <functional>
+#include "TalBase/Guid.h"
+
+#include <ctime>
 #include <map>
-#include <ostream>
-#include <sstream>
 
 namespace MailSpool
 {
@@ -20,62 +19,16 @@ namespace MailSpool
 namespace
 {
 
-// Does one piece of work; when it fails, reports it under a name and returns the exit status for the kind of failure.
-int Attempt(const std::string& iName, std::ostream& oErr, const std::function<int()>& iWork)
+JobSettings MakeSettings(const Options& iOptions, const MailMessage& iMessage, const std::filesystem::path& iFile)
 {
-    try
-    {
-        return iWork();
-    }
-    catch (const IoError&) // its text names the file already
-    {
-        oErr << "mail-spool: " << DescribeException() << '\n';
-        return ExitTrouble;
-    }
-    catch (...)
-    {
-        const std::string lName = ToUtf8(MakePrintable(DecodeBytes(iName).mText));
-        oErr << "mail-spool: " << lName << ": " << DescribeException() << '\n';
-        return ExitDamage;
-    }
-}
-
-struct Outcome
-{
-    int mStatus = ExitGood; // the worst of all
-    std::size_t mGood = 0;  // how many went well
-};
-
-// Does the same for each item, with progress; one that fails does not keep the others from being done.
-template <class Item, class NameOf, class Work>
-Outcome DoEach(const char* ipAction, const std::vector<Item>& iItems, std::ostream& oErr, NameOf iNameOf, Work iWork)
-{
-    Outcome lOutcome;
-    Progress lProgress(ipAction, iItems.size());
-    for (const Item& lItem : iItems)
-    {
-        std::ostringstream lReport;
-        const int lStatus = Attempt(iNameOf(lItem), lReport, [&] { return iWork(lItem); });
-        if (lStatus != ExitGood)
-        {
-            lProgress.Hide();
-            oErr << lReport.str();
-        }
-        lOutcome.mStatus = std::max(lOutcome.mStatus, lStatus);
-        lOutcome.mGood += lStatus == ExitGood ? 1 : 0;
-        lProgress.Step();
-    }
-    return lOutcome;
-}
-
-std::string Count(std::size_t iCount, const std::string& iWhat)
-{
-    return std::to_string(iCount) + " " + iWhat + (iCount == 1 ? "" : "s");
-}
-
-JobSettings MakeSettings(const Options& iOptions, const std::filesystem::path& iFile)
-{
-    return {GetSourceName(iFile), QDataType::DateTime::Now(), iOptions.mUser, iOptions.mPassword};
+    JobSettings lSettings;
+    lSettings.mJob = QTalBase::Guid::GenerateUniqueGUID();
+    lSettings.mQueued = QDataType::DateTime::Now();
+    lSettings.mSource = GetSourceName(iFile);
+    lSettings.mWindow = MakeWindow(GetRoute(iMessage), iOptions.mWindows);
+    lSettings.mUser = iOptions.mUser;
+    lSettings.mPassword = iOptions.mPassword;
+    return lSettings;
 }
 
 std::wstring GetNextHop(const QTalBase::PropertyBag& iJob)
@@ -85,45 +38,31 @@ std::wstring GetNextHop(const QTalBase::PropertyBag& iJob)
            GetText(*lTransport, gPortName);
 }
 
-void AddJobRow(const std::string& iName, const QTalBase::PropertyBag& iJob, Table& oTable)
+void AddJobRow(const QTalBase::PropertyBag& iJob, Table& oTable)
 {
     const BagPtr lShown = MakeDisplayBag(iJob);
-    oTable.AddRow({DecodeBytes(iName).mText, GetText(*lShown, gQueuedName).substr(0, 19), GetText(*lShown, gSizeName),
+    oTable.AddRow({GetText(*lShown, gJobName), GetText(*lShown, gQueuedName).substr(0, 19), GetText(*lShown, gSizeName),
                    GetText(*lShown, gAttemptsName), GetText(*lShown, gSenderName), GetText(*lShown, gRecipientName),
                    GetText(*lShown, gSubjectName), GetNextHop(*lShown)});
 }
 
 using JobsBySource = std::multimap<std::wstring, BagPtr>;
 
-// Reads every job of the spool and hands it on with the name of its file.
-template <class Use>
-Outcome ReadEachJob(const Spool& iSpool, const std::vector<std::string>& iNames, std::ostream& oErr, Use iUse)
-{
-    return DoEach(
-        "reading job", iNames, oErr, [&](const std::string& iName) { return iSpool.GetPath(iName).string(); },
-        [&](const std::string& iName) {
-            iUse(iName, iSpool.Read(iName));
-            return ExitGood;
-        });
-}
-
 int VerifyFile(const std::filesystem::path& iFile, const JobsBySource& iJobs, std::ostream& oOut)
 {
     const MailMessage lMessage = ReadMessage(iFile);
-    const JobSettings lSettings{GetSourceName(iFile), {}, {}, {}};
-    const BagPtr lFresh = MakeJobBag(lMessage, lSettings);
-    const auto lRange = iJobs.equal_range(lSettings.mSource);
-    const std::string lShownName = ToUtf8(MakePrintable(DecodeBytes(iFile.string()).mText));
-    if (lRange.first == lRange.second)
+    const BagPtr lFresh = MakeJobBag(lMessage, JobSettings());
+    const auto [lFirst, lLast] = iJobs.equal_range(GetSourceName(iFile));
+    if (lFirst == lLast)
     {
-        oOut << "missing    " << lShownName << '\n';
+        oOut << "missing    " << ShowPath(iFile) << '\n';
         return ExitDamage;
     }
     int lStatus = ExitGood;
-    for (auto lJob = lRange.first; lJob != lRange.second; ++lJob)
+    for (auto lJob = lFirst; lJob != lLast; ++lJob)
     {
         const std::vector<std::wstring> lDifferences = FindDifferences(*lFresh, lMessage, *lJob->second);
-        oOut << (lDifferences.empty() ? "same       " : "different  ") << lShownName << '\n';
+        oOut << (lDifferences.empty() ? "same       " : "different  ") << ShowPath(iFile) << '\n';
         for (const std::wstring& lDifference : lDifferences)
         {
             oOut << "           " << ToUtf8(MakePrintable(lDifference)) << '\n';
@@ -133,28 +72,40 @@ int VerifyFile(const std::filesystem::path& iFile, const JobsBySource& iJobs, st
     return lStatus;
 }
 
+// A night is a night where the spooler stands, so the hour is the local one.
+unsigned int GetHourNow()
+{
+    const std::time_t lNow = std::time(nullptr);
+    std::tm lLocal = {};
+    ::localtime_r(&lNow, &lLocal);
+    return static_cast<unsigned int>(lLocal.tm_hour);
+}
+
 } // namespace
 
 int Add(const Options& iOptions, std::ostream& oOut, std::ostream& oErr)
 {
     const std::vector<std::filesystem::path> lFiles = FindFiles(iOptions.mPaths);
-    Spool lSpool(iOptions.mSpool);
-    lSpool.Create();
-    const Outcome lOutcome = DoEach(
-        "adding message", lFiles, oErr, [](const std::filesystem::path& iFile) { return iFile.string(); },
-        [&](const std::filesystem::path& iFile) {
-            lSpool.Add(*MakeJobBag(ReadMessage(iFile), MakeSettings(iOptions, iFile)));
-            return ExitGood;
+    std::size_t lAdded = 0;
+    const int lStatus = Attempt(iOptions.mSpool.string(), oErr, [&] {
+        SpoolChange lSpool(iOptions.mSpool);
+        const Outcome lOutcome = DoEachFile("reading message", lFiles, oErr, [&](const std::filesystem::path& iFile) {
+            const MailMessage lMessage = ReadMessage(iFile);
+            lSpool.Add(*MakeJobBag(lMessage, MakeSettings(iOptions, lMessage, iFile)));
+            return int{ExitGood};
         });
-    oOut << Count(lFiles.size(), "message") << " in, " << lOutcome.mGood << " added\n";
-    return lOutcome.mStatus;
+        lSpool.Commit();
+        lAdded = lOutcome.mGood;
+        return lOutcome.mStatus;
+    });
+    oOut << Count(lFiles.size(), "message") << " in, " << lAdded << " added\n";
+    return lStatus;
 }
 
 int List(const Options& iOptions, std::ostream& oOut, std::ostream& oErr)
 {
-    const Spool lSpool(iOptions.mSpool);
-    const std::vector<std::string> lNames = lSpool.GetNames();
-    Table lTable({{L"Job", 48},
+    const SpoolContents lContents = ReadSpool(iOptions.mSpool);
+    Table lTable({{L"Job", 36},
                   {L"Queued (UTC)", 19},
                   {L"Size", 10, true},
                   {L"Tries", 5, true},
@@ -162,26 +113,34 @@ int List(const Options& iOptions, std::ostream& oOut, std::ostream& oErr)
                   {L"Recipient", 28},
                   {L"Subject", 40},
                   {L"Next hop", 32}});
-    const Outcome lOutcome = ReadEachJob(
-        lSpool, lNames, oErr, [&](const std::string& iName, const BagPtr& iJob) { AddJobRow(iName, *iJob, lTable); });
+    const Outcome lOutcome = DoEachJob("showing job", iOptions.mSpool, lContents, oErr,
+                                       [&](const BagPtr& iJob) { AddJobRow(*iJob, lTable); });
     lTable.Print(oOut);
-    oOut << Count(lOutcome.mGood, "job") << " listed, " << lNames.size() - lOutcome.mGood << " damaged\n";
+    oOut << Count(lOutcome.mGood, "job") << " listed, " << lContents.mJobs->GetCount() - lOutcome.mGood << " damaged"
+         << (lContents.mDamage.empty() ? "" : ", the rest of the spool cannot be read") << '\n';
     return lOutcome.mStatus;
 }
 
 int Verify(const Options& iOptions, std::ostream& oOut, std::ostream& oErr)
 {
     const std::vector<std::filesystem::path> lFiles = FindFiles(iOptions.mPaths);
-    const Spool lSpool(iOptions.mSpool);
     JobsBySource lJobs;
-    const Outcome lRead = ReadEachJob(lSpool, lSpool.GetNames(), oErr, [&](const std::string&, const BagPtr& iJob) {
-        lJobs.emplace(GetText(*iJob, gSourceName), iJob);
+    const Outcome lRead = DoEachJob("reading job", iOptions.mSpool, ReadSpool(iOptions.mSpool), oErr,
+                                    [&](const BagPtr& iJob) { lJobs.emplace(GetText(*iJob, gSourceName), iJob); });
+    const Outcome lOutcome = DoEachFile("comparing message", lFiles, oErr, [&](const std::filesystem::path& iFile) {
+        return VerifyFile(iFile, lJobs, oOut);
     });
-    const Outcome lOutcome = DoEach(
-        "comparing message", lFiles, oErr, [](const std::filesystem::path& iFile) { return iFile.string(); },
-        [&](const std::filesystem::path& iFile) { return VerifyFile(iFile, lJobs, oOut); });
     oOut << Count(lFiles.size(), "message") << ", " << lOutcome.mGood << " verified\n";
     return std::max(lRead.mStatus, lOutcome.mStatus);
+}
+
+int ShowPlan(const Options& iOptions, std::ostream& oOut, std::ostream& oErr)
+{
+    Plan lPlan(iOptions.mHour.value_or(GetHourNow()));
+    const Outcome lOutcome = DoEachJob("planning job", iOptions.mSpool, ReadSpool(iOptions.mSpool), oErr,
+                                       [&](const BagPtr& iJob) { lPlan.Add(*iJob); });
+    lPlan.Print(oOut);
+    return lOutcome.mStatus;
 }
 
 } // namespace MailSpool

@@ -52,6 +52,15 @@ void CompareBodies(const MailMessage& iFresh, const MailMessage& iStored, Texts&
     }
 }
 
+// Not with operator==: it reads its own side as stored and the other side unescaped, so a bag with a '*' or a '+' in
+// any value, and hardly a message is without one, is unequal even to itself. IsSubset reads both sides alike, but it
+// answers for one direction only, and takes a missing name for the empty text; no value of a job is empty, so asked
+// both ways it tells whether the bags hold the same.
+bool HoldTheSame(const QTalBase::PropertyBag& iFirst, const QTalBase::PropertyBag& iSecond)
+{
+    return iFirst.IsSubset(&iSecond) && iSecond.IsSubset(&iFirst);
+}
+
 } // namespace
 
 Texts FindDifferences(const QTalBase::PropertyBag& iFresh, const MailMessage& iFreshMessage,
@@ -59,7 +68,11 @@ Texts FindDifferences(const QTalBase::PropertyBag& iFresh, const MailMessage& iF
 {
     Texts lDifferences;
     const MailMessage lStored = GetMessage(iStored);
-    CompareProperties(iFresh, iStored, lDifferences);
+    if (!HoldTheSame(*MakeMessageBag(iFresh), *MakeMessageBag(iStored)))
+    {
+        CompareProperties(iFresh, iStored, lDifferences);
+        lDifferences.push_back(L"the bag of the message");
+    }
     CompareFields(iFreshMessage.mFields, lStored.mFields, lDifferences);
     CompareBodies(iFreshMessage, lStored, lDifferences);
     return lDifferences;

@@ -12,8 +12,9 @@ namespace MailSpool
 {
 
 // Compares a job read back from the spool with a fresh bag of the same message and returns what differs, one text for
-// each, in words: plain properties by value, header fields by name, value and order, the body byte by byte. Empty when
-// nothing differs. Throws DamageError when the job cannot be made a message again.
+// each, in words; empty when nothing does. The bags are compared as bags, whatever the order of their properties; then
+// the header fields in their order, and the body byte by byte. Throws DamageError when the job cannot be made a message
+// again.
 std::vector<std::wstring> FindDifferences(const QTalBase::PropertyBag& iFresh, const MailMessage& iFreshMessage,
                                           const QTalBase::PropertyBag& iStored);
 

@@ -4,9 +4,11 @@
 #include "Escapes.h"
 #include "MailAddress.h"
 
-#include "QBase/Convert.h"
+#include "QDataType/StringCollection.h"
+#include "TalBase/PropertyBagHelpers.h"
 
 #include <map>
+#include <memory>
 
 namespace MailSpool
 {
@@ -16,6 +18,7 @@ namespace
 
 constexpr wchar_t gDateName[] = L"Date";
 constexpr wchar_t gMessageIdName[] = L"Message-ID";
+constexpr wchar_t gEightBitName[] = L"EightBit";
 constexpr wchar_t gMboxLineName[] = L"MboxLine";
 constexpr wchar_t gHeaderCharsetName[] = L"HeaderCharset";
 constexpr wchar_t gBodyCharsetName[] = L"BodyCharset";
@@ -26,6 +29,26 @@ constexpr wchar_t gHeaderName[] = L"Header";
 void SetText(QTalBase::PropertyBag& oBag, const std::wstring& iName, std::wstring_view iValue)
 {
     oBag.SetProperty(iName.c_str(), EscapeValue(iValue).c_str(), false);
+}
+
+template <class Value>
+void SetValue(QTalBase::PropertyBag& oBag, const wchar_t* ipName, const Value& iValue)
+{
+    oBag.SetProperty(ipName, QTalBase::Stringize(iValue).c_str(), false);
+}
+
+// UnStringize reports no bad text, so the way back has to tell: what does not give the same text again was none.
+template <class Value>
+Value GetValue(const QTalBase::PropertyBag& iBag, const wchar_t* ipName)
+{
+    const std::wstring lText(iBag.GetProperty(ipName));
+    Value lValue{};
+    QTalBase::UnStringize(lText.c_str(), lValue);
+    if (std::wstring(QTalBase::Stringize(lValue)) != lText)
+    {
+        throw DamageError("the job is damaged: '" + ToUtf8(lText) + "' is no value for " + ToUtf8(ipName));
+    }
+    return lValue;
 }
 
 std::wstring_view GetFieldValue(const MailMessage& iMessage, std::wstring_view iName)
@@ -64,15 +87,42 @@ std::vector<HeaderField> GetFields(const QTalBase::PropertyBag& iHeader)
     return lFields;
 }
 
-BagPtr MakeTransportBag(const std::wstring& iRecipient, const JobSettings& iSettings)
+BagPtr MakeTransportBag(const std::wstring& iRoute, const JobSettings& iSettings)
 {
+    constexpr unsigned short lFtpPort = 21;
     BagPtr lTransport(QTalBase::CreatePropertyBag());
     SetText(*lTransport, gProtocolName, L"ftp");
-    SetText(*lTransport, gHostName, GetDomain(iRecipient));
-    SetText(*lTransport, gPortName, QBase::ToDecimalWString(21));
+    SetText(*lTransport, gHostName, iRoute);
+    SetValue(*lTransport, gPortName, lFtpPort);
     SetText(*lTransport, L"FTPServerUser", iSettings.mUser);
     SetText(*lTransport, L"FTPServerPassword", iSettings.mPassword);
     return lTransport;
+}
+
+void AddMessage(const MailMessage& iMessage, QTalBase::PropertyBag& oJob)
+{
+    SetText(oJob, gSenderName, GetSender(iMessage));
+    SetText(oJob, gRecipientName, GetRecipient(iMessage));
+    SetText(oJob, gSubjectName, GetFieldValue(iMessage, gSubjectName));
+    SetText(oJob, gDateName, GetFieldValue(iMessage, gDateName));
+    SetText(oJob, gMessageIdName, GetFieldValue(iMessage, gMessageIdName));
+    SetValue(oJob, gSizeName, static_cast<unsigned int>(iMessage.mSize));
+    SetValue(oJob, gEightBitName, iMessage.mIsEightBit);
+    SetText(oJob, gMboxLineName, iMessage.mMboxLine);
+    SetText(oJob, gHeaderCharsetName, GetCharsetName(iMessage.mHeaderCharset));
+    SetText(oJob, gBodyCharsetName, GetCharsetName(iMessage.mBodyCharset));
+    SetText(oJob, gLineEndingName, GetLineEndingName(iMessage.mLineEnding));
+    SetText(oJob, gBodyName, iMessage.mBody);
+    oJob.EmbedProperty(gHeaderName, MakeHeaderBag(iMessage.mFields).get());
+}
+
+// The window writes itself into a bag of its own, as one property that bears the route's name; merged, it becomes one
+// of the job. A window that is always open writes nothing.
+void AddWindow(const std::wstring& iRoute, const QTalBase::DeliveryWindow& iWindow, QTalBase::PropertyBag& oJob)
+{
+    const BagPtr lWindow(
+        iWindow.SerializeToPropertyBag(EscapeName(iRoute).c_str(), oJob.GetBeginDelimiter(), oJob.GetEndDelimiter()));
+    oJob.AddPropertyBag(lWindow.get());
 }
 
 void CheckEmbedded(const QTalBase::PropertyBag& iJob, const wchar_t* ipName)
@@ -85,26 +135,26 @@ void CheckEmbedded(const QTalBase::PropertyBag& iJob, const wchar_t* ipName)
 
 } // namespace
 
+std::wstring GetRoute(const MailMessage& iMessage)
+{
+    return GetDomain(GetRecipient(iMessage));
+}
+
 BagPtr MakeJobBag(const MailMessage& iMessage, const JobSettings& iSettings)
 {
-    const std::wstring lRecipient = GetRecipient(iMessage);
+    const std::wstring lRoute = GetRoute(iMessage);
     BagPtr lJob(QTalBase::CreatePropertyBag());
-    SetText(*lJob, gSenderName, GetSender(iMessage));
-    SetText(*lJob, gRecipientName, lRecipient);
-    SetText(*lJob, gSubjectName, GetFieldValue(iMessage, gSubjectName));
-    SetText(*lJob, gDateName, GetFieldValue(iMessage, gDateName));
-    SetText(*lJob, gMessageIdName, GetFieldValue(iMessage, gMessageIdName));
-    SetText(*lJob, gSizeName, QBase::ToDecimalWString(static_cast<int>(iMessage.mSize)));
+    SetValue(*lJob, gJobName, iSettings.mJob);
+    SetValue(*lJob, gQueuedName, iSettings.mQueued);
+    SetValue(*lJob, gAttemptsName, 0U);
     SetText(*lJob, gSourceName, iSettings.mSource);
-    SetText(*lJob, gQueuedName, iSettings.mQueued.ToWString());
-    SetText(*lJob, gAttemptsName, QBase::ToDecimalWString(0));
-    SetText(*lJob, gMboxLineName, iMessage.mMboxLine);
-    SetText(*lJob, gHeaderCharsetName, GetCharsetName(iMessage.mHeaderCharset));
-    SetText(*lJob, gBodyCharsetName, GetCharsetName(iMessage.mBodyCharset));
-    SetText(*lJob, gLineEndingName, GetLineEndingName(iMessage.mLineEnding));
-    SetText(*lJob, gBodyName, iMessage.mBody);
-    lJob->EmbedProperty(gHeaderName, MakeHeaderBag(iMessage.mFields).get());
-    lJob->EmbedProperty(gTransportName, MakeTransportBag(lRecipient, iSettings).get());
+    SetText(*lJob, gRouteName, lRoute);
+    if (iSettings.mWindow)
+    {
+        AddWindow(lRoute, *iSettings.mWindow, *lJob);
+    }
+    AddMessage(iMessage, *lJob);
+    lJob->EmbedProperty(gTransportName, MakeTransportBag(lRoute, iSettings).get());
     return lJob;
 }
 
@@ -118,16 +168,35 @@ MailMessage GetMessage(const QTalBase::PropertyBag& iJob)
     lMessage.mHeaderCharset = GetCharsetByName(GetText(iJob, gHeaderCharsetName));
     lMessage.mBodyCharset = GetCharsetByName(GetText(iJob, gBodyCharsetName));
     lMessage.mLineEnding = GetLineEndingByName(GetText(iJob, gLineEndingName));
-    lMessage.mSize = static_cast<std::size_t>(QBase::DecimalToInt(GetText(iJob, gSizeName).c_str()));
+    lMessage.mSize = GetValue<unsigned int>(iJob, gSizeName);
+    lMessage.mIsEightBit = GetValue<bool>(iJob, gEightBitName);
     return lMessage;
+}
+
+WindowPtr GetWindow(const QTalBase::PropertyBag& iJob)
+{
+    WindowPtr lWindow(QTalBase::CreateDeliveryWindow());
+    lWindow->DeSerializeFromPropertyBag(EscapeName(GetText(iJob, gRouteName)).c_str(), &iJob);
+    return lWindow;
 }
 
 const std::vector<const wchar_t*>& GetMessagePropertyNames()
 {
     static const std::vector<const wchar_t*> lNames = {
-        gSenderName, gRecipientName, gSubjectName,       gDateName,        gMessageIdName,  gSizeName,
-        gSourceName, gMboxLineName,  gHeaderCharsetName, gBodyCharsetName, gLineEndingName, gBodyName};
+        gSenderName,   gRecipientName, gSubjectName,       gDateName,        gMessageIdName,  gSizeName,
+        gEightBitName, gMboxLineName,  gHeaderCharsetName, gBodyCharsetName, gLineEndingName, gBodyName};
     return lNames;
+}
+
+BagPtr MakeMessageBag(const QTalBase::PropertyBag& iJob)
+{
+    const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    for (const wchar_t* lName : GetMessagePropertyNames())
+    {
+        lFilter->Insert(lName);
+    }
+    lFilter->Insert(gHeaderName);
+    return BagPtr(iJob.FilteredClone(lFilter.get()));
 }
 
 std::wstring GetText(const QTalBase::PropertyBag& iBag, const wchar_t* ipName)
@@ -138,7 +207,7 @@ std::wstring GetText(const QTalBase::PropertyBag& iBag, const wchar_t* ipName)
 void CheckJob(const QTalBase::PropertyBag& iJob)
 {
     std::vector<const wchar_t*> lNames = GetMessagePropertyNames();
-    lNames.insert(lNames.end(), {gQueuedName, gAttemptsName});
+    lNames.insert(lNames.end(), {gJobName, gQueuedName, gAttemptsName, gSourceName, gRouteName});
     for (const wchar_t* lName : lNames)
     {
         // An empty value is kept as an escape, so what reads as empty is missing.
@@ -149,6 +218,12 @@ void CheckJob(const QTalBase::PropertyBag& iJob)
     }
     CheckEmbedded(iJob, gHeaderName);
     CheckEmbedded(iJob, gTransportName);
+    GetValue<_GUID>(iJob, gJobName);
+    GetValue<QDataType::DateTime>(iJob, gQueuedName);
+    GetValue<unsigned int>(iJob, gAttemptsName);
+    GetValue<unsigned int>(iJob, gSizeName);
+    GetValue<bool>(iJob, gEightBitName);
+    GetWindow(iJob);
 }
 
 } // namespace MailSpool

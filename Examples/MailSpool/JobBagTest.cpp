@@ -4,7 +4,8 @@
 #include "Display.h"
 #include "Errors.h"
 #include "Escapes.h"
-#include "Spool.h"
+#include "JobText.h"
+#include "Window.h"
 
 #include "TalBase/Initializer.h"
 
@@ -22,7 +23,12 @@ const QTalBase::Initializer gInitializer;
 
 JobSettings MakeSettings()
 {
-    return {L"/mail/1.eml", {}, L"anonymous", L"sesame"};
+    JobSettings lSettings;
+    lSettings.mJob = {0x12345678, 0x9abc, 0x4def, {0x80, 1, 2, 3, 4, 5, 6, 7}};
+    lSettings.mSource = L"/mail/1.eml";
+    lSettings.mUser = L"anonymous";
+    lSettings.mPassword = L"sesame";
+    return lSettings;
 }
 
 // Through the bag, its text, the bytes of a file and back.
@@ -43,6 +49,7 @@ void ExpectSame(const std::string& iBytes)
     EXPECT_EQ(lRead.mHeaderCharset, lMessage.mHeaderCharset);
     EXPECT_EQ(lRead.mLineEnding, lMessage.mLineEnding);
     EXPECT_EQ(lRead.mSize, iBytes.size());
+    EXPECT_EQ(lRead.mIsEightBit, lMessage.mIsEightBit);
     const std::string lBody = EncodeText(lRead.mBody, lRead.mBodyCharset);
     ASSERT_LE(lBody.size(), iBytes.size());
     EXPECT_EQ(lBody, iBytes.substr(iBytes.size() - lBody.size())) << iBytes;
@@ -89,19 +96,68 @@ TEST(Escapes, UnescapeLeavesWhatIsNoReference)
 
 TEST(JobBag, MakeJobBagSetsEveryProperty)
 {
+    JobSettings lSettings = MakeSettings();
+    lSettings.mWindow = MakeWindow(L"b.example", {{L"", 22, 1}, {L"b.example", 9, 9}, {L"c.example", 5, 5}});
     const BagPtr lJob = MakeJobBag(
         ParseMessage("From: Ann <ann@a.example>\nTo: ben@b.example\nSubject: \nReceived: 1\nreceived: 2\n\n*&+\n"),
-        MakeSettings());
+        lSettings);
     EXPECT_EQ(std::wstring(lJob->GetString(true, nullptr, nullptr, true)),
               L"EndDelimiter***BeginDelimiter++++***"
+              L"Job++++12345678-9abc-4def-8001-020304050607***Queued++++1970-01-01T00:00:00Z***Attempts++++0***"
+              L"Source++++/mail/1.eml***Route++++b.example***b.exampleDeliveryWindow++++ 0, 1, 9,22,23,***"
               L"Sender++++ann@a.example***Recipient++++ben@b.example***Subject++++&#;***Date++++&#;***"
-              L"Message-ID++++&#;***Size++++83***Source++++/mail/1.eml***"
-              L"Queued++++1970-01-01T00:00:00Z***Attempts++++0***MboxLine++++&#;***HeaderCharset++++UTF-8***"
+              L"Message-ID++++&#;***Size++++83***EightBit++++false***MboxLine++++&#;***HeaderCharset++++UTF-8***"
               L"BodyCharset++++UTF-8***LineEnding++++LF***Body++++&#42;&#38;&#43;\n***"
               L"Header++++From++++Ann <ann@a.example>***To++++ben@b.example***Subject++++&#;***Received++++1***"
               L"received 2++++2******"
               L"Transport++++Protocol++++ftp***Host++++b.example***Port++++21***FTPServerUser++++anonymous***"
               L"FTPServerPassword++++sesame******");
+    EXPECT_EQ(DrawDay(*GetWindow(*lJob)), L"..#######.############..");
+}
+
+TEST(JobBag, WindowOfARouteWithDelimiterCharactersComesBack)
+{
+    JobSettings lSettings = MakeSettings();
+    lSettings.mWindow = MakeWindow(L"", {{L"", 0, 11}});
+    const BagPtr lJob = MakeJobBag(ParseMessage("To: a@++++***\n\n"), lSettings);
+    EXPECT_EQ(GetText(*lJob, gRouteName), L"++++***");
+    EXPECT_EQ(DrawDay(*GetWindow(*Travel(*lJob))), L"............############");
+}
+
+TEST(JobBag, CheckJobRefusesWhatIsNoValue)
+{
+    const std::pair<const wchar_t*, const wchar_t*> lBad[] = {{gJobName, L"12345678-9ABC-4DEF-8001-020304050607"},
+                                                              {gJobName, L"../../etc/passwd"},
+                                                              {gQueuedName, L"yesterday"},
+                                                              {gQueuedName, L"2026-11-20T25:00:00Z"},
+                                                              {gAttemptsName, L"-1"},
+                                                              {gAttemptsName, L"many"},
+                                                              {gSizeName, L"12 "},
+                                                              {L"EightBit", L"True"}};
+    for (const auto& [lName, lValue] : lBad)
+    {
+        const BagPtr lJob = MakeJobBag(ParseMessage("To: a@a.example\n"), MakeSettings());
+        EXPECT_NO_THROW(CheckJob(*lJob));
+        lJob->SetProperty(lName, lValue, false);
+        try
+        {
+            CheckJob(*lJob);
+            ADD_FAILURE() << ToUtf8(lName);
+        }
+        catch (const DamageError& lError)
+        {
+            EXPECT_EQ(lError.what(), "the job is damaged: '" + ToUtf8(lValue) + "' is no value for " + ToUtf8(lName));
+        }
+    }
+}
+
+TEST(JobBag, CheckJobRefusesADamagedWindow)
+{
+    const BagPtr lJob = MakeJobBag(ParseMessage("To: a@a.example\n"), MakeSettings());
+    lJob->SetProperty(L"a.exampleDeliveryWindow", L" 5;", false);
+    EXPECT_THROW(CheckJob(*lJob), QTalBase::DeliveryWindowUserErrorException);
+    lJob->SetProperty(L"a.exampleDeliveryWindow", L"24,", false);
+    EXPECT_THROW(CheckJob(*lJob), QTalBase::DeliveryWindowUserErrorException);
 }
 
 TEST(JobBag, EveryKindOfMessageComesBack)
@@ -146,7 +202,7 @@ TEST(JobBag, GeneratedMessagesComeBack)
                                         "From ",
                                         "word"};
     std::uniform_int_distribution<std::size_t> lPiece(0, std::size(lPieces) - 1);
-    for (int lRound = 0; lRound < 2000; ++lRound)
+    for (int lRound = 0; lRound < 500; ++lRound)
     {
         std::string lBytes = "A: b\n";
         for (std::size_t lCount = lRandom() % 40; lCount > 0; --lCount)
@@ -184,7 +240,7 @@ TEST(JobBag, ReadJobTextBetweenPropertiesNamesWhatIsMissing)
     EXPECT_EQ(lGetDamage("Transport++++"), "the job is not complete: there is no Transport");
     EXPECT_EQ(lGetDamage("Header++++"), "the job is not complete: there is no Header");
     EXPECT_EQ(lGetDamage("Body++++"), "the job is not complete: there is no Body");
-    EXPECT_EQ(lGetDamage("Sender++++"), "the job is not complete: there is no Sender");
+    EXPECT_EQ(lGetDamage("Job++++"), "the job is not complete: there is no Sender");
 }
 
 TEST(JobBag, ReadJobTextWithZeroCharacterThrows)
@@ -202,10 +258,11 @@ TEST(Compare, FindDifferencesNamesEachOne)
     using Texts = std::vector<std::wstring>;
     EXPECT_EQ(lFind("To: a@a.example\nA: 1\nB: 2\n\nbody\n"), Texts{});
     EXPECT_EQ(lFind("To: a@a.example\nB: 2\nA: 1\n\nbody\n"), (Texts{L"header field 2, A", L"header field 3, B"}));
-    EXPECT_EQ(lFind("To: a@a.example\nA: 1\nB: 2\n\nboby\n"), (Texts{L"the property Body", L"the body, from byte 2"}));
+    EXPECT_EQ(lFind("To: a@a.example\nA: 1\nB: 2\n\nboby\n"),
+              (Texts{L"the property Body", L"the bag of the message", L"the body, from byte 2"}));
     EXPECT_EQ(lFind("To: a@a.example\nA: 1\nB 2: \n\nbody\n").front(), L"the property Size");
     EXPECT_EQ(lFind("To: b@a.example\nA: 1\n\nbody\n"),
-              (Texts{L"the property Recipient", L"the property Size", L"header field 1, To",
+              (Texts{L"the property Recipient", L"the property Size", L"the bag of the message", L"header field 1, To",
                      L"the number of header fields: 3 in the file, 2 in the job"}));
 }
 

@@ -6,6 +6,7 @@
 
 #include "Errors.h"
 
+#include <algorithm>
 #include <array>
 
 namespace MailSpool
@@ -151,6 +152,8 @@ MailMessage ParseMessage(std::string_view iBytes)
     MailMessage lMessage;
     lMessage.mSize = iBytes.size();
     lMessage.mLineEnding = FindLineEnding(iBytes);
+    lMessage.mIsEightBit =
+        std::any_of(iBytes.begin(), iBytes.end(), [](char iByte) { return static_cast<unsigned char>(iByte) > 127; });
 
     // One character set for the whole header: a header that mixes two is read as ISO 8859-1 and can still be undone.
     const DecodedText lHeader = DecodeBytes(TakeHeader(iBytes));

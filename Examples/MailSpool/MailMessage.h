@@ -39,7 +39,8 @@ struct MailMessage
     Charset mHeaderCharset = Charset::Utf8;
     Charset mBodyCharset = Charset::Utf8;
     LineEnding mLineEnding = LineEnding::None;
-    std::size_t mSize = 0; // bytes in the file
+    std::size_t mSize = 0;    // bytes in the file
+    bool mIsEightBit = false; // whether a byte above 127 is among them
 };
 
 // What a message may measure. A bag compares names one by one, and every character takes four bytes in memory several

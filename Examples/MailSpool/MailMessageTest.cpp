@@ -114,6 +114,8 @@ TEST(MailMessage, ParseNonUtf8ReadsLatin1EachPartForItself)
     EXPECT_EQ(lMessage.mFields.at(0).mValue, L"K\u00F6ln");
     EXPECT_EQ(lMessage.mBodyCharset, Charset::Utf8);
     EXPECT_EQ(lMessage.mBody, L"M\u00FCnchen");
+    EXPECT_TRUE(lMessage.mIsEightBit);
+    EXPECT_FALSE(ParseMessage("Subject: Koeln\n\n\x7F").mIsEightBit);
 }
 
 TEST(MailMessage, FindFieldIgnoresCase)

@@ -1,13 +1,16 @@
 #include "Spool.h"
 
+#include "Display.h"
 #include "Errors.h"
 #include "FileIO.h"
 
-#include "QBase/Convert.h"
+#include "QSerialization/MemoryDataStream.h"
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <new>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace MailSpool
@@ -16,92 +19,120 @@ namespace MailSpool
 namespace
 {
 
-constexpr char gExtension[] = ".bag";
+constexpr std::size_t gMaxSpoolSize = std::size_t{2} * 1024 * 1024 * 1024;
 
-// Every character of a message may become a reference of up to nine bytes.
-constexpr std::size_t gMaxJobSize = gMaxMessageSize * 10;
-
-// Unlike any name that this process or another gives, now or later, and in the order of time: so adding needs no lock.
-std::string MakeName(unsigned int iNumber)
+int OpenLocked(const std::filesystem::path& iPath)
 {
-    const auto lNow = std::chrono::system_clock::now().time_since_epoch();
-    const auto lMicroseconds = std::chrono::duration_cast<std::chrono::microseconds>(lNow).count();
-    char lName[80];
-    std::snprintf(lName, sizeof lName, "%018lld-%d-%05u%s", static_cast<long long>(lMicroseconds),
-                  static_cast<int>(::getpid()), iNumber, gExtension);
-    return lName;
+    const int lDescriptor = ::open(iPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    int lResult = lDescriptor;
+    while (lResult >= 0 && (lResult = ::flock(lDescriptor, LOCK_EX)) != 0 && errno == EINTR)
+    {
+        lResult = lDescriptor;
+    }
+    if (lResult < 0)
+    {
+        const std::string lReason = std::strerror(errno);
+        if (lDescriptor >= 0)
+        {
+            ::close(lDescriptor);
+        }
+        throw IoError("cannot lock " + iPath.string() + ": " + lReason);
+    }
+    return lDescriptor;
 }
 
 } // namespace
 
-Spool::Spool(std::filesystem::path iFolder) : mFolder(std::move(iFolder)) {}
-
-void Spool::Create()
+SpoolContents ReadSpool(const std::filesystem::path& iPath)
 {
-    std::error_code lError;
-    if (std::filesystem::create_directories(mFolder, lError))
+    const std::string lBytes = ReadFile(iPath, gMaxSpoolSize);
+    QSerialization::MemoryReadDataStream lStream(lBytes.data(), lBytes.size());
+    SpoolContents lContents{BagsPtr(QTalBase::CreatePropertyBags()), {}};
+    try
     {
-        std::filesystem::permissions(mFolder, std::filesystem::perms::owner_all, lError);
-    }
-    if (lError || !std::filesystem::is_directory(mFolder))
-    {
-        throw IoError("cannot make the folder " + mFolder.string() + (lError ? ": " + lError.message() : ""));
-    }
-}
-
-std::string Spool::Add(const QTalBase::PropertyBag& iJob)
-{
-    const std::string lName = MakeName(++mAdded);
-    ReplaceFile(GetPath(lName), WriteJobText(iJob));
-    return lName;
-}
-
-std::vector<std::string> Spool::GetNames() const
-{
-    std::error_code lError;
-    std::vector<std::string> lNames;
-    for (std::filesystem::directory_iterator lEntry(mFolder, lError), lEnd; !lError && lEntry != lEnd;
-         lEntry.increment(lError))
-    {
-        // Anything else is not ours: a temporary file that a crash left behind has no such name.
-        if (lEntry->path().extension() == gExtension)
+        lContents.mJobs->DeSerialize(lStream);
+        if (lStream.GetRemaining() != 0)
         {
-            lNames.push_back(lEntry->path().filename().string());
+            lContents.mDamage = std::to_string(lStream.GetRemaining()) + " bytes follow the last job";
         }
     }
-    if (lError)
+    catch (const std::bad_alloc&)
     {
-        throw IoError("cannot read the folder " + mFolder.string() + ": " + lError.message());
+        throw; // the file may be sound
     }
-    std::sort(lNames.begin(), lNames.end());
-    return lNames;
-}
-
-BagPtr Spool::Read(const std::string& iName) const
-{
-    return ReadJobText(ReadFile(GetPath(iName), gMaxJobSize));
-}
-
-std::filesystem::path Spool::GetPath(const std::string& iName) const
-{
-    return mFolder / iName;
-}
-
-std::string WriteJobText(const QTalBase::PropertyBag& iJob)
-{
-    return EncodeText(iJob.GetString(true, nullptr, nullptr, true), Charset::Utf8);
-}
-
-BagPtr ReadJobText(std::string_view iBytes)
-{
-    const std::wstring lText = QBase::UTF8ToWideChar(iBytes, true);
-    if (lText.find(L'\0') != lText.npos)
+    catch (...)
     {
-        // The library would stop reading here, and the rest would be gone without a word.
-        throw DamageError("there is a zero character in the text");
+        // A collection whose reading fails part-way keeps the entries that it has read.
+        lContents.mDamage = DescribeException();
     }
-    BagPtr lJob(QTalBase::CreatePropertyBag(lText.c_str()));
+    return lContents;
+}
+
+void WriteSpool(const std::filesystem::path& iPath, const QTalBase::PropertyBags& iJobs)
+{
+    QSerialization::MemoryWriteDataStream lStream;
+    iJobs.Serialize(lStream);
+    const std::vector<std::byte>& lBytes = lStream.GetBytes();
+    ReplaceFile(iPath, {reinterpret_cast<const char*>(lBytes.data()), lBytes.size()});
+}
+
+SpoolLock::SpoolLock(const std::filesystem::path& iSpool) : mDescriptor(OpenLocked(iSpool.string() + ".lock")) {}
+
+SpoolLock::~SpoolLock()
+{
+    ::close(mDescriptor); // and with it goes the lock
+}
+
+SpoolChange::SpoolChange(std::filesystem::path iPath)
+    : mPath(std::move(iPath)), mLock(mPath), mJobs(QTalBase::CreatePropertyBags())
+{
+    if (!std::filesystem::exists(mPath))
+    {
+        return;
+    }
+    SpoolContents lContents = ReadSpool(mPath);
+    if (!lContents.mDamage.empty())
+    {
+        throw DamageError("damaged after " + std::to_string(lContents.mJobs->GetCount()) +
+                          " jobs, so nothing is added (" + lContents.mDamage +
+                          "); export saves what is before the damage");
+    }
+    mJobs = std::move(lContents.mJobs);
+}
+
+bool SpoolChange::Add(const QTalBase::PropertyBag& iJob)
+{
+    const std::wstring lName = GetText(iJob, gJobName);
+    if (mJobs->GetPropertyBagByName(lName.c_str()))
+    {
+        return false;
+    }
+    mJobs->Add(lName.c_str(), &iJob);
+    mIsChanged = true;
+    return true;
+}
+
+void SpoolChange::Commit()
+{
+    if (mIsChanged)
+    {
+        WriteSpool(mPath, *mJobs);
+        mIsChanged = false;
+    }
+}
+
+BagPtr GetJob(const QTalBase::PropertyBags& iJobs, unsigned int iIndex)
+{
+    BagPtr lJob = iJobs.GetPropertyBag(iIndex);
+    if (!lJob)
+    {
+        throw DamageError("there is no job under this name");
+    }
     CheckJob(*lJob);
+    if (GetText(*lJob, gJobName) != iJobs.GetName(iIndex))
+    {
+        throw DamageError("the job is filed under the name of another");
+    }
     return lJob;
 }
 

@@ -1,46 +1,75 @@
-// The folder in which jobs wait: a file for each, in the text form of its bag, as UTF-8. The files hold the passwords
-// of the next hops and are readable by their owner alone.
+// The file in which jobs wait: one QTalBase::PropertyBags, each job filed under its identifier, in the byte form of the
+// in-memory streams. The file holds the passwords of the next hops and is readable by its owner alone.
 
 #ifndef MAILSPOOL_SPOOL_H
 #define MAILSPOOL_SPOOL_H
 
 #include "JobBag.h"
 
+#include "TalBase/PropertyBags.h"
+
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace MailSpool
 {
 
-class Spool
+using BagsPtr = QBase::SmartPtrI<QTalBase::PropertyBags>;
+
+// What was found in a spool file. A damaged file gives up the jobs before the damage.
+struct SpoolContents
 {
-public:
-    explicit Spool(std::filesystem::path iFolder);
-
-    // Makes the folder if it is not there. Throws IoError.
-    void Create();
-
-    // Keeps a job and returns the name of its file. Throws IoError.
-    std::string Add(const QTalBase::PropertyBag& iJob);
-
-    // The names of the files, oldest first. Throws IoError when there is no such folder.
-    std::vector<std::string> GetNames() const;
-
-    // Reads a job back. Throws IoError, DamageError, and whatever the library throws for a damaged text: a
-    // QBase::Message, or std::out_of_range for a header that ends too early.
-    BagPtr Read(const std::string& iName) const;
-
-    std::filesystem::path GetPath(const std::string& iName) const;
-
-private:
-    std::filesystem::path mFolder;
-    unsigned int mAdded = 0;
+    BagsPtr mJobs;
+    std::string mDamage; // what is wrong behind the last job read; empty when nothing is
 };
 
-// The text form of a job as bytes, and back. Reading throws what Spool::Read throws.
-std::string WriteJobText(const QTalBase::PropertyBag& iJob);
-BagPtr ReadJobText(std::string_view iBytes);
+// Reads a spool file. Throws IoError when there is none. Damage is told in the result, not thrown: a cut file is one
+// whose last jobs are lost, not all of them.
+SpoolContents ReadSpool(const std::filesystem::path& iPath);
+
+// Puts a spool file in place of what was there, in one step. Throws IoError.
+void WriteSpool(const std::filesystem::path& iPath, const QTalBase::PropertyBags& iJobs);
+
+// Keeps others from changing a spool: adding is reading, appending and writing, and two that do so at once would lose
+// the jobs of one. Readers need no lock, since a spool file is only ever replaced. The lock is on a file of its own
+// beside the spool, because the spool file itself is a new one after each change; it is left there, since taking it
+// away would let two others lock two different files.
+class SpoolLock
+{
+public:
+    // Waits until nobody else holds the lock. Throws IoError.
+    explicit SpoolLock(const std::filesystem::path& iSpool);
+    ~SpoolLock();
+
+    SpoolLock(const SpoolLock&) = delete;
+    SpoolLock& operator=(const SpoolLock&) = delete;
+
+private:
+    int mDescriptor;
+};
+
+// The spool that is about to be changed: locked, and read, or empty when there is no file yet. Throws IoError, and
+// DamageError for a damaged one: to write it again would make the loss final.
+class SpoolChange
+{
+public:
+    explicit SpoolChange(std::filesystem::path iPath);
+
+    // False when there is a job of that identifier already; the spool is then unchanged.
+    bool Add(const QTalBase::PropertyBag& iJob);
+
+    // Writes the spool if a job was added. Until then nothing has changed on the disk. Throws IoError.
+    void Commit();
+
+private:
+    std::filesystem::path mPath;
+    SpoolLock mLock;
+    BagsPtr mJobs;
+    bool mIsChanged = false;
+};
+
+// The job at a position of the spool, checked. Throws DamageError, and what the library throws for a damaged bag.
+BagPtr GetJob(const QTalBase::PropertyBags& iJobs, unsigned int iIndex);
 
 } // namespace MailSpool
 

@@ -1,5 +1,6 @@
 #!/bin/sh
-# Shows the mail spooler at work: adds messages to a fresh spool, lists the jobs, and verifies them against their files.
+# Shows the mail spooler at work: adds messages to a fresh spool, some hours of the day closed, lists the jobs, verifies
+# them against their files, and plans their delivery.
 # The spool is gone afterwards. Exit status: 0 when every step went well, else that of the worst step.
 #   run.sh PROGRAM [FILE|FOLDER...]      without files: the messages in the folder "mail" beside this script
 set -u
@@ -10,7 +11,10 @@ if [ $# -lt 1 ]; then
 fi
 lProgram=$1
 shift
+lWindows="--window 22-6"
 if [ $# -eq 0 ]; then
+    # These messages go by routes that are known here, so each can have hours of its own.
+    lWindows="--window north.example=22-6 --window south.example=12-13 --window nord.example=0-23"
     set -- "$(dirname "$0")/mail"
 fi
 
@@ -30,7 +34,9 @@ step() {
     fi
 }
 
-step add --spool "$lSpool" -- "$@"
+# shellcheck disable=SC2086 # several words
+step add --spool "$lSpool" $lWindows -- "$@"
 step list --spool "$lSpool"
 step verify --spool "$lSpool" -- "$@"
+step plan --spool "$lSpool"
 exit "$lWorst"

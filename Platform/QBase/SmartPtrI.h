@@ -115,13 +115,14 @@ public:
         return mPointer != nullptr;
     }
 
-    // Exchanges what the two hold. No count changes.
-    // Gives the reference up without dropping it; whoever calls this drops it.
+    // Returns the object, or null, and gives the reference up without dropping it: the caller drops it with Release.
+    // This pointer holds nothing afterwards. No count changes.
     T* Detach() noexcept
     {
         return std::exchange(mPointer, nullptr);
     }
 
+    // Exchanges what the two hold. No count changes.
     void swap(SmartPtrI& oOther) noexcept
     {
         std::swap(mPointer, oOther.mPointer);

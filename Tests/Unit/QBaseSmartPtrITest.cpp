@@ -88,6 +88,7 @@ static_assert(noexcept(std::declval<Pointer&>() == nullptr) && noexcept(nullptr 
 static_assert(noexcept(std::declval<Pointer&>() == std::declval<LeafPointer&>()));
 static_assert(noexcept(std::declval<Pointer&>() != std::declval<Leaf*>()));
 static_assert(noexcept(std::declval<Pointer&>().swap(std::declval<Pointer&>())));
+static_assert(noexcept(std::declval<Pointer&>().Detach()));
 
 // Implicit from a plain pointer, and to a base or to const, but never back.
 static_assert(std::is_convertible_v<Node*, Pointer> && std::is_convertible_v<Leaf*, Pointer>);
@@ -470,6 +471,18 @@ TEST_F(SmartPtrITest, SwapExchangesWithoutCounting)
     EXPECT_EQ(lNull.get(), &mFirst);
     EXPECT_EQ(mFirst.mTaken, 1);
     EXPECT_EQ(mSecond.mTaken, 1);
+}
+
+TEST_F(SmartPtrITest, DetachHandsTheReferenceToTheCaller)
+{
+    Pointer lPointer(&mFirst);
+    EXPECT_EQ(lPointer.Detach(), &mFirst);
+    EXPECT_EQ(lPointer.get(), nullptr);
+    EXPECT_EQ(mFirst.mCount, 1);
+    EXPECT_EQ(mFirst.mTaken, 1);
+    EXPECT_EQ(lPointer.Detach(), nullptr);
+    mFirst.Release();
+    EXPECT_EQ(mFirst.mCount, 0);
 }
 
 TEST_F(SmartPtrITest, VectorOfPointersKeepsTheCounts)
