@@ -31,3 +31,4 @@ endforeach()
 talbase_test(DifferentialTest
     SOURCES DifferentialTest.cpp ../Support/Differential.cpp ../Support/PlainPropertyBag.cpp
     LINK TalBase::TalBase Q8::Stream)
+talbase_test(DepthTest SOURCES DepthTest.cpp LINK TalBase::TalBase Q8::Stream)
