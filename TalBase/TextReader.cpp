@@ -83,45 +83,51 @@ TextReader::~TextReader()
 void TextReader::TakeAll(std::wstring_view iText, std::size_t iPosition)
 {
     // A header whose closing delimiter is cut off ends behind the text.
-    TextCutter lCutter(iText, std::min(iPosition, iText.size()), mBegin.View(), mEnd.View());
-    while (hTakePlains(lCutter))
+    const std::wstring_view lText = iText.substr(std::min(iPosition, iText.size()));
+    if (AreShortDelimiters(mBegin.View(), mEnd.View()))
     {
+        hTakeAllOf(ShortCutter(lText, mBegin.View(), mEnd.View()));
+    }
+    else
+    {
+        hTakeAllOf(LongCutter(lText, mBegin.View(), mEnd.View()));
     }
     Finish();
 }
 
-// Takes plain properties, of which most texts mainly consist, as long as one follows the other, and then the tokens up
-// to the next delimiter, whatever they are. Returns whether there is more.
-bool TextReader::hTakePlains(TextCutter& oCutter)
+// Plain properties, of which most texts mainly consist, are taken whole; everything else goes token by token.
+template <class Cutter>
+void TextReader::hTakeAllOf(Cutter iCutter)
 {
-    TextCutter::Found lFound = oCutter.Next();
-    std::wstring_view lRun = oCutter.GetRun();
-    while (mState == State::Name && lFound == TextCutter::Found::Begin && !lRun.empty())
+    for (Found lFound = iCutter.Next(); lFound != Found::Nothing; lFound = iCutter.Next())
     {
-        mName = lRun;
-        mState = State::Value;
-        lFound = oCutter.Next();
-        lRun = oCutter.GetRun();
-        if (lFound != TextCutter::Found::End || lRun.empty())
+        std::wstring_view lRun = iCutter.GetRun();
+        while (mState == State::Name && lFound == Found::Begin && !lRun.empty())
         {
-            break;
+            mName = lRun;
+            mState = State::Value;
+            lFound = iCutter.Next();
+            lRun = iCutter.GetRun();
+            if (lFound != Found::End || lRun.empty())
+            {
+                break;
+            }
+            hTakePlain(mName, lRun, iCutter.MayHoldFirstCharacter());
+            mState = State::Name;
+            lFound = iCutter.Next();
+            lRun = iCutter.GetRun();
         }
-        hTakePlain(mName, lRun, oCutter.MayHoldFirstCharacter());
-        mState = State::Name;
-        lFound = oCutter.Next();
-        lRun = oCutter.GetRun();
+        if (lFound == Found::Nothing)
+        {
+            return;
+        }
+        if (!lRun.empty())
+        {
+            mMayRunBeEscapable = iCutter.MayHoldFirstCharacter();
+            Take(Token::String, lRun);
+        }
+        Take(lFound == Found::Begin ? Token::Begin : Token::End, {});
     }
-    if (lFound == TextCutter::Found::Nothing)
-    {
-        return false;
-    }
-    if (!lRun.empty())
-    {
-        mMayRunBeEscapable = oCutter.MayHoldFirstCharacter();
-        Take(Token::String, lRun);
-    }
-    Take(lFound == TextCutter::Found::Begin ? Token::Begin : Token::End, {});
-    return true;
 }
 
 void TextReader::Take(Token iToken, std::wstring_view iRun)

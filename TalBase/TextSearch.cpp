@@ -60,28 +60,18 @@ bool Contains(std::wstring_view iText, std::wstring_view iPart)
     return TextSearcher(iPart).IsIn(iText);
 }
 
-TextCutter::TextCutter(std::wstring_view iText, std::size_t iPosition, std::wstring_view iBegin, std::wstring_view iEnd)
-    : mTextStop(iText.data() + iText.size()),
-      mPosition(iText.data() + iPosition),
-      mIsShort(iBegin.size() <= gShortDelimiter && iEnd.size() <= gShortDelimiter),
-      mBeginFirst(iBegin[0]),
-      mEndFirst(iEnd[0]),
-      mShortBegin(iBegin),
-      mShortEnd(iEnd),
-      mBegin(iBegin),
-      mEnd(iEnd),
-      mBeginSearcher(iBegin),
-      mEndSearcher(iEnd)
+Found LongCutter::hFound(Found iFound, std::size_t iStop, std::size_t iLength) noexcept
 {
+    mRun = mText.substr(0, iStop - iLength);
+    mText.remove_prefix(iStop);
+    return iFound;
 }
 
-TextCutter::Found TextCutter::hNextLong()
+Found LongCutter::Next()
 {
-    mMayHoldFirstCharacter = true;
     // A delimiter longer than what is left cannot occur; its table would cost more than the text justifies.
-    const std::size_t lLeft = static_cast<std::size_t>(mTextStop - mPosition);
-    const bool lMayBegin = mBegin.size() <= lLeft;
-    const bool lMayEnd = mEnd.size() <= lLeft;
+    const bool lMayBegin = mBegin.size() <= mText.size();
+    const bool lMayEnd = mEnd.size() <= mText.size();
     if (lMayBegin)
     {
         mBeginSearcher.Prepare();
@@ -92,15 +82,15 @@ TextCutter::Found TextCutter::hNextLong()
     }
     std::size_t lBeginMatched = 0;
     std::size_t lEndMatched = 0;
-    for (const wchar_t* lPlace = mPosition; lPlace != mTextStop; ++lPlace)
+    for (std::size_t lIndex = 0; lIndex < mText.size(); ++lIndex)
     {
-        if (lMayBegin && (lBeginMatched = mBeginSearcher.Step(lBeginMatched, *lPlace)) == mBegin.size())
+        if (lMayBegin && (lBeginMatched = mBeginSearcher.Step(lBeginMatched, mText[lIndex])) == mBegin.size())
         {
-            return hFound(Found::Begin, lPlace + 1 - mBegin.size(), mBegin.size());
+            return hFound(Found::Begin, lIndex + 1, mBegin.size());
         }
-        if (lMayEnd && (lEndMatched = mEndSearcher.Step(lEndMatched, *lPlace)) == mEnd.size())
+        if (lMayEnd && (lEndMatched = mEndSearcher.Step(lEndMatched, mText[lIndex])) == mEnd.size())
         {
-            return hFound(Found::End, lPlace + 1 - mEnd.size(), mEnd.size());
+            return hFound(Found::End, lIndex + 1, mEnd.size());
         }
     }
     return Found::Nothing;

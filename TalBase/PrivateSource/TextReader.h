@@ -104,7 +104,8 @@ private:
         bool mHasReplaced; // some of its entries are marked
     };
 
-    bool hTakePlains(TextCutter& oCutter);
+    template <class Cutter>
+    void hTakeAllOf(Cutter iCutter);
     void hTakePlain(std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable);
     void hTakeUnusualPlain(std::wstring_view iName, std::wstring_view iValue);
     void hOpenNest();

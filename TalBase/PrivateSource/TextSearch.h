@@ -41,92 +41,46 @@ private:
 // Whether iPart occurs in iText, for a single question.
 bool Contains(std::wstring_view iText, std::wstring_view iPart);
 
-// A short delimiter, ready to be compared with the text at a place.
-class ShortDelimiter
+// What a cutter finds next.
+enum class Found
 {
-public:
-    explicit ShortDelimiter(std::wstring_view iText) noexcept : mText(iText)
-    {
-#if defined(__SSE2__)
-        wchar_t lFour[4] = {};
-        const std::size_t lCount = iText.size() < 4 ? iText.size() : 4;
-        for (std::size_t lIndex = 0; lIndex < lCount; ++lIndex)
-        {
-            lFour[lIndex] = iText[lIndex];
-        }
-        mFour = LoadFour(lFour);
-        mMask = (1U << lCount) - 1;
-#endif
-    }
-
-    bool IsAt(const wchar_t* ipPlace, const wchar_t* ipTextStop) const noexcept
-    {
-        const std::size_t lLeft = static_cast<std::size_t>(ipTextStop - ipPlace);
-#if defined(__SSE2__)
-        if (lLeft >= 4)
-        {
-            return (EqualFour(LoadFour(ipPlace), mFour) & mMask) == mMask &&
-                   (mText.size() <= 4 ||
-                    (lLeft >= mText.size() && AreEqualTexts(ipPlace + 4, mText.data() + 4, mText.size() - 4)));
-        }
-#endif
-        return lLeft >= mText.size() && AreEqualTexts(ipPlace, mText.data(), mText.size());
-    }
-
-private:
-    std::wstring_view mText;
-#if defined(__SSE2__)
-    __m128i mFour;
-    unsigned int mMask;
-#endif
+    Begin,
+    End,
+    Nothing
 };
 
-// Cuts a text at its delimiters, from left to right. Neither delimiter may be empty or occur inside the other; then at
-// most one of them begins at any place, and the one that begins first also ends first.
-class TextCutter
+// The two cutters cut a text at its delimiters, from left to right. Neither delimiter may be empty or occur inside the
+// other; then at most one of them begins at any place, and the one that begins first also ends first.
+//
+// Next looks for the next delimiter, makes the text before it the run, and goes on behind the delimiter. At the end of
+// the text there is nothing, and the rest is no run.
+
+inline bool AreShortDelimiters(std::wstring_view iBegin, std::wstring_view iEnd) noexcept
+{
+    return iBegin.size() <= gShortDelimiter && iEnd.size() <= gShortDelimiter;
+}
+
+class ShortCutter
 {
 public:
-    enum class Found
+    ShortCutter(std::wstring_view iText, std::wstring_view iBegin, std::wstring_view iEnd) noexcept
+        : mPosition(iText.data()), mTextStop(iText.data() + iText.size()), mBegin(iBegin), mEnd(iEnd)
     {
-        Begin,
-        End,
-        Nothing
-    };
-
-    TextCutter(std::wstring_view iText, std::size_t iPosition, std::wstring_view iBegin, std::wstring_view iEnd);
-
-    // Looks for the next delimiter, makes the text before it the run, and goes on behind the delimiter. At the end of
-    // the text there is nothing, and the rest is no run. Throws std::bad_alloc.
-    Found Next()
-    {
-        return mIsShort ? hNextShort() : hNextLong();
     }
 
-    std::wstring_view GetRun() const noexcept
-    {
-        return {mRunStart, static_cast<std::size_t>(mRunStop - mRunStart)};
-    }
-
-    // Whether the run holds the first character of a delimiter. False only where it certainly holds none.
-    bool MayHoldFirstCharacter() const noexcept
-    {
-        return mMayHoldFirstCharacter;
-    }
-
-private:
-    Found hNextShort() noexcept
+    Found Next() noexcept
     {
         mMayHoldFirstCharacter = false;
         const wchar_t* lPlace = mPosition;
         while ((lPlace = hFindCandidate(lPlace)) != mTextStop)
         {
-            if (mShortBegin.IsAt(lPlace, mTextStop))
+            if (mBegin.IsAt(lPlace, mTextStop))
             {
-                return hFound(Found::Begin, lPlace, mBegin.size());
+                return hFound(Found::Begin, lPlace, mBegin.GetLength());
             }
-            if (mShortEnd.IsAt(lPlace, mTextStop))
+            if (mEnd.IsAt(lPlace, mTextStop))
             {
-                return hFound(Found::End, lPlace, mEnd.size());
+                return hFound(Found::End, lPlace, mEnd.GetLength());
             }
             mMayHoldFirstCharacter = true;
             ++lPlace;
@@ -134,24 +88,97 @@ private:
         return Found::Nothing;
     }
 
+    std::wstring_view GetRun() const noexcept
+    {
+        return {mRunStart, static_cast<std::size_t>(mRunStop - mRunStart)};
+    }
+
+    // Whether the run may hold the first character of a delimiter. False only where it certainly holds none.
+    bool MayHoldFirstCharacter() const noexcept
+    {
+        return mMayHoldFirstCharacter;
+    }
+
+private:
+    // A delimiter, ready to be compared with the text at a place.
+    class Delimiter
+    {
+    public:
+        explicit Delimiter(std::wstring_view iText) noexcept : mText(iText)
+        {
+#if defined(__SSE2__)
+            wchar_t lFour[4] = {};
+            const std::size_t lCount = iText.size() < 4 ? iText.size() : 4;
+            for (std::size_t lIndex = 0; lIndex < lCount; ++lIndex)
+            {
+                lFour[lIndex] = iText[lIndex];
+            }
+            mFour = LoadFour(lFour);
+            mFirst = _mm_set1_epi32(static_cast<int>(iText[0]));
+            mMask = (1U << lCount) - 1;
+#endif
+        }
+
+        std::size_t GetLength() const noexcept
+        {
+            return mText.size();
+        }
+
+        bool IsAt(const wchar_t* ipPlace, const wchar_t* ipTextStop) const noexcept
+        {
+            const std::size_t lLeft = static_cast<std::size_t>(ipTextStop - ipPlace);
+#if defined(__SSE2__)
+            if (lLeft >= 4)
+            {
+                return (EqualFour(LoadFour(ipPlace), mFour) & mMask) == mMask &&
+                       (mText.size() <= 4 ||
+                        (lLeft >= mText.size() && AreEqualTexts(ipPlace + 4, mText.data() + 4, mText.size() - 4)));
+            }
+#endif
+            return lLeft >= mText.size() && AreEqualTexts(ipPlace, mText.data(), mText.size());
+        }
+
+        bool StartsWith(wchar_t iCharacter) const noexcept
+        {
+            return mText[0] == iCharacter;
+        }
+
+#if defined(__SSE2__)
+        // Which of four characters are the delimiter's first.
+        __m128i FirstAmong(__m128i iFour) const noexcept
+        {
+            return _mm_cmpeq_epi32(iFour, mFirst);
+        }
+#endif
+
+    private:
+        std::wstring_view mText;
+#if defined(__SSE2__)
+        __m128i mFour;
+        __m128i mFirst;
+        unsigned int mMask;
+#endif
+    };
+
     // The first place that holds the first character of a delimiter, or the end of the text.
     const wchar_t* hFindCandidate(const wchar_t* ipFrom) const noexcept
     {
         const wchar_t* lPlace = ipFrom;
 #if defined(__SSE2__)
-        const __m128i lBegin = _mm_set1_epi32(static_cast<int>(mBeginFirst));
-        const __m128i lEnd = _mm_set1_epi32(static_cast<int>(mEndFirst));
-        for (; mTextStop - lPlace >= 4; lPlace += 4)
+        for (; mTextStop - lPlace >= 8; lPlace += 8)
         {
-            const __m128i lFour = LoadFour(lPlace);
-            const unsigned int lMask = EqualFour(lFour, lBegin) | EqualFour(lFour, lEnd);
+            const __m128i lLow = LoadFour(lPlace);
+            const __m128i lHigh = LoadFour(lPlace + 4);
+            const __m128i lHits = _mm_packs_epi32(_mm_or_si128(mBegin.FirstAmong(lLow), mEnd.FirstAmong(lLow)),
+                                                  _mm_or_si128(mBegin.FirstAmong(lHigh), mEnd.FirstAmong(lHigh)));
+            const unsigned int lMask = static_cast<unsigned int>(_mm_movemask_epi8(lHits)); // two bits a character
             if (lMask != 0)
             {
-                return lPlace + __builtin_ctz(lMask);
+                return lPlace + __builtin_ctz(lMask) / 2;
             }
         }
 #endif
-        while (lPlace != mTextStop && *lPlace != mBeginFirst && *lPlace != mEndFirst)
+        while (lPlace != mTextStop && !mBegin.StartsWith(*lPlace) && !mEnd.StartsWith(*lPlace))
         {
             ++lPlace;
         }
@@ -166,18 +193,41 @@ private:
         return iFound;
     }
 
-    Found hNextLong();
-
-    const wchar_t* mTextStop;
     const wchar_t* mPosition;
+    const wchar_t* mTextStop;
     const wchar_t* mRunStart = nullptr;
     const wchar_t* mRunStop = nullptr;
     bool mMayHoldFirstCharacter = false;
-    bool mIsShort;
-    wchar_t mBeginFirst;
-    wchar_t mEndFirst;
-    ShortDelimiter mShortBegin;
-    ShortDelimiter mShortEnd;
+    Delimiter mBegin;
+    Delimiter mEnd;
+};
+
+class LongCutter
+{
+public:
+    LongCutter(std::wstring_view iText, std::wstring_view iBegin, std::wstring_view iEnd) noexcept
+        : mText(iText), mBegin(iBegin), mEnd(iEnd), mBeginSearcher(iBegin), mEndSearcher(iEnd)
+    {
+    }
+
+    // Throws std::bad_alloc.
+    Found Next();
+
+    std::wstring_view GetRun() const noexcept
+    {
+        return mRun;
+    }
+
+    bool MayHoldFirstCharacter() const noexcept
+    {
+        return true;
+    }
+
+private:
+    Found hFound(Found iFound, std::size_t iStop, std::size_t iLength) noexcept;
+
+    std::wstring_view mText; // what is left of it
+    std::wstring_view mRun;
     std::wstring_view mBegin;
     std::wstring_view mEnd;
     TextSearcher mBeginSearcher;

@@ -14,9 +14,11 @@
 #include <vector>
 
 using QTalBase::DelimiterPair;
+using QTalBase::Found;
+using QTalBase::LongCutter;
 using QTalBase::PropertyBagException;
 using QTalBase::SharedWString;
-using QTalBase::TextCutter;
+using QTalBase::ShortCutter;
 using QTalBase::TextReader;
 
 namespace
@@ -50,13 +52,23 @@ std::wstring ReadBag(const std::wstring& iPattern)
 }
 
 // The runs and delimiters of a text: "a<" is the run a before the begin delimiter.
+template <class Cutter>
+std::wstring CutWith(Cutter iCutter)
+{
+    std::wstring lParts;
+    for (Found lFound = iCutter.Next(); lFound != Found::Nothing; lFound = iCutter.Next())
+    {
+        lParts += std::wstring(iCutter.GetRun()) + (lFound == Found::Begin ? L"<" : L">");
+    }
+    return lParts;
+}
+
 std::wstring Cut(const std::wstring& iText, const std::wstring& iBegin, const std::wstring& iEnd)
 {
-    TextCutter lCutter(iText, 0, iBegin, iEnd);
-    std::wstring lParts;
-    for (TextCutter::Found lFound = lCutter.Next(); lFound != TextCutter::Found::Nothing; lFound = lCutter.Next())
+    const std::wstring lParts = CutWith(LongCutter(iText, iBegin, iEnd));
+    if (QTalBase::AreShortDelimiters(iBegin, iEnd))
     {
-        lParts += std::wstring(lCutter.GetRun()) + (lFound == TextCutter::Found::Begin ? L"<" : L">");
+        EXPECT_EQ(CutWith(ShortCutter(iText, iBegin, iEnd)), lParts) << "both cutters cut alike";
     }
     return lParts;
 }
@@ -110,7 +122,7 @@ TEST(TextReader, TheLastPropertyOfANameCounts)
     EXPECT_EQ(ReadBag(L"a<1>a<>"), L"{'a'='1'}");
 }
 
-TEST(TextCutter, CutsAtTheFirstDelimiterFromTheLeft)
+TEST(TextCutters, CutsAtTheFirstDelimiterFromTheLeft)
 {
     EXPECT_EQ(Cut(L"a++++1***", L"++++", L"***"), L"a<1>");
     EXPECT_EQ(Cut(L"a+++++1****b", L"++++", L"***"), L"a<+1>");
@@ -118,7 +130,22 @@ TEST(TextCutter, CutsAtTheFirstDelimiterFromTheLeft)
     EXPECT_EQ(Cut(L"xx[[[[]]", L"[[", L"]]"), L"xx<<>");
 }
 
-TEST(TextCutter, LongDelimitersGiveTheSame)
+TEST(TextCutters, EveryShortTextIsCutAlike)
+{
+    std::wstring lText;
+    for (unsigned int lNumber = 0; lNumber < 59049; ++lNumber) // all texts of ten characters of three
+    {
+        lText.clear();
+        for (unsigned int lRest = lNumber, lLength = 0; lLength < 10; ++lLength, lRest /= 3)
+        {
+            lText += L"ab*"[lRest % 3];
+        }
+        ASSERT_EQ(CutWith(ShortCutter(lText, L"ab", L"a**")), CutWith(LongCutter(lText, L"ab", L"a**")));
+        ASSERT_EQ(CutWith(ShortCutter(lText, L"aabaa", L"*")), CutWith(LongCutter(lText, L"aabaa", L"*")));
+    }
+}
+
+TEST(TextCutters, LongDelimitersGiveTheSame)
 {
     const std::wstring lBegin(40, L'b');
     const std::wstring lEnd = std::wstring(40, L'e') + L"!";
