@@ -48,7 +48,8 @@ BufferedWStringImpl::BufferedWStringImpl(std::size_t iInitialSize, std::size_t i
       mIncrement(CheckedIncrement(iInitialSize, iIncrement)),
       mCapacity(iInitialSize),
       mBuffer(MakeZeroedBuffer(iInitialSize)),
-      mRefCount(0), mAllocated(iInitialSize)
+      mRefCount(0),
+      mAllocated(iInitialSize)
 {
 }
 

@@ -9,9 +9,9 @@
 // position counts the plain properties first and then the nested bags, from 0; the order between the two kinds is not
 // kept.
 //
-// Time. Operations on whole bags and texts take time that grows linearly with what goes in and comes out, at any depth of
-// nesting, and no stack for it; single look-ups scan. Docs/Limits.md names the exceptions: delimiters that no header can
-// carry, and classes of your own, which are asked call by call.
+// Time. Operations on whole bags and texts take time that grows linearly with what goes in and comes out, at any depth
+// of nesting, and no stack for it; single look-ups scan. Docs/Limits.md names the exceptions: delimiters that no header
+// can carry, and classes of your own, which are asked call by call.
 //
 // Names are compared exactly, case-sensitively. Setting or embedding a name first removes what bore it, so it occurs
 // once, and moves to the end of its sequence. Look-ups are linear scans and take the first match.
@@ -146,8 +146,8 @@ public:
     // Reads a text form and merges its properties into this bag, as AddPropertyBag does. With a header the text is read
     // with the header's delimiters, without one with this bag's; this bag keeps its own. ipString may not be null.
     // Accepted silently: text after the last delimiter (ignored), a property with an empty value (nothing is set), a
-    // nested bag without properties (dropped, except directly in this bag where its own empty nests left it so), repeated
-    // names (the last one counts).
+    // nested bag without properties (dropped, except directly in this bag where its own empty nests left it so),
+    // repeated names (the last one counts).
     //
     // Throws PropertyBagException with one of the texts
     //   "QTalBase::PropertyBagImpl::ExtractDelimiters; the string has a malformed metadata. It must contain BeginDelimiter"
