@@ -30,8 +30,8 @@ constexpr Range gControls[] = {{0x0, 0x1F},      {0x7F, 0x9F},     {0xAD, 0xAD},
                                {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F},   {0xD800, 0xDFFF},
                                {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}, {0x110000, 0xFFFFFFFF}};
 
-template <std::size_t Count>
-bool IsIn(const Range (&iRanges)[Count], wchar_t iCharacter)
+template <std::size_t iCount>
+bool IsIn(const Range (&iRanges)[iCount], wchar_t iCharacter)
 {
     const unsigned long lCode = static_cast<unsigned int>(iCharacter);
     return std::any_of(std::begin(iRanges), std::end(iRanges),

@@ -35,8 +35,8 @@ struct Row
     Value mValue;
 };
 
-template <class Value, std::size_t Count>
-void ExpectWritten(const Row<Value> (&iRows)[Count])
+template <class Value, std::size_t iCount>
+void ExpectWritten(const Row<Value> (&iRows)[iCount])
 {
     for (const Row<Value>& lRow : iRows)
     {
@@ -44,8 +44,8 @@ void ExpectWritten(const Row<Value> (&iRows)[Count])
     }
 }
 
-template <class Value, std::size_t Count>
-void ExpectParsed(const Row<Value> (&iRows)[Count], Value iStart)
+template <class Value, std::size_t iCount>
+void ExpectParsed(const Row<Value> (&iRows)[iCount], Value iStart)
 {
     for (const Row<Value>& lRow : iRows)
     {
