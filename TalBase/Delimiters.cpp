@@ -122,7 +122,7 @@ std::wstring Escaped(std::wstring_view iValue)
     return lEscaped;
 }
 
-bool TriggersUnescaping(std::wstring_view iValue) noexcept
+bool HasEscapeStart(std::wstring_view iValue) noexcept
 {
     for (std::size_t lPlace = FindCharacter(iValue, L'&'); lPlace < iValue.size();
          lPlace += 1 + FindCharacter(iValue.substr(lPlace + 1), L'&'))

@@ -40,7 +40,10 @@ std::wstring TextWriter::WriteToString(bool iWithMetadata)
 
 void TextWriter::CheckDelimiters(const PropertyBagImpl& iBag)
 {
-    TextWriter(iBag).hMeasure(true);
+    if (!iBag.mAreDelimitersValid || !iBag.mEmbeddedContent.empty())
+    {
+        TextWriter(iBag).hMeasure(true);
+    }
 }
 
 DelimiterPair TextWriter::hPairOf(const PropertyBagImpl& iBag) const noexcept

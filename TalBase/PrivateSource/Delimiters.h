@@ -4,6 +4,8 @@
 #ifndef TALBASE_PRIVATESOURCE_DELIMITERS_H
 #define TALBASE_PRIVATESOURCE_DELIMITERS_H
 
+#include "TalBase/PrivateSource/TextPrimitives.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -32,7 +34,11 @@ std::wstring Escaped(std::wstring_view iValue);
 
 // Whether reading by name unescapes: whether "&#42" or "&#43" occurs, without the semicolon. What it sets off replaces
 // complete sequences only.
-bool TriggersUnescaping(std::wstring_view iValue) noexcept;
+bool HasEscapeStart(std::wstring_view iValue) noexcept;
+inline bool TriggersUnescaping(std::wstring_view iValue) noexcept
+{
+    return Holds(iValue, L'&') && HasEscapeStart(iValue); // mostly there is not even an ampersand
+}
 std::wstring Unescaped(std::wstring_view iValue);
 
 // A header names E, 14 characters, B, E. It gives back the pair where E has no letter of "BeginDelimiter" and B no

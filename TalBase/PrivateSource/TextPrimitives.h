@@ -62,14 +62,21 @@ inline unsigned int EqualFour(__m128i iLeft, __m128i iRight) noexcept
 inline bool AreEqualTexts(const wchar_t* ipLeft, const wchar_t* ipRight, std::size_t iLength) noexcept
 {
 #if defined(__SSE2__)
-    if (iLength <= gShortText && iLength >= 4)
+    if (iLength <= 2 * gShortText && iLength >= 4)
     {
-        for (std::size_t lIndex = 0; lIndex < iLength - 4; lIndex += 4)
+        std::size_t lIndex = 0;
+        for (; lIndex + 8 <= iLength; lIndex += 8)
         {
-            if (EqualFour(LoadFour(ipLeft + lIndex), LoadFour(ipRight + lIndex)) != 0xF)
+            const __m128i lLow = _mm_cmpeq_epi32(LoadFour(ipLeft + lIndex), LoadFour(ipRight + lIndex));
+            const __m128i lHigh = _mm_cmpeq_epi32(LoadFour(ipLeft + lIndex + 4), LoadFour(ipRight + lIndex + 4));
+            if (_mm_movemask_epi8(_mm_and_si128(lLow, lHigh)) != 0xFFFF)
             {
                 return false;
             }
+        }
+        if (lIndex + 4 < iLength && EqualFour(LoadFour(ipLeft + lIndex), LoadFour(ipRight + lIndex)) != 0xF)
+        {
+            return false;
         }
         return EqualFour(LoadFour(ipLeft + iLength - 4), LoadFour(ipRight + iLength - 4)) == 0xF;
     }
@@ -91,6 +98,25 @@ inline bool AreEqualTexts(const wchar_t* ipLeft, const wchar_t* ipRight, std::si
 inline bool AreEqualTexts(std::wstring_view iLeft, std::wstring_view iRight) noexcept
 {
     return iLeft.size() == iRight.size() && AreEqualTexts(iLeft.data(), iRight.data(), iLeft.size());
+}
+
+// Whether the text holds the character.
+inline bool Holds(std::wstring_view iText, wchar_t iCharacter) noexcept
+{
+#if defined(__SSE2__)
+    if (iText.size() >= 4 && iText.size() <= gShortText)
+    {
+        const __m128i lWanted = _mm_set1_epi32(static_cast<int>(iCharacter));
+        // The last four overlap what was looked at already.
+        __m128i lHits = _mm_cmpeq_epi32(LoadFour(iText.data() + iText.size() - 4), lWanted);
+        for (std::size_t lIndex = 0; lIndex + 4 < iText.size(); lIndex += 4)
+        {
+            lHits = _mm_or_si128(lHits, _mm_cmpeq_epi32(LoadFour(iText.data() + lIndex), lWanted));
+        }
+        return _mm_movemask_epi8(lHits) != 0;
+    }
+#endif
+    return iText.find(iCharacter) != std::wstring_view::npos;
 }
 
 // The index of the first such character, or the length.

@@ -15,7 +15,7 @@ talbase_test(PropertyBagTest
 talbase_test(PropertyBagTokenTest
     SOURCES PropertyBagTokenTest.cpp ../Support/PlainPropertyBag.cpp
     LINK TalBase::TalBase)
-talbase_test(TextReaderTest SOURCES TextReaderTest.cpp LINK TalBaseInside)
+talbase_test(TextReaderTest SOURCES TextPrimitivesTest.cpp TextReaderTest.cpp LINK TalBaseInside)
 talbase_test(BufferedWStringTest SOURCES BufferedWStringTest.cpp LINK TalBase::TalBase)
 talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
 talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)
