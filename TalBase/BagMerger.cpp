@@ -77,7 +77,7 @@ void BagMerger::SetNest(std::wstring_view iName, const QBase::SmartPtrI<Property
 {
     hCheckName(iName);
     std::uint32_t* lPlace = hRemove(iName);
-    mBag.hCheckOwnDelimiters();
+    mBag.hAcceptOwnDelimiters();
     hConvert(*iNest);
     mBag.mEmbeddedContent.emplace_back(AsName(iName), iNest);
     hNumber(lPlace, mBag.mEmbeddedContent.size() - 1, true);

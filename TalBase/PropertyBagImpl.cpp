@@ -612,6 +612,13 @@ void PropertyBagImpl::hCheckOwnDelimiters() const
     }
 }
 
+// The same where the bag may change: a pair is checked once, however many nests it is for.
+void PropertyBagImpl::hAcceptOwnDelimiters()
+{
+    hCheckOwnDelimiters();
+    mAreDelimitersValid = true;
+}
+
 std::size_t PropertyBagImpl::hFindEmbedded(std::wstring_view iName) const noexcept
 {
     std::size_t lIndex = 0;
@@ -687,9 +694,9 @@ bool PropertyBagImpl::hAddContent(std::wstring_view iText, unsigned int iPositio
 }
 
 // A nested bag with this bag's delimiters, read from a text form.
-QBase::SmartPtrI<PropertyBagImpl> PropertyBagImpl::hMakeNested(std::wstring_view iText) const
+QBase::SmartPtrI<PropertyBagImpl> PropertyBagImpl::hMakeNested(std::wstring_view iText)
 {
-    hCheckOwnDelimiters();
+    hAcceptOwnDelimiters();
     const QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
     lBag->hAddText(iText);
     return lBag;

@@ -124,13 +124,14 @@ private:
     }
 
     void hCheckOwnDelimiters() const;
+    void hAcceptOwnDelimiters();
     std::size_t hFindEmbedded(std::wstring_view iName) const noexcept;
     std::wstring hReadValue(std::size_t iIndex) const;
     std::wstring hTextOfNest(const PropertyBagImpl& iNest) const;
     void hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
     bool hAddText(std::wstring_view iText);
     bool hAddContent(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
-    QBase::SmartPtrI<PropertyBagImpl> hMakeNested(std::wstring_view iText) const;
+    QBase::SmartPtrI<PropertyBagImpl> hMakeNested(std::wstring_view iText);
     bool hHolds(const PropertyBagImpl& iBag) const;
     static void hReleaseNests(std::vector<EmbeddedEntry>& iEntries, PropertyBagImpl*& oDying) noexcept;
 
