@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 
 namespace QTalBase
 {
@@ -18,21 +19,30 @@ using Messages::Throw;
 
 const std::size_t gEscapeGrowth = 4; // an escape has five characters
 
-// A filter that is sure of the names that it has not seen yet. For a handful of names, where a table would not pay.
-class NameFilter
+// A hash table for a handful of names, where one with an allocation and a secret would not pay: however the names are
+// chosen, a look-up compares with gMostNames others at most.
+class SmallNameTable
 {
 public:
     static constexpr std::size_t gMostNames = 64;
 
-    // Adds a name and returns whether it is certainly new.
-    bool Add(std::wstring_view iName) noexcept
+    // Returns the place of the name's number: gFree where the name is new, for the caller to put a number there.
+    template <class IsEqual>
+    std::uint8_t* Place(std::wstring_view iName, const IsEqual& iIsEqual) noexcept
     {
-        const unsigned int lBit = hHash(iName);
-        std::uint64_t& lWord = mWords[lBit / 64];
-        const std::uint64_t lMask = std::uint64_t{1} << lBit % 64;
-        const bool lIsNew = (lWord & lMask) == 0;
-        lWord |= lMask;
-        return lIsNew;
+        std::uint8_t* lPlace = mNumbers + hHash(iName);
+        while (*lPlace != gFree && !iIsEqual(*lPlace))
+        {
+            lPlace = lPlace + 1 != mNumbers + sizeof(mNumbers) ? lPlace + 1 : mNumbers;
+        }
+        return lPlace;
+    }
+
+    static constexpr std::uint8_t gFree = 0xFF;
+
+    SmallNameTable() noexcept
+    {
+        std::memset(mNumbers, gFree, sizeof(mNumbers));
     }
 
 private:
@@ -55,7 +65,7 @@ private:
         return static_cast<unsigned int>(lHash * 0x9E3779B97F4A7C15U >> 56);
     }
 
-    std::uint64_t mWords[4] = {};
+    std::uint8_t mNumbers[256];
 };
 
 } // namespace
@@ -66,7 +76,7 @@ TextReader::TextReader(const SharedWString& iBegin, const SharedWString& iEnd)
       mIsDefaultPair(AreDefaultDelimiters({iBegin.View(), iEnd.View()})),
       mStartsWithEscapable(iBegin.View()[0] == L'+' && iEnd.View()[0] == L'*')
 {
-    mFrames.Push(Frame{{}, 0, 0, true, false});
+    mFrames.Push(Frame{{}, 0, 0, true});
 }
 
 TextReader::~TextReader()
@@ -84,6 +94,7 @@ void TextReader::TakeAll(std::wstring_view iText, std::size_t iPosition)
 {
     // A header whose closing delimiter is cut off ends behind the text.
     const std::wstring_view lText = iText.substr(std::min(iPosition, iText.size()));
+    mTextStop = lText.data() + lText.size();
     if (AreShortDelimiters(mBegin.View(), mEnd.View()))
     {
         hTakeAllOf(ShortCutter(lText, mBegin.View(), mEnd.View()));
@@ -204,7 +215,7 @@ inline void TextReader::hTakePlain(std::wstring_view iName, std::wstring_view iV
         hTakeUnusualPlain(iName, iValue);
         return;
     }
-    mPlains.Push(Plain{iName, iValue, 0, false});
+    mPlains.Push(Plain{iName, iValue, 0});
 }
 
 void TextReader::hTakeUnusualPlain(std::wstring_view iName, std::wstring_view iValue)
@@ -220,12 +231,12 @@ void TextReader::hTakeUnusualPlain(std::wstring_view iName, std::wstring_view iV
         mFrames.Top().mIsClean = false;
         mIsClean = false;
     }
-    mPlains.Push(Plain{iName, iValue, lEscapable, false});
+    mPlains.Push(Plain{iName, iValue, lEscapable});
 }
 
 void TextReader::hOpenNest()
 {
-    mFrames.Push(Frame{mName, mPlains.GetCount(), mNests.GetCount(), true, false});
+    mFrames.Push(Frame{mName, mPlains.GetCount(), mNests.GetCount(), true});
 }
 
 void TextReader::hCloseNest()
@@ -250,107 +261,116 @@ void TextReader::hCloseNest()
     mPlains.CutTo(lFrame.mFirstPlain);
     mNests.CutTo(lFrame.mFirstNest);
     mFrames.CutTo(mFrames.GetCount() - 1);
-    mNests.Push(Nest{lFrame.mName, nullptr, mPlains.GetCount(), lIsClean, false});
-    lBag->AddRef();
-    mNests.Top().mBag = lBag.get();
+    mNests.Push(Nest{lFrame.mName, nullptr, lIsClean, false});
+    mNests.Top().mBag = lBag.Detach();
 }
 
 // Of the properties that have one name the last counts, whatever its kind: setting it removed those before it.
-void TextReader::hMarkReplaced(Frame& oFrame)
+void TextReader::hMarkReplaced(const Frame& iFrame)
 {
-    const std::size_t lPlains = mPlains.GetCount() - oFrame.mFirstPlain;
-    const std::size_t lCount = lPlains + mNests.GetCount() - oFrame.mFirstNest;
-    // Entries are numbered plain properties first.
-    const auto lNameOf = [&](std::size_t iNumber) {
-        return iNumber < lPlains ? mPlains[oFrame.mFirstPlain + iNumber].mName
-                                 : mNests[oFrame.mFirstNest + iNumber - lPlains].mName;
-    };
-    if (lCount > NameFilter::gMostNames)
+    const std::size_t lCount = mPlains.GetCount() - iFrame.mFirstPlain + mNests.GetCount() - iFrame.mFirstNest;
+    if (lCount > SmallNameTable::gMostNames)
     {
         NameTable lTable(lCount);
-        hMarkWhatIsNotNew(oFrame, [&](std::wstring_view iName, std::size_t iNumber) {
-            std::uint32_t* lNumber =
-                lTable.Place(iName, [&](std::uint32_t iOther) { return AreEqualTexts(lNameOf(iOther), iName); });
-            const bool lIsNew = *lNumber == NameTable::gNone;
-            *lNumber = lIsNew ? static_cast<std::uint32_t>(iNumber) : *lNumber;
-            return lIsNew;
+        hMarkReplacedWith(iFrame, [&](std::wstring_view iName, const auto& iIsEqual) {
+            std::uint32_t* lPlace = lTable.Place(iName, iIsEqual);
+            return std::pair(lPlace, *lPlace == NameTable::gNone);
         });
     }
     else if (lCount > 1)
     {
-        NameFilter lFilter;
-        unsigned char lSeen[NameFilter::gMostNames];
-        std::size_t lSeenCount = 0;
-        hMarkWhatIsNotNew(oFrame, [&](std::wstring_view iName, std::size_t iNumber) {
-            const bool lIsNew = lFilter.Add(iName) || std::none_of(lSeen, lSeen + lSeenCount, [&](std::size_t iOther) {
-                                    return AreEqualTexts(lNameOf(iOther), iName);
-                                });
-            lSeen[lSeenCount++] = static_cast<unsigned char>(iNumber);
-            return lIsNew;
+        SmallNameTable lTable;
+        hMarkReplacedWith(iFrame, [&](std::wstring_view iName, const auto& iIsEqual) {
+            std::uint8_t* lPlace = lTable.Place(iName, iIsEqual);
+            return std::pair(lPlace, *lPlace == SmallNameTable::gFree);
         });
     }
 }
 
-// Asks, from the last entry read to the first, which names are new, and marks the others.
-template <class IsNew>
-inline void TextReader::hMarkWhatIsNotNew(Frame& oFrame, const IsNew& iIsNew)
+// Entries are numbered plain properties first.
+inline std::wstring_view TextReader::hGetName(const Frame& iFrame, std::size_t iNumber) noexcept
 {
-    const std::size_t lPlains = mPlains.GetCount() - oFrame.mFirstPlain;
-    std::size_t lNest = mNests.GetCount();
-    std::size_t lPlain = mPlains.GetCount();
-    while (lPlain > oFrame.mFirstPlain || lNest > oFrame.mFirstNest)
+    const std::size_t lPlains = mPlains.GetCount() - iFrame.mFirstPlain;
+    return iNumber < lPlains ? mPlains[iFrame.mFirstPlain + iNumber].mName
+                             : mNests[iFrame.mFirstNest + iNumber - lPlains].mName;
+}
+
+// iPlace says where a table keeps the number of the entry that has a name, and whether there is none yet.
+template <class Place>
+inline void TextReader::hMarkReplacedWith(const Frame& iFrame, Place iPlace)
+{
+    const std::size_t lPlains = mPlains.GetCount() - iFrame.mFirstPlain;
+    const std::size_t lCount = lPlains + mNests.GetCount() - iFrame.mFirstNest;
+    for (std::size_t lNumber = 0; lNumber < lCount; ++lNumber)
     {
-        if (lNest > oFrame.mFirstNest && mNests[lNest - 1].mPlainsBefore >= lPlain)
+        const std::wstring_view lName = hGetName(iFrame, lNumber);
+        const auto [lPlace, lIsNew] = iPlace(
+            lName, [&](std::size_t iOther) { return AreEqualTexts(hGetName(iFrame, iOther), lName); });
+        std::size_t lReplaced = lNumber;
+        if (lIsNew || std::less<>()(hGetName(iFrame, *lPlace).data(), lName.data()))
         {
-            --lNest;
-            mNests[lNest].mIsReplaced = !iIsNew(mNests[lNest].mName, lPlains + lNest - oFrame.mFirstNest);
-            oFrame.mHasReplaced = oFrame.mHasReplaced || mNests[lNest].mIsReplaced;
+            lReplaced = *lPlace;
+            *lPlace = static_cast<std::remove_reference_t<decltype(*lPlace)>>(lNumber);
+        }
+        if (lIsNew)
+        {
             continue;
         }
-        --lPlain;
-        mPlains[lPlain].mIsReplaced = !iIsNew(mPlains[lPlain].mName, lPlain - oFrame.mFirstPlain);
-        oFrame.mHasReplaced = oFrame.mHasReplaced || mPlains[lPlain].mIsReplaced;
+        if (lReplaced < lPlains)
+        {
+            mPlains[iFrame.mFirstPlain + lReplaced].mEscapable = gReplaced;
+        }
+        else
+        {
+            mNests[iFrame.mFirstNest + lReplaced - lPlains].mIsReplaced = true;
+        }
     }
+}
+
+TextReader::Size TextReader::hGetSizeOfPlains(const Frame& iFrame) noexcept
+{
+    Size lSize{0, 0};
+    for (std::size_t lIndex = iFrame.mFirstPlain; lIndex < mPlains.GetCount(); ++lIndex)
+    {
+        const Plain& lPlain = mPlains[lIndex];
+        if (lPlain.mEscapable != gReplaced)
+        {
+            ++lSize.mCount;
+            lSize.mLength += lPlain.mName.size() + lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable;
+        }
+    }
+    return lSize;
 }
 
 // Takes the nests from the stack.
 void TextReader::hFill(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag)
 {
-    std::size_t lCount = 0;
-    std::size_t lLength = 0;
-    const std::size_t lPlainStop = mPlains.GetCount();
-    for (std::size_t lIndex = iFrame.mFirstPlain; lIndex < lPlainStop; ++lIndex)
+    const Size lSize = hGetSizeOfPlains(iFrame);
+    if (lSize.mCount != 0)
     {
-        const Plain& lPlain = mPlains[lIndex];
-        if (!lPlain.mIsReplaced)
+        ValueContent::Filler lFiller(oBag.mValueContent, lSize.mCount, lSize.mLength, mTextStop);
+        for (std::size_t lIndex = iFrame.mFirstPlain; lIndex < mPlains.GetCount(); ++lIndex)
         {
-            ++lCount;
-            lLength += lPlain.mName.size() + lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable;
+            const Plain& lPlain = mPlains[lIndex];
+            if (lPlain.mEscapable == 0)
+            {
+                lFiller.Append(lPlain.mName, lPlain.mValue);
+            }
+            else if (lPlain.mEscapable != gReplaced)
+            {
+                const std::size_t lLength = lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable;
+                WriteEscaped(lPlain.mValue, lFiller.AppendName(lPlain.mName, lLength));
+            }
         }
     }
-    oBag.mValueContent.Reserve(lCount, lLength);
-    for (std::size_t lIndex = iFrame.mFirstPlain; lIndex < lPlainStop; ++lIndex)
+    if (iFrame.mFirstNest != mNests.GetCount())
     {
-        const Plain& lPlain = mPlains[lIndex];
-        if (lPlain.mIsReplaced)
-        {
-            continue;
-        }
-        wchar_t* lValue =
-            oBag.mValueContent.AppendReserved(lPlain.mName, lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable);
-        if (lPlain.mEscapable == 0)
-        {
-            CopyText(lPlain.mValue, lValue);
-        }
-        else
-        {
-            WriteEscaped(lPlain.mValue, lValue);
-        }
+        hFillWithNests(iFrame, iWithEmptyNests, oBag);
     }
-    if (iFrame.mFirstNest == mNests.GetCount())
-    {
-        return;
-    }
+}
+
+void TextReader::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag)
+{
     const auto lIsKept = [&](const Nest& iNest) {
         return !iNest.mIsReplaced && (iWithEmptyNests || !iNest.mBag->hIsEmpty());
     };
@@ -365,9 +385,13 @@ void TextReader::hFill(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImp
         Nest& lNest = mNests[lIndex];
         if (lIsKept(lNest))
         {
-            oBag.mEmbeddedContent.emplace_back(AsName(lNest.mName), lNest.mBag);
+            oBag.mEmbeddedContent.emplace_back(AsName(lNest.mName), nullptr);
+            oBag.mEmbeddedContent.back().second.Attach(std::exchange(lNest.mBag, nullptr));
         }
-        std::exchange(lNest.mBag, nullptr)->Release();
+        else
+        {
+            std::exchange(lNest.mBag, nullptr)->Release();
+        }
     }
 }
 

@@ -91,7 +91,10 @@ void ValueContent::ReserveForOne(std::size_t iTextLength)
 void ValueContent::Append(std::wstring_view iName, std::wstring_view iValue)
 {
     Reserve(1, iName.size() + iValue.size());
-    CopyText(iValue, AppendReserved(iName, iValue.size()));
+    mEntries[mCount++] = Entry{mTextLength, iName.size(), iValue.size()};
+    CopyText(iValue, CopyText(iName, mText + mTextLength));
+    mTextLength += iName.size() + iValue.size();
+    mUsedLength += iName.size() + iValue.size();
 }
 
 void ValueContent::Remove(std::size_t iIndex) noexcept

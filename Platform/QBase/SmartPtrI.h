@@ -122,6 +122,14 @@ public:
         return std::exchange(mPointer, nullptr);
     }
 
+    // Holds the object, or null, and takes over a reference that the caller has on it: the counterpart of Detach. What
+    // it held before is let go.
+    void Attach(T* ipObject) noexcept
+    {
+        SmartPtrI lOld;
+        lOld.mPointer = std::exchange(mPointer, ipObject);
+    }
+
     // Exchanges what the two hold. No count changes.
     void swap(SmartPtrI& oOther) noexcept
     {

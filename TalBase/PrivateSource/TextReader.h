@@ -77,21 +77,27 @@ private:
         ValueEnd
     };
 
+    // All names of one frame are views of one text, so the one at the higher address was read later.
     struct Plain
     {
         std::wstring_view mName;
         std::wstring_view mValue;
-        std::size_t mEscapable; // characters of the value to escape
-        bool mIsReplaced;
+        std::size_t mEscapable; // characters of the value to escape, or gReplaced
     };
 
     struct Nest
     {
         std::wstring_view mName;
         PropertyBagImpl* mBag; // with one reference
-        std::size_t mPlainsBefore;
         bool mIsClean;
         bool mIsReplaced;
+    };
+
+    // What a frame's plain properties come to, without those that a later one of their name replaced.
+    struct Size
+    {
+        std::size_t mCount;
+        std::size_t mLength;
     };
 
     // A nest being read: its plain properties and nests lie on top of those of the nests around it.
@@ -101,8 +107,9 @@ private:
         std::size_t mFirstPlain;
         std::size_t mFirstNest;
         bool mIsClean;
-        bool mHasReplaced; // some of its entries are marked
     };
+
+    static constexpr std::size_t gReplaced = static_cast<std::size_t>(-1);
 
     template <class Cutter>
     void hTakeAllOf(Cutter iCutter);
@@ -110,10 +117,13 @@ private:
     void hTakeUnusualPlain(std::wstring_view iName, std::wstring_view iValue);
     void hOpenNest();
     void hCloseNest();
-    void hMarkReplaced(Frame& oFrame);
-    template <class IsNew>
-    void hMarkWhatIsNotNew(Frame& oFrame, const IsNew& iIsNew);
+    void hMarkReplaced(const Frame& iFrame);
+    template <class Place>
+    void hMarkReplacedWith(const Frame& iFrame, Place iPlace);
+    std::wstring_view hGetName(const Frame& iFrame, std::size_t iNumber) noexcept;
+    Size hGetSizeOfPlains(const Frame& iFrame) noexcept;
     void hFill(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag);
+    void hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag);
     void hFillWithAll(PropertyBagImpl& oBag);
     bool hIsPairNeutral();
     bool hCanHeaderCarryPair();
@@ -124,6 +134,7 @@ private:
     bool mStartsWithEscapable;            // both delimiters start with the characters that are escaped
     signed char mIsPairNeutral = -1;      // not known yet
     signed char mCanHeaderCarryPair = -1; // not known yet
+    const wchar_t* mTextStop = nullptr;
     State mState = State::Name;
     std::wstring_view mName;
     std::wstring_view mValue;

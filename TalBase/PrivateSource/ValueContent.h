@@ -19,6 +19,8 @@ namespace QTalBase
 class ValueContent
 {
 public:
+    class Filler;
+
     ValueContent() noexcept = default;
     ValueContent(const ValueContent& iOther); // laid out without gaps
     ValueContent(ValueContent&& iOther) noexcept;
@@ -76,17 +78,6 @@ public:
     // The same for one entry more, and gives back memory that a much larger content once needed.
     void ReserveForOne(std::size_t iTextLength);
 
-    // Appends an entry for which room was reserved, and returns where its value's characters go, for the caller to
-    // fill.
-    wchar_t* AppendReserved(std::wstring_view iName, std::size_t iValueLength) noexcept
-    {
-        mEntries[mCount++] = Entry{mTextLength, iName.size(), iValueLength};
-        wchar_t* lValue = CopyText(iName, mText + mTextLength);
-        mTextLength += iName.size() + iValueLength;
-        mUsedLength += iName.size() + iValueLength;
-        return lValue;
-    }
-
     // Appends an entry. Its texts may not lie in this content's own memory. Throws as Reserve does, nothing changed.
     void Append(std::wstring_view iName, std::wstring_view iValue);
     void Remove(std::size_t iIndex) noexcept;
@@ -122,6 +113,69 @@ private:
     std::size_t mTextLength = 0; // with the gaps
     std::size_t mTextCapacity = 0;
     std::size_t mUsedLength = 0; // without them
+};
+
+// Appends many entries from one text to a content, which nobody else may use meanwhile. Characters are copied in whole
+// steps where source and target leave room for them, as lengths that differ from property to property would cost more
+// in wrong guesses of the processor than the characters that are copied for nothing.
+class ValueContent::Filler
+{
+public:
+    // iCount, iLength: the entries and characters that will be appended, no more and no fewer. ipSourceStop: where the
+    // text ends that names and values are views of. Throws as Reserve does.
+    Filler(ValueContent& oContent, std::size_t iCount, std::size_t iLength, const wchar_t* ipSourceStop)
+        : mContent(oContent), mSourceStop(ipSourceStop)
+    {
+        oContent.Reserve(iCount, iLength);
+        mEntry = oContent.mEntries + oContent.mCount;
+        mTarget = oContent.mText + oContent.mTextLength;
+        mTargetStop = mTarget + iLength;
+        oContent.mCount += iCount;
+        oContent.mTextLength += iLength;
+        oContent.mUsedLength += iLength;
+    }
+
+    Filler(const Filler&) = delete;
+    Filler& operator=(const Filler&) = delete;
+
+    void Append(std::wstring_view iName, std::wstring_view iValue) noexcept
+    {
+        hCopy(iValue, AppendName(iName, iValue.size()));
+    }
+
+    // Returns where the value's characters go, for the caller to fill.
+    wchar_t* AppendName(std::wstring_view iName, std::size_t iValueLength) noexcept
+    {
+        *mEntry++ = Entry{static_cast<std::size_t>(mTarget - mContent.mText), iName.size(), iValueLength};
+        wchar_t* lValue = hCopy(iName, mTarget);
+        mTarget = lValue + iValueLength;
+        return lValue;
+    }
+
+private:
+    static constexpr std::size_t gStep = 16;
+
+    wchar_t* hCopy(std::wstring_view iText, wchar_t* opTarget) const noexcept
+    {
+        const std::size_t lSteps = (iText.size() + gStep - 1) / gStep;
+        const std::ptrdiff_t lCopied = static_cast<std::ptrdiff_t>(lSteps * gStep);
+        if (lSteps > 2 || mSourceStop - iText.data() < lCopied || mTargetStop - opTarget < lCopied)
+        {
+            return CopyText(iText, opTarget);
+        }
+        std::memcpy(opTarget, iText.data(), gStep * sizeof(wchar_t));
+        if (lSteps == 2)
+        {
+            std::memcpy(opTarget + gStep, iText.data() + gStep, gStep * sizeof(wchar_t));
+        }
+        return opTarget + iText.size();
+    }
+
+    ValueContent& mContent;
+    const wchar_t* mSourceStop;
+    Entry* mEntry;
+    wchar_t* mTarget;
+    wchar_t* mTargetStop;
 };
 
 } // namespace QTalBase
