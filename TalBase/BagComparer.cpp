@@ -106,6 +106,10 @@ bool BagComparer::hArePlainPropertiesEqual(const PropertyBagImpl& iAsked, const 
     const ValueContent& lOther = iOther.mValueContent;
     const bool lIsUnique = !iOther.hMayRepeatNames();
     const bool lMayHaveBoth = !lIsUnique && !iOther.mEmbeddedContent.empty();
+    if (lIsUnique && lAsked.IsSameThroughout(lOther) && !(lIsUnescaped && lOther.MayHold(L'&')))
+    {
+        return true;
+    }
     for (std::size_t lIndex = 0; lIndex < lAsked.GetCount(); ++lIndex)
     {
         // Mostly the same entry stands at the same place.

@@ -91,7 +91,9 @@ void CheckValidityOfDelimiters(const DelimiterPair& iPair)
 
 bool AreDefaultDelimiters(const DelimiterPair& iPair) noexcept
 {
-    return AreEqualTexts(iPair.mBegin, BEGIN) && AreEqualTexts(iPair.mEnd, END);
+    // The texts of a bag are terminated, so one that lies where the default lies is equal to it. Mostly both do.
+    return (iPair.mBegin.data() == BEGIN || AreEqualTexts(iPair.mBegin, BEGIN)) &&
+           (iPair.mEnd.data() == END || AreEqualTexts(iPair.mEnd, END));
 }
 
 std::size_t CountEscapable(std::wstring_view iValue) noexcept

@@ -36,6 +36,18 @@ std::uint64_t Mix(std::uint64_t iLeft, std::uint64_t iRight) noexcept
     return static_cast<std::uint64_t>(lProduct) ^ static_cast<std::uint64_t>(lProduct >> 64);
 }
 
+// Up to two characters, or none, as one number.
+std::uint64_t Load(const wchar_t* ipText, std::size_t iCount) noexcept
+{
+    if (iCount < 2)
+    {
+        return iCount == 0 ? 0 : static_cast<std::uint32_t>(*ipText);
+    }
+    std::uint64_t lNumber;
+    std::memcpy(&lNumber, ipText, sizeof(lNumber));
+    return lNumber;
+}
+
 std::size_t SlotCount(std::size_t iCount)
 {
     std::size_t lSlots = 16;
@@ -54,17 +66,13 @@ std::uint64_t NameTable::Hash(std::wstring_view iName) noexcept
 {
     static const Secret lSecret = MakeSecret();
     std::uint64_t lHash = lSecret.mStart ^ iName.size();
-    std::size_t lIndex = 0;
-    for (; lIndex + 2 <= iName.size(); lIndex += 2)
+    const wchar_t* lText = iName.data();
+    std::size_t lLeft = iName.size();
+    for (; lLeft > 4; lLeft -= 4, lText += 4)
     {
-        std::uint64_t lTwo;
-        std::memcpy(&lTwo, iName.data() + lIndex, sizeof(lTwo));
-        lHash = Mix(lHash ^ lTwo, lSecret.mStep);
+        lHash = Mix(Load(lText, 2) ^ lSecret.mStep, Load(lText + 2, 2) ^ lHash);
     }
-    if (lIndex < iName.size())
-    {
-        lHash = Mix(lHash ^ static_cast<std::uint32_t>(iName[lIndex]), lSecret.mStep);
-    }
+    lHash = Mix(Load(lText, lLeft) ^ lSecret.mStep, Load(lText + 2, lLeft < 2 ? 0 : lLeft - 2) ^ lHash);
     return Mix(lHash, 0x9E3779B97F4A7C15U);
 }
 

@@ -14,8 +14,8 @@
 #include <memory>
 #include <typeinfo>
 
-const wchar_t* BEGIN = L"++++";
-const wchar_t* END = L"***";
+const wchar_t* BEGIN = QTalBase::SharedWString::gDefaultBegin;
+const wchar_t* END = QTalBase::SharedWString::gDefaultEnd;
 
 namespace QTalBase
 {
@@ -26,8 +26,8 @@ namespace
 using Messages::Throw;
 
 // The delimiters of a bag made from the empty text, whatever BEGIN and END point to.
-constexpr std::wstring_view gLiteralBegin = L"++++";
-constexpr std::wstring_view gLiteralEnd = L"***";
+constexpr std::wstring_view gLiteralBegin = SharedWString::gDefaultBegin;
+constexpr std::wstring_view gLiteralEnd = SharedWString::gDefaultEnd;
 
 unsigned int AsPosition(std::size_t iIndex, std::size_t iCount)
 {

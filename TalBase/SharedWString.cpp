@@ -7,8 +7,8 @@ namespace QTalBase
 {
 
 constinit SharedWString::Text SharedWString::gEmptyText{L"", 0, {0}, false};
-constinit SharedWString::Text SharedWString::gDefaultBeginText{L"++++", 4, {0}, false};
-constinit SharedWString::Text SharedWString::gDefaultEndText{L"***", 3, {0}, false};
+constinit SharedWString::Text SharedWString::gDefaultBeginText{gDefaultBegin, 4, {0}, false};
+constinit SharedWString::Text SharedWString::gDefaultEndText{gDefaultEnd, 3, {0}, false};
 
 SharedWString::SharedWString(std::wstring_view iText) : mText(hMake(iText)) {}
 

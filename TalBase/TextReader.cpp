@@ -97,44 +97,37 @@ void TextReader::TakeAll(std::wstring_view iText, std::size_t iPosition)
     mTextStop = lText.data() + lText.size();
     if (AreShortDelimiters(mBegin.View(), mEnd.View()))
     {
-        hTakeAllOf(ShortCutter(lText, mBegin.View(), mEnd.View()));
+        ShortCutter lCutter(lText, mBegin.View(), mEnd.View());
+        hTakeAllOf(lCutter);
     }
     else
     {
-        hTakeAllOf(LongCutter(lText, mBegin.View(), mEnd.View()));
+        LongCutter lCutter(lText, mBegin.View(), mEnd.View());
+        hTakeAllOf(lCutter);
     }
     Finish();
 }
 
-// Plain properties, of which most texts mainly consist, are taken whole; everything else goes token by token.
+// Plain properties are taken whole where they follow each other; everything else goes token by token.
 template <class Cutter>
-void TextReader::hTakeAllOf(Cutter iCutter)
+void TextReader::hTakeAllOf(Cutter& oCutter)
 {
-    for (Found lFound = iCutter.Next(); lFound != Found::Nothing; lFound = iCutter.Next())
+    for (;;)
     {
-        std::wstring_view lRun = iCutter.GetRun();
-        while (mState == State::Name && lFound == Found::Begin && !lRun.empty())
+        if (mState == State::Name)
         {
-            mName = lRun;
-            mState = State::Value;
-            lFound = iCutter.Next();
-            lRun = iCutter.GetRun();
-            if (lFound != Found::End || lRun.empty())
-            {
-                break;
-            }
-            hTakePlain(mName, lRun, iCutter.MayHoldFirstCharacter());
-            mState = State::Name;
-            lFound = iCutter.Next();
-            lRun = iCutter.GetRun();
+            oCutter.TakePlains([this](std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable) {
+                hTakePlain(iName, iValue, iMayBeEscapable);
+            });
         }
+        const Found lFound = oCutter.Next();
         if (lFound == Found::Nothing)
         {
             return;
         }
-        if (!lRun.empty())
+        if (const std::wstring_view lRun = oCutter.GetRun(); !lRun.empty())
         {
-            mMayRunBeEscapable = iCutter.MayHoldFirstCharacter();
+            mMayRunBeEscapable = oCutter.MayHoldFirstCharacter();
             Take(Token::String, lRun);
         }
         Take(lFound == Found::Begin ? Token::Begin : Token::End, {});
@@ -249,7 +242,7 @@ void TextReader::hCloseNest()
     }
     lFrame.mIsClean = lFrame.mIsClean && hCanHeaderCarryPair();
     QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBegin, mEnd, true));
-    hFill(lFrame, !lFrame.mIsClean, *lBag);
+    hFill(lFrame, !lFrame.mIsClean, lBag->mValueContent, lBag->mEmbeddedContent);
     bool lIsClean = lFrame.mIsClean;
     if (!lIsClean)
     {
@@ -287,43 +280,50 @@ void TextReader::hMarkReplaced(const Frame& iFrame)
     }
 }
 
-// Entries are numbered plain properties first.
-inline std::wstring_view TextReader::hGetName(const Frame& iFrame, std::size_t iNumber) noexcept
-{
-    const std::size_t lPlains = mPlains.GetCount() - iFrame.mFirstPlain;
-    return iNumber < lPlains ? mPlains[iFrame.mFirstPlain + iNumber].mName
-                             : mNests[iFrame.mFirstNest + iNumber - lPlains].mName;
-}
-
-// iPlace says where a table keeps the number of the entry that has a name, and whether there is none yet.
+// iPlace says where a table keeps the number of the entry that has a name, and whether there is none yet. Entries are
+// numbered plain properties first.
 template <class Place>
-inline void TextReader::hMarkReplacedWith(const Frame& iFrame, Place iPlace)
+inline void TextReader::hMarkReplacedWith(const Frame& iFrame, const Place& iPlace)
 {
-    const std::size_t lPlains = mPlains.GetCount() - iFrame.mFirstPlain;
-    const std::size_t lCount = lPlains + mNests.GetCount() - iFrame.mFirstNest;
-    for (std::size_t lNumber = 0; lNumber < lCount; ++lNumber)
-    {
-        const std::wstring_view lName = hGetName(iFrame, lNumber);
-        const auto [lPlace, lIsNew] = iPlace(
-            lName, [&](std::size_t iOther) { return AreEqualTexts(hGetName(iFrame, iOther), lName); });
-        std::size_t lReplaced = lNumber;
-        if (lIsNew || std::less<>()(hGetName(iFrame, *lPlace).data(), lName.data()))
-        {
-            lReplaced = *lPlace;
-            *lPlace = static_cast<std::remove_reference_t<decltype(*lPlace)>>(lNumber);
-        }
+    Plain* lPlains = mPlains.GetData() + iFrame.mFirstPlain;
+    Nest* lNests = mNests.GetData() + iFrame.mFirstNest;
+    const std::size_t lPlainCount = mPlains.GetCount() - iFrame.mFirstPlain;
+    const std::size_t lNestCount = mNests.GetCount() - iFrame.mFirstNest;
+    const auto lNameOf = [=](std::size_t iNumber) {
+        return iNumber < lPlainCount ? lPlains[iNumber].mName : lNests[iNumber - lPlainCount].mName;
+    };
+    const auto lTake = [&](std::size_t iNumber, std::wstring_view iName) {
+        const auto [lPlace, lIsNew] =
+            iPlace(iName, [&](std::size_t iOther) { return AreEqualTexts(lNameOf(iOther), iName); });
+        using Number = std::remove_reference_t<decltype(*lPlace)>;
         if (lIsNew)
         {
-            continue;
+            *lPlace = static_cast<Number>(iNumber);
+            return;
         }
-        if (lReplaced < lPlains)
+        // The one of the two that was read first is replaced.
+        std::size_t lReplaced = iNumber;
+        if (std::less<>()(lNameOf(*lPlace).data(), iName.data()))
         {
-            mPlains[iFrame.mFirstPlain + lReplaced].mEscapable = gReplaced;
+            lReplaced = *lPlace;
+            *lPlace = static_cast<Number>(iNumber);
+        }
+        if (lReplaced < lPlainCount)
+        {
+            lPlains[lReplaced].mEscapable = gReplaced;
         }
         else
         {
-            mNests[iFrame.mFirstNest + lReplaced - lPlains].mIsReplaced = true;
+            lNests[lReplaced - lPlainCount].mIsReplaced = true;
         }
+    };
+    for (std::size_t lIndex = 0; lIndex < lPlainCount; ++lIndex)
+    {
+        lTake(lIndex, lPlains[lIndex].mName);
+    }
+    for (std::size_t lIndex = 0; lIndex < lNestCount; ++lIndex)
+    {
+        lTake(lPlainCount + lIndex, lNests[lIndex].mName);
     }
 }
 
@@ -343,33 +343,33 @@ TextReader::Size TextReader::hGetSizeOfPlains(const Frame& iFrame) noexcept
 }
 
 // Takes the nests from the stack.
-void TextReader::hFill(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag)
+void TextReader::hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& oValues, Nests& oNests)
 {
     const Size lSize = hGetSizeOfPlains(iFrame);
     if (lSize.mCount != 0)
     {
-        ValueContent::Filler lFiller(oBag.mValueContent, lSize.mCount, lSize.mLength, mTextStop);
-        for (std::size_t lIndex = iFrame.mFirstPlain; lIndex < mPlains.GetCount(); ++lIndex)
+        ValueContent::Filler lFiller(oValues, lSize.mCount, lSize.mLength, mTextStop);
+        const Plain* lStop = mPlains.GetData() + mPlains.GetCount();
+        for (const Plain* lPlain = mPlains.GetData() + iFrame.mFirstPlain; lPlain != lStop; ++lPlain)
         {
-            const Plain& lPlain = mPlains[lIndex];
-            if (lPlain.mEscapable == 0)
+            if (lPlain->mEscapable == 0)
             {
-                lFiller.Append(lPlain.mName, lPlain.mValue);
+                lFiller.Append(lPlain->mName, lPlain->mValue);
             }
-            else if (lPlain.mEscapable != gReplaced)
+            else if (lPlain->mEscapable != gReplaced)
             {
-                const std::size_t lLength = lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable;
-                WriteEscaped(lPlain.mValue, lFiller.AppendName(lPlain.mName, lLength));
+                const std::size_t lLength = lPlain->mValue.size() + gEscapeGrowth * lPlain->mEscapable;
+                WriteEscaped(lPlain->mValue, lFiller.AppendName(lPlain->mName, lLength));
             }
         }
     }
     if (iFrame.mFirstNest != mNests.GetCount())
     {
-        hFillWithNests(iFrame, iWithEmptyNests, oBag);
+        hFillWithNests(iFrame, iWithEmptyNests, oNests);
     }
 }
 
-void TextReader::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag)
+void TextReader::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, Nests& oNests)
 {
     const auto lIsKept = [&](const Nest& iNest) {
         return !iNest.mIsReplaced && (iWithEmptyNests || !iNest.mBag->hIsEmpty());
@@ -379,14 +379,14 @@ void TextReader::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, Prope
     {
         lNestCount += lIsKept(mNests[lIndex]) ? 1 : 0;
     }
-    oBag.mEmbeddedContent.reserve(lNestCount);
+    oNests.reserve(lNestCount);
     for (std::size_t lIndex = iFrame.mFirstNest; lIndex < mNests.GetCount(); ++lIndex)
     {
         Nest& lNest = mNests[lIndex];
         if (lIsKept(lNest))
         {
-            oBag.mEmbeddedContent.emplace_back(AsName(lNest.mName), nullptr);
-            oBag.mEmbeddedContent.back().second.Attach(std::exchange(lNest.mBag, nullptr));
+            oNests.emplace_back(AsName(lNest.mName), nullptr);
+            oNests.back().second.Attach(std::exchange(lNest.mBag, nullptr));
         }
         else
         {
@@ -398,21 +398,22 @@ void TextReader::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, Prope
 void TextReader::MoveTo(PropertyBagImpl& oBag)
 {
     // Filled apart, so that a failure leaves the bag as it is.
-    PropertyBagImpl lFilled(mBegin, mEnd, true);
-    hFillWithAll(lFilled);
-    oBag.mValueContent = std::move(lFilled.mValueContent);
-    oBag.mEmbeddedContent.swap(lFilled.mEmbeddedContent);
+    ValueContent lValues;
+    Nests lNests;
+    hFillWithAll(lValues, lNests);
+    oBag.mValueContent = std::move(lValues);
+    oBag.mEmbeddedContent.swap(lNests);
 }
 
 QBase::SmartPtrI<PropertyBagImpl> TextReader::MakeBag()
 {
     QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBegin, mEnd, true));
-    hFillWithAll(*lBag);
+    hFillWithAll(lBag->mValueContent, lBag->mEmbeddedContent);
     return lBag;
 }
 
 // Directly in the bag that the text is read into, an empty nest stays.
-void TextReader::hFillWithAll(PropertyBagImpl& oBag)
+void TextReader::hFillWithAll(ValueContent& oValues, Nests& oNests)
 {
     Frame lFrame = mFrames.Top();
     hMarkReplaced(lFrame);
@@ -423,7 +424,7 @@ void TextReader::hFillWithAll(PropertyBagImpl& oBag)
             mAreNestsClean.push_back(mNests[lIndex].mIsClean);
         }
     }
-    hFill(lFrame, true, oBag);
+    hFill(lFrame, true, oValues, oNests);
 }
 
 bool TextReader::hIsPairNeutral()

@@ -5,6 +5,7 @@
 #include <limits>
 #include <new>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 namespace QTalBase
@@ -59,6 +60,14 @@ ValueContent& ValueContent::operator=(ValueContent iOther) noexcept
 ValueContent::~ValueContent()
 {
     ::operator delete(mEntries);
+}
+
+bool ValueContent::IsSameThroughout(const ValueContent& iOther) const noexcept
+{
+    static_assert(std::has_unique_object_representations_v<Entry>);
+    return mCount == iOther.mCount && mTextLength == iOther.mTextLength &&
+           (mCount == 0 || (std::memcmp(mEntries, iOther.mEntries, mCount * sizeof(Entry)) == 0 &&
+                            std::wmemcmp(mText, iOther.mText, mTextLength) == 0));
 }
 
 void ValueContent::Reserve(std::size_t iCount, std::size_t iTextLength)

@@ -22,7 +22,7 @@ struct DelimiterPair
 // Throws for a pair that no bag may have; the texts are in TalBase/PropertyBag.h, at GetString.
 void CheckValidityOfDelimiters(const DelimiterPair& iPair);
 
-// Whether the pair equals the texts at BEGIN and END now.
+// Whether the pair, which must be a bag's own, equals the texts at BEGIN and END now.
 bool AreDefaultDelimiters(const DelimiterPair& iPair) noexcept;
 
 // The number of characters that escaping replaces.

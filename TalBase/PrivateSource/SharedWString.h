@@ -18,6 +18,9 @@ namespace QTalBase
 class SharedWString
 {
 public:
+    static constexpr wchar_t gDefaultBegin[] = L"++++";
+    static constexpr wchar_t gDefaultEnd[] = L"***";
+
     explicit SharedWString(std::wstring_view iText);
 
     SharedWString(const SharedWString& iOther) noexcept : mText(iOther.mText)

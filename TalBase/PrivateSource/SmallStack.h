@@ -32,6 +32,11 @@ public:
         return mValues[iIndex];
     }
 
+    Value* GetData() noexcept
+    {
+        return mValues;
+    }
+
     Value& Top() noexcept
     {
         return mValues[mCount - 1];

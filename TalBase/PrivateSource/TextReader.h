@@ -69,6 +69,10 @@ public:
     }
 
 private:
+    static constexpr std::size_t gReplaced = static_cast<std::size_t>(-1);
+
+    using Nests = std::vector<PropertyBagImpl::EmbeddedEntry>;
+
     enum class State
     {
         Name,
@@ -109,22 +113,19 @@ private:
         bool mIsClean;
     };
 
-    static constexpr std::size_t gReplaced = static_cast<std::size_t>(-1);
-
     template <class Cutter>
-    void hTakeAllOf(Cutter iCutter);
+    void hTakeAllOf(Cutter& oCutter);
     void hTakePlain(std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable);
     void hTakeUnusualPlain(std::wstring_view iName, std::wstring_view iValue);
     void hOpenNest();
     void hCloseNest();
     void hMarkReplaced(const Frame& iFrame);
     template <class Place>
-    void hMarkReplacedWith(const Frame& iFrame, Place iPlace);
-    std::wstring_view hGetName(const Frame& iFrame, std::size_t iNumber) noexcept;
+    void hMarkReplacedWith(const Frame& iFrame, const Place& iPlace);
     Size hGetSizeOfPlains(const Frame& iFrame) noexcept;
-    void hFill(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag);
-    void hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, PropertyBagImpl& oBag);
-    void hFillWithAll(PropertyBagImpl& oBag);
+    void hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& oValues, Nests& oNests);
+    void hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, Nests& oNests);
+    void hFillWithAll(ValueContent& oValues, Nests& oNests);
     bool hIsPairNeutral();
     bool hCanHeaderCarryPair();
 

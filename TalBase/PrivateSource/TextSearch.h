@@ -1,6 +1,6 @@
 // Searching in texts that come from the network, in time linear in text and delimiters whatever these hold.
 //
-// Short delimiters are found by their first characters, sixteen places at a time where the machine can, and compared on
+// Short delimiters are found by their first characters, 32 places at a time where the machine can, and compared on
 // the spot: at most gShortDelimiter steps a place. Long ones, for which that product could hurt, go through the
 // Knuth-Morris-Pratt automaton.
 
@@ -10,6 +10,7 @@
 #include "TalBase/PrivateSource/TextPrimitives.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -64,12 +65,10 @@ class ShortCutter
 {
 public:
     ShortCutter(std::wstring_view iText, std::wstring_view iBegin, std::wstring_view iEnd) noexcept
-        : mRunStart(iText.data()),
-          mRunStop(iText.data()),
-          mPosition(iText.data()),
-          mBlock(iText.data()),
-          mBlockStop(iText.data()),
+        : mPosition(iText.data()),
           mTextStop(iText.data() + iText.size()),
+          mWindow{iText.data(), iText.data(), 0},
+          mIsWindowWide(iText.size() >= gBlock),
           mBegin(iBegin),
           mEnd(iEnd)
     {
@@ -78,17 +77,8 @@ public:
     Found Next() noexcept
     {
         mMayHoldFirstCharacter = false;
-        for (;;)
+        while (const wchar_t* lPlace = hNextCandidate(mWindow))
         {
-            while (mCandidates == 0)
-            {
-                if (mBlockStop == mTextStop)
-                {
-                    return Found::Nothing;
-                }
-                hLoadBlock(mBlockStop);
-            }
-            const wchar_t* lPlace = mBlock + __builtin_ctz(mCandidates);
             if (mBegin.IsAt(lPlace, mTextStop))
             {
                 return hFound(Found::Begin, lPlace, mBegin.GetLength());
@@ -98,13 +88,48 @@ public:
                 return hFound(Found::End, lPlace, mEnd.GetLength());
             }
             mMayHoldFirstCharacter = true;
-            mCandidates &= mCandidates - 1;
+            mWindow.DropFirst();
         }
+        return Found::Nothing;
+    }
+
+    // Takes the plain properties that follow each other from here, name, begin, value and end, neither text empty, and
+    // hands name, value and what MayHoldFirstCharacter tells of the value to iTake. Goes on behind the last of them.
+    // Does what calls of Next would; most texts mainly consist of such runs, and here all that changes stays in
+    // registers.
+    template <class Take>
+    void TakePlains(const Take& iTake)
+    {
+        Window lWindow = mWindow;
+        const wchar_t* lName = mPosition;
+        for (;;)
+        {
+            bool lMayHold = false;
+            const wchar_t* lNameStop = hFind(mBegin, mEnd, lWindow, lMayHold);
+            if (lNameStop == nullptr || lNameStop == lName)
+            {
+                break;
+            }
+            const wchar_t* lValue = lNameStop + mBegin.GetLength();
+            lWindow.GoOnAt(lValue);
+            lMayHold = false;
+            const wchar_t* lValueStop = hFind(mEnd, mBegin, lWindow, lMayHold);
+            if (lValueStop == nullptr || lValueStop == lValue)
+            {
+                break;
+            }
+            mPosition = lValueStop + mEnd.GetLength();
+            lWindow.GoOnAt(mPosition);
+            iTake(std::wstring_view(lName, static_cast<std::size_t>(lNameStop - lName)),
+                  std::wstring_view(lValue, static_cast<std::size_t>(lValueStop - lValue)), lMayHold);
+            lName = mPosition;
+        }
+        mWindow = Window{mPosition, mPosition, 0};
     }
 
     std::wstring_view GetRun() const noexcept
     {
-        return {mRunStart, static_cast<std::size_t>(mRunStop - mRunStart)};
+        return mRun;
     }
 
     // Whether the run may hold the first character of a delimiter. False only where it certainly holds none.
@@ -114,7 +139,7 @@ public:
     }
 
 private:
-    static constexpr std::ptrdiff_t gBlock = 16;
+    static constexpr std::size_t gBlock = 32;
 
     // A delimiter, ready to be compared with the text at a place.
     class Delimiter
@@ -130,7 +155,6 @@ private:
                 lFour[lIndex] = iText[lIndex];
             }
             mFour = LoadFour(lFour);
-            mFirst = _mm_set1_epi32(static_cast<int>(iText[0]));
             mMask = (1U << lCount) - 1;
 #endif
         }
@@ -142,99 +166,167 @@ private:
 
         bool IsAt(const wchar_t* ipPlace, const wchar_t* ipTextStop) const noexcept
         {
-            const std::size_t lLeft = static_cast<std::size_t>(ipTextStop - ipPlace);
+            const std::ptrdiff_t lLeft = ipTextStop - ipPlace;
 #if defined(__SSE2__)
             if (lLeft >= 4)
             {
                 return (EqualFour(LoadFour(ipPlace), mFour) & mMask) == mMask &&
-                       (mText.size() <= 4 ||
-                        (lLeft >= mText.size() && AreEqualTexts(ipPlace + 4, mText.data() + 4, mText.size() - 4)));
+                       (mText.size() <= 4 || hIsRestAt(ipPlace, static_cast<std::size_t>(lLeft)));
             }
 #endif
-            return lLeft >= mText.size() && AreEqualTexts(ipPlace, mText.data(), mText.size());
+            return static_cast<std::size_t>(lLeft) >= mText.size() &&
+                   AreEqualTexts(ipPlace, mText.data(), mText.size());
         }
 
-        bool StartsWith(wchar_t iCharacter) const noexcept
+        wchar_t GetFirst() const noexcept
         {
-            return mText[0] == iCharacter;
+            return mText[0];
         }
-
-#if defined(__SSE2__)
-        // Which of four characters are the delimiter's first.
-        __m128i FirstAmong(__m128i iFour) const noexcept
-        {
-            return _mm_cmpeq_epi32(iFour, mFirst);
-        }
-#endif
 
     private:
-        std::wstring_view mText;
 #if defined(__SSE2__)
+        bool hIsRestAt(const wchar_t* ipPlace, std::size_t iLeft) const noexcept
+        {
+            return iLeft >= mText.size() && AreEqualTexts(ipPlace + 4, mText.data() + 4, mText.size() - 4);
+        }
+
         __m128i mFour;
-        __m128i mFirst;
         unsigned int mMask;
 #endif
+        std::wstring_view mText;
     };
 
-    // Finds the candidates, places that hold the first character of a delimiter, among the next characters.
-    void hLoadBlock(const wchar_t* ipFrom) noexcept
+    // What is known of the text from a position on: candidates are places that may hold the first character of a
+    // delimiter.
+    struct Window
     {
-        mBlock = ipFrom;
-#if defined(__SSE2__)
-        if (mTextStop - ipFrom >= gBlock)
+        const wchar_t* mBlock;
+        const wchar_t* mStop;      // behind the block: from here on nothing is known
+        std::uint32_t mCandidates; // of the block, those at or behind the position: a bit each
+
+        void DropFirst() noexcept
         {
-            mBlockStop = ipFrom + gBlock;
-            const __m128i lLow = _mm_packs_epi32(hCandidatesAmong(ipFrom), hCandidatesAmong(ipFrom + 4));
-            const __m128i lHigh = _mm_packs_epi32(hCandidatesAmong(ipFrom + 8), hCandidatesAmong(ipFrom + 12));
-            mCandidates = static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(lLow, lHigh)));
+            mCandidates &= mCandidates - 1;
+        }
+
+        // Drops the candidates before a position, which may lie behind the block.
+        void GoOnAt(const wchar_t* ipPosition) noexcept
+        {
+            if (ipPosition >= mStop)
+            {
+                mStop = ipPosition;
+                mCandidates = 0;
+            }
+            else
+            {
+                mCandidates &= ~std::uint32_t{0} << (ipPosition - mBlock);
+            }
+        }
+    };
+
+    // The first candidate, which stays one, or null at the end of the text.
+    const wchar_t* hNextCandidate(Window& oWindow) const noexcept
+    {
+        while (oWindow.mCandidates == 0)
+        {
+            if (oWindow.mStop == mTextStop)
+            {
+                return nullptr;
+            }
+            hLoadBlock(oWindow);
+        }
+        return oWindow.mBlock + __builtin_ctz(oWindow.mCandidates);
+    }
+
+    // The place of a delimiter, or null where the other one or the end of the text comes first.
+    const wchar_t* hFind(const Delimiter& iWanted, const Delimiter& iOther, Window& oWindow,
+                         bool& oMayHoldFirst) const noexcept
+    {
+        while (const wchar_t* lPlace = hNextCandidate(oWindow))
+        {
+            if (iWanted.IsAt(lPlace, mTextStop))
+            {
+                return lPlace;
+            }
+            if (iOther.IsAt(lPlace, mTextStop))
+            {
+                return nullptr;
+            }
+            oMayHoldFirst = true;
+            oWindow.DropFirst();
+        }
+        return nullptr;
+    }
+
+    // Finds the candidates among the characters that follow the window. At the end of the text the block overlaps what
+    // is known already.
+    void hLoadBlock(Window& oWindow) const noexcept
+    {
+        const wchar_t* lFrom = oWindow.mStop;
+        const std::size_t lLeft = static_cast<std::size_t>(mTextStop - lFrom);
+#if defined(__SSE2__)
+        if (lLeft >= gBlock || mIsWindowWide)
+        {
+            oWindow.mBlock = lLeft >= gBlock ? lFrom : mTextStop - gBlock;
+            oWindow.mStop = oWindow.mBlock + gBlock;
+            oWindow.mCandidates = hCandidatesAmong(oWindow.mBlock) | hCandidatesAmong(oWindow.mBlock + 16) << 16;
+            oWindow.mCandidates &= ~std::uint32_t{0} << (lFrom - oWindow.mBlock);
             return;
         }
 #endif
-        mBlockStop = mTextStop - ipFrom >= gBlock ? ipFrom + gBlock : mTextStop;
-        mCandidates = 0;
-        for (const wchar_t* lPlace = mBlockStop; lPlace != ipFrom;)
+        oWindow.mBlock = lFrom;
+        oWindow.mStop = lLeft >= gBlock ? lFrom + gBlock : mTextStop;
+        for (const wchar_t* lPlace = lFrom; lPlace != oWindow.mStop; ++lPlace)
         {
-            --lPlace;
-            mCandidates = mCandidates << 1 | (mBegin.StartsWith(*lPlace) || mEnd.StartsWith(*lPlace) ? 1U : 0U);
+            const bool lIsCandidate = *lPlace == mBegin.GetFirst() || *lPlace == mEnd.GetFirst();
+            oWindow.mCandidates |= static_cast<std::uint32_t>(lIsCandidate) << (lPlace - lFrom);
         }
     }
 
 #if defined(__SSE2__)
-    __m128i hCandidatesAmong(const wchar_t* ipFour) const noexcept
+    // A bit for each of 16 characters. They are compared in 16 bits, saturated, so that characters outside the lower
+    // half of the basic plane may be candidates for each other.
+    std::uint32_t hCandidatesAmong(const wchar_t* ipText) const noexcept
     {
-        const __m128i lFour = LoadFour(ipFour);
-        return _mm_or_si128(mBegin.FirstAmong(lFour), mEnd.FirstAmong(lFour));
+        const __m128i lLow = hCandidatesAmongEight(ipText);
+        const __m128i lHigh = hCandidatesAmongEight(ipText + 8);
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(lLow, lHigh)));
+    }
+
+    __m128i hCandidatesAmongEight(const wchar_t* ipText) const noexcept
+    {
+        const __m128i lEight = _mm_packs_epi32(LoadFour(ipText), LoadFour(ipText + 4));
+        return _mm_or_si128(_mm_cmpeq_epi16(lEight, mBeginFirst), _mm_cmpeq_epi16(lEight, mEndFirst));
+    }
+
+    static __m128i hSaturated(wchar_t iCharacter) noexcept
+    {
+        const __m128i lFour = _mm_set1_epi32(static_cast<int>(iCharacter));
+        return _mm_packs_epi32(lFour, lFour);
     }
 #endif
 
-    // Makes the run and drops the candidates inside the delimiter; one that reaches out of the block ends it.
+    // Makes the run and goes on behind the delimiter.
     Found hFound(Found iFound, const wchar_t* ipStart, std::size_t iLength) noexcept
     {
-        mRunStart = mPosition;
-        mRunStop = ipStart;
+        mRun = std::wstring_view(mPosition, static_cast<std::size_t>(ipStart - mPosition));
         mPosition = ipStart + iLength;
-        if (mPosition >= mBlockStop)
-        {
-            mBlockStop = mPosition;
-            mCandidates = 0;
-        }
-        else
-        {
-            mCandidates &= ~0U << (mPosition - mBlock);
-        }
+        mWindow.GoOnAt(mPosition);
         return iFound;
     }
 
-    const wchar_t* mRunStart;
-    const wchar_t* mRunStop;
     const wchar_t* mPosition; // behind the delimiter found last
-    const wchar_t* mBlock;
-    const wchar_t* mBlockStop; // up to here the candidates are known
     const wchar_t* mTextStop;
-    unsigned int mCandidates = 0; // of the block, those at or behind the position: a bit each
+    Window mWindow;
+    bool mIsWindowWide; // the text is as long as a block
     bool mMayHoldFirstCharacter = false;
+    std::wstring_view mRun;
     Delimiter mBegin;
     Delimiter mEnd;
+#if defined(__SSE2__)
+    __m128i mBeginFirst = hSaturated(mBegin.GetFirst());
+    __m128i mEndFirst = hSaturated(mEnd.GetFirst());
+#endif
 };
 
 class LongCutter
@@ -247,6 +339,12 @@ public:
 
     // Throws std::bad_alloc.
     Found Next();
+
+    // Takes none: beside the steps of the automata a fast way would not pay.
+    template <class Take>
+    void TakePlains(const Take& /*iTake*/)
+    {
+    }
 
     std::wstring_view GetRun() const noexcept
     {

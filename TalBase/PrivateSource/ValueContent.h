@@ -75,7 +75,16 @@ public:
                              lLeft.mNameLength + lLeft.mValueLength);
     }
 
-    // The same for one entry more, and gives back memory that a much larger content once needed.
+    // Whether the contents are the same, entry for entry. False also where they are but lie in the memory differently.
+    bool IsSameThroughout(const ValueContent& iOther) const noexcept;
+
+    // Whether a character occurs in a name or a value, or may occur: characters of removed entries count.
+    bool MayHold(wchar_t iCharacter) const noexcept
+    {
+        return mTextLength != 0 && std::wmemchr(mText, iCharacter, mTextLength) != nullptr;
+    }
+
+    // Makes room for one entry more, and gives back memory that a much larger content once needed. Throws as Reserve.
     void ReserveForOne(std::size_t iTextLength);
 
     // Appends an entry. Its texts may not lie in this content's own memory. Throws as Reserve does, nothing changed.
@@ -153,18 +162,16 @@ public:
     }
 
 private:
-    static constexpr std::size_t gStep = 16;
+    static constexpr std::ptrdiff_t gStep = 16;
 
     wchar_t* hCopy(std::wstring_view iText, wchar_t* opTarget) const noexcept
     {
-        const std::size_t lSteps = (iText.size() + gStep - 1) / gStep;
-        const std::ptrdiff_t lCopied = static_cast<std::ptrdiff_t>(lSteps * gStep);
-        if (lSteps > 2 || mSourceStop - iText.data() < lCopied || mTargetStop - opTarget < lCopied)
+        if (mSourceStop - iText.data() < 2 * gStep || mTargetStop - opTarget < 2 * gStep || iText.size() > 2 * gStep)
         {
             return CopyText(iText, opTarget);
         }
         std::memcpy(opTarget, iText.data(), gStep * sizeof(wchar_t));
-        if (lSteps == 2)
+        if (iText.size() > gStep)
         {
             std::memcpy(opTarget + gStep, iText.data() + gStep, gStep * sizeof(wchar_t));
         }
