@@ -74,7 +74,7 @@ TextReader::TextReader(const SharedWString& iBegin, const SharedWString& iEnd)
     : mBegin(iBegin),
       mEnd(iEnd),
       mIsDefaultPair(AreDefaultDelimiters({iBegin.View(), iEnd.View()})),
-      mStartsWithEscapable(iBegin.View()[0] == L'+' && iEnd.View()[0] == L'*')
+      mIsEveryValueSuspect(mIsDefaultPair && !(iBegin.View()[0] == L'+' && iEnd.View()[0] == L'*'))
 {
     mFrames.Push(Frame{{}, 0, 0, true});
 }
@@ -108,17 +108,48 @@ void TextReader::TakeAll(std::wstring_view iText, std::size_t iPosition)
     Finish();
 }
 
-// Plain properties are taken whole where they follow each other; everything else goes token by token.
+// What a cutter that takes whole properties tells.
+class TextReader::Taker
+{
+public:
+    explicit Taker(TextReader& oReader) noexcept : mReader(oReader) {}
+
+    void TakePlain(std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable)
+    {
+        mReader.hTakePlain(iName, iValue, iMayBeEscapable);
+    }
+
+    void OpenNest(std::wstring_view iName)
+    {
+        mReader.mName = iName;
+        mReader.hOpenNest();
+    }
+
+    void CloseNest()
+    {
+        mReader.Take(Token::End, {});
+    }
+
+    void ExpectValue(std::wstring_view iName) noexcept
+    {
+        mReader.mName = iName;
+        mReader.mState = State::Value;
+    }
+
+private:
+    TextReader& mReader;
+};
+
+// Properties are taken whole where they follow each other as they mostly do; everything else goes token by token.
 template <class Cutter>
 void TextReader::hTakeAllOf(Cutter& oCutter)
 {
+    Taker lTaker(*this);
     for (;;)
     {
         if (mState == State::Name)
         {
-            oCutter.TakePlains([this](std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable) {
-                hTakePlain(iName, iValue, iMayBeEscapable);
-            });
+            oCutter.TakeProperties(lTaker);
         }
         const Found lFound = oCutter.Next();
         if (lFound == Found::Nothing)
@@ -202,8 +233,7 @@ void TextReader::Finish() const
 
 inline void TextReader::hTakePlain(std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable)
 {
-    // With pairs that start with the characters to escape, the cutter has stumbled over every one of them.
-    if (mIsDefaultPair && (iMayBeEscapable || !mStartsWithEscapable))
+    if (mIsEveryValueSuspect || (iMayBeEscapable && mIsDefaultPair))
     {
         hTakeUnusualPlain(iName, iValue);
         return;

@@ -113,6 +113,8 @@ private:
         bool mIsClean;
     };
 
+    class Taker;
+
     template <class Cutter>
     void hTakeAllOf(Cutter& oCutter);
     void hTakePlain(std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable);
@@ -132,7 +134,8 @@ private:
     SharedWString mBegin;
     SharedWString mEnd;
     bool mIsDefaultPair;
-    bool mStartsWithEscapable;            // both delimiters start with the characters that are escaped
+    bool mIsEveryValueSuspect; // of being escapable. Not where the pair starts with what is escaped: then the cutter
+                               // has stumbled over every such character.
     signed char mIsPairNeutral = -1;      // not known yet
     signed char mCanHeaderCarryPair = -1; // not known yet
     const wchar_t* mTextStop = nullptr;

@@ -77,54 +77,46 @@ public:
     Found Next() noexcept
     {
         mMayHoldFirstCharacter = false;
-        while (const wchar_t* lPlace = hNextCandidate(mWindow))
+        const wchar_t* lPlace;
+        const Found lFound = hFind(mBegin, Found::Begin, mEnd, Found::End, mWindow, mMayHoldFirstCharacter, lPlace);
+        if (lFound != Found::Nothing)
         {
-            if (mBegin.IsAt(lPlace, mTextStop))
-            {
-                return hFound(Found::Begin, lPlace, mBegin.GetLength());
-            }
-            if (mEnd.IsAt(lPlace, mTextStop))
-            {
-                return hFound(Found::End, lPlace, mEnd.GetLength());
-            }
-            mMayHoldFirstCharacter = true;
-            mWindow.DropFirst();
+            mRun = std::wstring_view(mPosition, static_cast<std::size_t>(lPlace - mPosition));
+            mPosition = lPlace + (lFound == Found::Begin ? mBegin : mEnd).GetLength();
         }
-        return Found::Nothing;
+        return lFound;
     }
 
-    // Takes the plain properties that follow each other from here, name, begin, value and end, neither text empty, and
-    // hands name, value and what MayHoldFirstCharacter tells of the value to iTake. Goes on behind the last of them.
-    // Does what calls of Next would; most texts mainly consist of such runs, and here all that changes stays in
-    // registers.
-    template <class Take>
-    void TakePlains(const Take& iTake)
+    // Takes the properties that follow each other from here, as long as no run is empty but the one before a nest's
+    // end, and goes on behind what it took. Does what calls of Next would, but here all that changes stays in
+    // registers. Tells oTaker: TakePlain(name, value, what MayHoldFirstCharacter tells of the value), OpenNest(name),
+    // CloseNest(), and ExpectValue(name) where it ends behind a name and its begin delimiter.
+    template <class Taker>
+    void TakeProperties(Taker& oTaker)
     {
         Window lWindow = mWindow;
-        const wchar_t* lName = mPosition;
         for (;;)
         {
+            mWindow = lWindow;
+            const wchar_t* lName = mPosition;
+            const wchar_t* lNameStop;
             bool lMayHold = false;
-            const wchar_t* lNameStop = hFind(mBegin, mEnd, lWindow, lMayHold);
-            if (lNameStop == nullptr || lNameStop == lName)
+            const Found lFound = hFind(mBegin, Found::Begin, mEnd, Found::End, lWindow, lMayHold, lNameStop);
+            if (lFound == Found::End && lNameStop == lName)
             {
-                break;
+                mPosition = lName + mEnd.GetLength();
+                oTaker.CloseNest();
+                continue;
             }
-            const wchar_t* lValue = lNameStop + mBegin.GetLength();
-            lWindow.GoOnAt(lValue);
-            lMayHold = false;
-            const wchar_t* lValueStop = hFind(mEnd, mBegin, lWindow, lMayHold);
-            if (lValueStop == nullptr || lValueStop == lValue)
+            if (lFound != Found::Begin || lNameStop == lName)
             {
-                break;
+                return;
             }
-            mPosition = lValueStop + mEnd.GetLength();
-            lWindow.GoOnAt(mPosition);
-            iTake(std::wstring_view(lName, static_cast<std::size_t>(lNameStop - lName)),
-                  std::wstring_view(lValue, static_cast<std::size_t>(lValueStop - lValue)), lMayHold);
-            lName = mPosition;
+            if (!hTakeValue(oTaker, lName, lNameStop, lWindow))
+            {
+                return;
+            }
         }
-        mWindow = Window{mPosition, mPosition, 0};
     }
 
     std::wstring_view GetRun() const noexcept
@@ -164,18 +156,23 @@ private:
             return mText.size();
         }
 
+        // Mostly decided by the first four characters; the calls of the other cases stay out of the way.
         bool IsAt(const wchar_t* ipPlace, const wchar_t* ipTextStop) const noexcept
         {
-            const std::ptrdiff_t lLeft = ipTextStop - ipPlace;
 #if defined(__SSE2__)
-            if (lLeft >= 4)
+            if (ipTextStop - ipPlace >= 4) [[likely]]
             {
-                return (EqualFour(LoadFour(ipPlace), mFour) & mMask) == mMask &&
-                       (mText.size() <= 4 || hIsRestAt(ipPlace, static_cast<std::size_t>(lLeft)));
+                if ((EqualFour(LoadFour(ipPlace), mFour) & mMask) != mMask)
+                {
+                    return false;
+                }
+                if (mText.size() <= 4) [[likely]]
+                {
+                    return true;
+                }
             }
 #endif
-            return static_cast<std::size_t>(lLeft) >= mText.size() &&
-                   AreEqualTexts(ipPlace, mText.data(), mText.size());
+            return hIsWholeAt(ipPlace, ipTextStop);
         }
 
         wchar_t GetFirst() const noexcept
@@ -184,12 +181,13 @@ private:
         }
 
     private:
-#if defined(__SSE2__)
-        bool hIsRestAt(const wchar_t* ipPlace, std::size_t iLeft) const noexcept
+        [[gnu::noinline]] bool hIsWholeAt(const wchar_t* ipPlace, const wchar_t* ipTextStop) const noexcept
         {
-            return iLeft >= mText.size() && AreEqualTexts(ipPlace + 4, mText.data() + 4, mText.size() - 4);
+            return static_cast<std::size_t>(ipTextStop - ipPlace) >= mText.size() &&
+                   AreEqualTexts(ipPlace, mText.data(), mText.size());
         }
 
+#if defined(__SSE2__)
         __m128i mFour;
         unsigned int mMask;
 #endif
@@ -202,60 +200,81 @@ private:
     {
         const wchar_t* mBlock;
         const wchar_t* mStop;      // behind the block: from here on nothing is known
-        std::uint32_t mCandidates; // of the block, those at or behind the position: a bit each
-
-        void DropFirst() noexcept
-        {
-            mCandidates &= mCandidates - 1;
-        }
-
-        // Drops the candidates before a position, which may lie behind the block.
-        void GoOnAt(const wchar_t* ipPosition) noexcept
-        {
-            if (ipPosition >= mStop)
-            {
-                mStop = ipPosition;
-                mCandidates = 0;
-            }
-            else
-            {
-                mCandidates &= ~std::uint32_t{0} << (ipPosition - mBlock);
-            }
-        }
+        std::uint64_t mCandidates; // of the block, those at or behind the position: a bit each, in the lower half
     };
 
-    // The first candidate, which stays one, or null at the end of the text.
-    const wchar_t* hNextCandidate(Window& oWindow) const noexcept
+    // Takes what follows a name and its begin delimiter: a value, or the names of nests and then one. Returns false
+    // where neither is there.
+    template <class Taker>
+    bool hTakeValue(Taker& oTaker, const wchar_t* ipName, const wchar_t* ipNameStop, Window& oWindow)
     {
-        while (oWindow.mCandidates == 0)
+        const wchar_t* lName = ipName;
+        const wchar_t* lNameStop = ipNameStop;
+        for (;;)
         {
-            if (oWindow.mStop == mTextStop)
+            const std::wstring_view lNameText(lName, static_cast<std::size_t>(lNameStop - lName));
+            const wchar_t* lValue = lNameStop + mBegin.GetLength();
+            const wchar_t* lValueStop;
+            mPosition = lValue;
+            bool lMayHold = false;
+            const Window lBefore = oWindow;
+            const Found lFound = hFind(mEnd, Found::End, mBegin, Found::Begin, oWindow, lMayHold, lValueStop);
+            if (lFound == Found::Nothing || lValueStop == lValue)
             {
-                return nullptr;
+                mWindow = lBefore;
+                oTaker.ExpectValue(lNameText);
+                return false;
             }
-            hLoadBlock(oWindow);
+            if (lFound == Found::End)
+            {
+                mPosition = lValueStop + mEnd.GetLength();
+                oTaker.TakePlain(lNameText, {lValue, static_cast<std::size_t>(lValueStop - lValue)}, lMayHold);
+                return true;
+            }
+            oTaker.OpenNest(lNameText);
+            lName = lValue;
+            lNameStop = lValueStop;
         }
-        return oWindow.mBlock + __builtin_ctz(oWindow.mCandidates);
     }
 
-    // The place of a delimiter, or null where the other one or the end of the text comes first.
-    const wchar_t* hFind(const Delimiter& iWanted, const Delimiter& iOther, Window& oWindow,
-                         bool& oMayHoldFirst) const noexcept
+    // Finds the next delimiter, asking for the likelier one first, and drops the candidates up to its end.
+    Found hFind(const Delimiter& iLikely, Found iLikelyFound, const Delimiter& iOther, Found iOtherFound,
+                Window& oWindow, bool& oMayHoldFirst, const wchar_t*& opPlace) const noexcept
     {
-        while (const wchar_t* lPlace = hNextCandidate(oWindow))
+        for (;;)
         {
-            if (iWanted.IsAt(lPlace, mTextStop))
+            while (oWindow.mCandidates == 0)
             {
-                return lPlace;
+                if (oWindow.mStop == mTextStop)
+                {
+                    return Found::Nothing;
+                }
+                hLoadBlock(oWindow);
             }
-            if (iOther.IsAt(lPlace, mTextStop))
+            const std::size_t lIndex = static_cast<std::size_t>(__builtin_ctzll(oWindow.mCandidates));
+            opPlace = oWindow.mBlock + lIndex;
+            if (iLikely.IsAt(opPlace, mTextStop))
             {
-                return nullptr;
+                hSkip(lIndex + iLikely.GetLength(), oWindow);
+                return iLikelyFound;
+            }
+            if (iOther.IsAt(opPlace, mTextStop))
+            {
+                hSkip(lIndex + iOther.GetLength(), oWindow);
+                return iOtherFound;
             }
             oMayHoldFirst = true;
-            oWindow.DropFirst();
+            oWindow.mCandidates &= oWindow.mCandidates - 1;
         }
-        return nullptr;
+    }
+
+    // Drops the candidates before an index of the block, which may lie behind it: short delimiters are shorter than a
+    // block.
+    static void hSkip(std::size_t iIndex, Window& oWindow) noexcept
+    {
+        oWindow.mCandidates &= ~std::uint64_t{0} << iIndex;
+        const wchar_t* lPosition = oWindow.mBlock + iIndex;
+        oWindow.mStop = lPosition > oWindow.mStop ? lPosition : oWindow.mStop;
     }
 
     // Finds the candidates among the characters that follow the window. At the end of the text the block overlaps what
@@ -270,7 +289,7 @@ private:
             oWindow.mBlock = lLeft >= gBlock ? lFrom : mTextStop - gBlock;
             oWindow.mStop = oWindow.mBlock + gBlock;
             oWindow.mCandidates = hCandidatesAmong(oWindow.mBlock) | hCandidatesAmong(oWindow.mBlock + 16) << 16;
-            oWindow.mCandidates &= ~std::uint32_t{0} << (lFrom - oWindow.mBlock);
+            oWindow.mCandidates &= ~std::uint64_t{0} << (lFrom - oWindow.mBlock);
             return;
         }
 #endif
@@ -279,7 +298,7 @@ private:
         for (const wchar_t* lPlace = lFrom; lPlace != oWindow.mStop; ++lPlace)
         {
             const bool lIsCandidate = *lPlace == mBegin.GetFirst() || *lPlace == mEnd.GetFirst();
-            oWindow.mCandidates |= static_cast<std::uint32_t>(lIsCandidate) << (lPlace - lFrom);
+            oWindow.mCandidates |= static_cast<std::uint64_t>(lIsCandidate) << (lPlace - lFrom);
         }
     }
 
@@ -305,15 +324,6 @@ private:
         return _mm_packs_epi32(lFour, lFour);
     }
 #endif
-
-    // Makes the run and goes on behind the delimiter.
-    Found hFound(Found iFound, const wchar_t* ipStart, std::size_t iLength) noexcept
-    {
-        mRun = std::wstring_view(mPosition, static_cast<std::size_t>(ipStart - mPosition));
-        mPosition = ipStart + iLength;
-        mWindow.GoOnAt(mPosition);
-        return iFound;
-    }
 
     const wchar_t* mPosition; // behind the delimiter found last
     const wchar_t* mTextStop;
@@ -341,8 +351,8 @@ public:
     Found Next();
 
     // Takes none: beside the steps of the automata a fast way would not pay.
-    template <class Take>
-    void TakePlains(const Take& /*iTake*/)
+    template <class Taker>
+    void TakeProperties(Taker& /*oTaker*/)
     {
     }
 

@@ -10,6 +10,7 @@
 
 #include "TalBase/PrivateSource/TextPrimitives.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -166,14 +167,18 @@ private:
 
     wchar_t* hCopy(std::wstring_view iText, wchar_t* opTarget) const noexcept
     {
-        if (mSourceStop - iText.data() < 2 * gStep || mTargetStop - opTarget < 2 * gStep || iText.size() > 2 * gStep)
+        const std::ptrdiff_t lRoom = std::min(mSourceStop - iText.data(), mTargetStop - opTarget);
+        if (iText.size() <= gStep && lRoom >= gStep)
         {
-            return CopyText(iText, opTarget);
+            std::memcpy(opTarget, iText.data(), gStep * sizeof(wchar_t));
         }
-        std::memcpy(opTarget, iText.data(), gStep * sizeof(wchar_t));
-        if (iText.size() > gStep)
+        else if (iText.size() <= 2 * gStep && lRoom >= 2 * gStep)
         {
-            std::memcpy(opTarget + gStep, iText.data() + gStep, gStep * sizeof(wchar_t));
+            std::memcpy(opTarget, iText.data(), 2 * gStep * sizeof(wchar_t));
+        }
+        else
+        {
+            CopyText(iText, opTarget);
         }
         return opTarget + iText.size();
     }
