@@ -31,6 +31,9 @@ function(talbase_library iTarget)
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize") # a sanitizer's own symbols stay open in a shared library
         target_link_options(${iTarget} PRIVATE LINKER:--no-undefined)
     endif()
+    # Calls inside a library need not go through its table of symbols: nobody replaces a single function of it. clang
+    # assumes so by itself.
+    target_compile_options(${iTarget} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
     talbase_warnings(${iTarget})
     target_sources(${iTarget} PUBLIC FILE_SET HEADERS BASE_DIRS ${i_BASE_DIR} FILES ${i_HEADERS})
     set_property(GLOBAL APPEND PROPERTY TALBASE_LIBRARIES ${iTarget})

@@ -197,7 +197,7 @@ QBase::ReturnWString PropertyBagImpl::GetProperty(const wchar_t* ipName) const
     {
         return mEmbeddedContent[lEmbeddedIndex].second->GetString(true, nullptr, nullptr, true);
     }
-    return L"";
+    return {nullptr, 0};
 }
 
 bool PropertyBagImpl::IsPropertyEmbedded(const wchar_t* ipName) const
@@ -621,8 +621,11 @@ void PropertyBagImpl::hAcceptOwnDelimiters()
 
 std::size_t PropertyBagImpl::hFindEmbedded(std::wstring_view iName) const noexcept
 {
+    const EmbeddedEntry* lEntries = mEmbeddedContent.data();
+    const std::size_t lCount = mEmbeddedContent.size();
     std::size_t lIndex = 0;
-    while (lIndex < mEmbeddedContent.size() && !AreEqualTexts(mEmbeddedContent[lIndex].first, iName))
+    while (lIndex < lCount && (lEntries[lIndex].first.GetLength() != iName.size() ||
+                               !AreEqualTexts(lEntries[lIndex].first.c_str(), iName.data(), iName.size())))
     {
         ++lIndex;
     }
