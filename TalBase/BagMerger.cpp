@@ -55,6 +55,7 @@ void BagMerger::SetPlain(std::wstring_view iName, std::wstring_view iValue)
     hCheckName(iName);
     std::wstring lEscaped;
     const std::wstring_view lStored = hStoredValue(iValue, lEscaped);
+    mBag.mValueContent.Reserve(1, iName.size() + lStored.size()); // a failure comes before anything is removed
     std::uint32_t* lPlace = hRemove(iName);
     mBag.mValueContent.Append(iName, lStored);
     hNumber(lPlace, mBag.mValueContent.GetCount() - 1, false);
@@ -95,6 +96,7 @@ void BagMerger::SetAllOfItself()
         hCheckName(lName);
         std::wstring lEscaped;
         const std::wstring_view lStored = hStoredValue(lValue, lEscaped);
+        mBag.mValueContent.Reserve(1, lName.size() + lStored.size()); // as above
         mBag.mValueContent.Kill(2 * lStep);
         mHasKilled = true;
         mBag.mValueContent.Append(lName, lStored);

@@ -2,16 +2,24 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <malloc.h>
 
 namespace
 {
 
 const std::size_t gNever = static_cast<std::size_t>(-1);
 
+// More than any machine has is refused here: a sanitizer would end the program over it.
+const std::size_t gMost = std::size_t{1} << 36;
+
 std::atomic<std::size_t> gMade{0};
 std::atomic<std::size_t> gLive{0};
 std::atomic<std::size_t> gLargest{0};
+std::atomic<std::size_t> gHeld{0};
+std::atomic<std::size_t> gPeak{0};
 std::atomic<std::size_t> gSuccessesLeft{gNever};
+std::atomic<std::size_t> gFailed{0};
+std::atomic<bool> gIsForGood{false};
 
 bool MustFail()
 {
@@ -20,23 +28,36 @@ bool MustFail()
     {
         return false;
     }
-    gSuccessesLeft = lLeft == 0 ? gNever : lLeft - 1;
-    return lLeft == 0;
+    if (lLeft > 0)
+    {
+        gSuccessesLeft = lLeft - 1;
+        return false;
+    }
+    gSuccessesLeft = gIsForGood ? 0 : gNever;
+    ++gFailed;
+    ++Support::gFailedAllocations;
+    return true;
+}
+
+void RaiseTo(std::atomic<std::size_t>& oMost, std::size_t iValue)
+{
+    std::size_t lMost = oMost;
+    while (iValue > lMost && !oMost.compare_exchange_weak(lMost, iValue))
+    {
+    }
 }
 
 void* Allocate(std::size_t iSize)
 {
-    void* const lMemory = MustFail() ? nullptr : std::malloc(iSize == 0 ? 1 : iSize);
+    RaiseTo(gLargest, iSize);
+    void* const lMemory = MustFail() || iSize > gMost ? nullptr : std::malloc(iSize == 0 ? 1 : iSize);
     if (lMemory == nullptr)
     {
         throw std::bad_alloc();
     }
     ++gMade;
     ++gLive;
-    if (iSize > gLargest)
-    {
-        gLargest = iSize;
-    }
+    RaiseTo(gPeak, gHeld += ::malloc_usable_size(lMemory));
     return lMemory;
 }
 
@@ -45,6 +66,7 @@ void Free(void* ipMemory)
     if (ipMemory != nullptr)
     {
         --gLive;
+        gHeld -= ::malloc_usable_size(ipMemory);
         std::free(ipMemory);
     }
 }
@@ -56,6 +78,7 @@ void* operator new(std::size_t iSize)
     return Allocate(iSize);
 }
 
+// By default this is the one above; a sanitizer's own is not.
 void* operator new[](std::size_t iSize)
 {
     return Allocate(iSize);
@@ -104,14 +127,32 @@ void ForgetLargest()
     gLargest = 0;
 }
 
-void FailAfter(std::size_t iSuccesses)
+std::size_t BytesHeld()
 {
+    return gHeld;
+}
+
+std::size_t PeakBytesHeld()
+{
+    return gPeak;
+}
+
+void RestartPeak()
+{
+    gPeak = gHeld.load();
+}
+
+void FailAfter(std::size_t iSuccesses, Shortage iShortage)
+{
+    gFailed = 0;
+    gIsForGood = iShortage == Shortage::FromThenOn;
     gSuccessesLeft = iSuccesses;
 }
 
-void StopFailing()
+std::size_t StopFailing()
 {
     gSuccessesLeft = gNever;
+    return gFailed;
 }
 
 } // namespace Support

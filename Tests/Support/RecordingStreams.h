@@ -7,6 +7,7 @@
 #include "QSerialization/DataStream.h"
 
 #include "Tests/Support/CallLog.h"
+#include "Tests/Support/Tally.h"
 
 #include <cstddef>
 #include <stdexcept>
@@ -21,7 +22,10 @@ namespace Support
 class StreamFailure : public std::runtime_error
 {
 public:
-    StreamFailure() : std::runtime_error("the stream fails") {}
+    StreamFailure() : std::runtime_error("the stream fails")
+    {
+        ++gFailedPrimitives;
+    }
 };
 
 inline const std::size_t gNeverFails = static_cast<std::size_t>(-1);

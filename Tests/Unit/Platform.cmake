@@ -38,4 +38,4 @@ talbase_test(PlatformThreadTests
 
 talbase_test(PlatformRandomSourceTests SOURCES QBaseGuidRandomSourceTest.cpp LINK ${lPlatform})
 
-talbase_test(PlatformAllocationTests SOURCES QAllocationFailureTest.cpp LINK ${lPlatform})
+talbase_test(PlatformAllocationTests SOURCES QAllocationFailureTest.cpp ../Support/FailingNew.cpp LINK ${lPlatform})
