@@ -1,0 +1,286 @@
+// The operations of collections.
+
+#include "Tests/Contract/Failures/Subjects.h"
+
+#include "QSerialization/MemoryDataStream.h"
+#include "TalBase/PropertyBags.h"
+#include "TalBase/SerializableStringCollection.h"
+
+namespace Failures
+{
+
+namespace
+{
+
+using QBase::SmartPtrI;
+using Support::Quoted;
+
+std::wstring SeeStrings(const QDataType::StringCollection* ipStrings)
+{
+    std::wstring lSeen = ipStrings != nullptr ? L"" : L"null";
+    for (unsigned long lIndex = 0; ipStrings != nullptr && lIndex < ipStrings->GetCount(); ++lIndex)
+    {
+        lSeen += Quoted(ipStrings->GetString(lIndex));
+    }
+    return lSeen;
+}
+
+// A collection of bags.
+
+using BagsPtr = SmartPtrI<QTalBase::PropertyBags>;
+
+std::wstring SeeBags(const BagsPtr& iBags)
+{
+    std::wstring lSeen = iBags ? L"" : L"null";
+    for (unsigned int lIndex = 0; iBags && lIndex < iBags->GetCount(); ++lIndex)
+    {
+        lSeen += Quoted(iBags->GetName(lIndex)) + L"=" + SeeBag(iBags->GetPropertyBag(lIndex)) + L"\n";
+    }
+    return lSeen;
+}
+
+struct BagsSubject
+{
+    std::wstring See() const
+    {
+        return SeeBags(mBags) + L"given " + SeeBag(mGiven) + L" answers " + SeeBag(mAnswer) + SeeBags(mClone) +
+               std::to_wstring(mNumber);
+    }
+
+    // Clones share the nests of the bags that are held.
+    std::vector<const void*> Identify() const
+    {
+        std::vector<const void*> lNests;
+        for (unsigned int lIndex = 0; lIndex < mBags->GetCount(); ++lIndex)
+        {
+            const std::vector<const void*> lOfOne = IdentifyNests(mBags->GetPropertyBag(lIndex));
+            lNests.insert(lNests.end(), lOfOne.begin(), lOfOne.end());
+        }
+        return lNests;
+    }
+
+    BagsPtr mBags = QTalBase::CreatePropertyBags();
+    BagPtr mGiven = Filled();
+    BagPtr mAnswer;
+    BagsPtr mClone;
+    long mNumber = -1;
+};
+
+std::unique_ptr<BagsSubject> ThreeBags()
+{
+    auto lSubject = std::make_unique<BagsSubject>();
+    lSubject->mBags->Add(LONG_A, Filled().get());
+    lSubject->mBags->Add(LONG_B, Raw().get());
+    lSubject->mBags->Add(LONG_B, Empty().get());
+    return lSubject;
+}
+
+Case OnCollection(const char* ipOperation, const char* ipSituation, const std::function<void(BagsSubject&)>& iRun)
+{
+    return On<BagsSubject>(ipOperation, ipSituation, ThreeBags, iRun);
+}
+
+// What was read before a failure stays.
+std::vector<std::wstring> BeginningsOfBags()
+{
+    std::vector<std::wstring> lStates;
+    const std::unique_ptr<BagsSubject> lAll = ThreeBags();
+    for (unsigned int lCount = 0; lCount < lAll->mBags->GetCount(); ++lCount)
+    {
+        BagsSubject lBeginning;
+        for (unsigned int lIndex = 0; lIndex < lCount; ++lIndex)
+        {
+            lBeginning.mBags->Add(lAll->mBags->GetName(lIndex), lAll->mBags->GetPropertyBag(lIndex).get());
+        }
+        lStates.push_back(lBeginning.See());
+    }
+    return lStates;
+}
+
+void ReadThreeBags(BagsSubject& oSubject)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    ThreeBags()->mBags->Serialize(lWritten);
+    QSerialization::MemoryReadDataStream lRead(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    oSubject.mBags->DeSerialize(lRead);
+}
+
+void AddBagCollections(Cases& oCases)
+{
+    oCases.push_back(OnCollection("QTalBase::CreatePropertyBags()", "",
+                                  [](BagsSubject& o) { o.mClone = QTalBase::CreatePropertyBags(); }));
+    const char* const lAdd = "QTalBase::PropertyBags::Add(const wchar_t*, const QTalBase::PropertyBag*)";
+    oCases.push_back(OnCollection(lAdd, "", [](BagsSubject& o) { o.mBags->Add(LONG_C, o.mGiven.get()); }));
+    oCases.push_back(OnCollection(
+        lAdd, "null", [](BagsSubject& o) { o.mNumber = LengthOfRefusal([&] { o.mBags->Add(LONG_C, nullptr); }); }));
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::GetCount() const", "", [](BagsSubject& o) {
+                         o.mNumber = static_cast<long>(o.mBags->GetCount());
+                     }).CannotFail());
+    const char* const lGetName = "QTalBase::PropertyBags::GetName(unsigned int) const";
+    oCases.push_back(OnCollection(lGetName, "", [](BagsSubject& o) {
+                         o.mNumber = static_cast<long>(std::wcslen(o.mBags->GetName(2)));
+                     }).CannotFail());
+    oCases.push_back(OnCollection(lGetName, "out of range", [](BagsSubject& o) {
+        o.mNumber = LengthOfRefusal([&] { static_cast<void>(o.mBags->GetName(3)); });
+    }));
+    const char* const lGetBag = "QTalBase::PropertyBags::GetPropertyBag(unsigned int) const";
+    oCases.push_back(OnCollection(lGetBag, "", [](BagsSubject& o) { o.mAnswer = o.mBags->GetPropertyBag(1); }));
+    oCases.push_back(OnCollection(lGetBag, "out of range", [](BagsSubject& o) {
+        o.mNumber = LengthOfRefusal([&] { o.mAnswer = o.mBags->GetPropertyBag(3); });
+    }));
+    const char* const lByName = "QTalBase::PropertyBags::GetPropertyBagByName(const wchar_t*) const";
+    oCases.push_back(
+        OnCollection(lByName, "", [](BagsSubject& o) { o.mAnswer = o.mBags->GetPropertyBagByName(LONG_B); }));
+    oCases.push_back(OnCollection(lByName, "unknown", [](BagsSubject& o) {
+                         o.mAnswer = o.mBags->GetPropertyBagByName(L"x");
+                     }).CannotFail());
+    oCases.push_back(
+        OnCollection("QTalBase::PropertyBags::Clone() const", "", [](BagsSubject& o) { o.mClone = o.mBags->Clone(); }));
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::Serialize(QSerialization::WriteDataStream&) const", "",
+                                  [](BagsSubject& o) {
+                                      QSerialization::MemoryWriteDataStream lStream;
+                                      o.mBags->Serialize(lStream);
+                                      o.mNumber = static_cast<long>(lStream.GetBytes().size());
+                                  }));
+    oCases.push_back(
+        OnCollection("QTalBase::PropertyBags::DeSerialize(QSerialization::ReadDataStream&)", "", ReadThreeBags)
+            .MayLeave(BeginningsOfBags()));
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::AddRef() const", "", [](BagsSubject& o) {
+                         const BagsPtr lSecond = o.mBags;
+                     }).CannotFail());
+    oCases.push_back(On<BagsSubject>(
+                         "QTalBase::PropertyBags::Release() const", "the last reference",
+                         [] {
+                             auto lSubject = ThreeBags();
+                             lSubject->mClone = ThreeBags()->mBags;
+                             return lSubject;
+                         },
+                         [](BagsSubject& o) { o.mClone = nullptr; })
+                         .CannotFail());
+}
+
+// A collection of strings.
+
+struct StringsSubject
+{
+    std::wstring See() const
+    {
+        std::wstring lSeen;
+        for (unsigned long lIndex = 0; lIndex < mStrings->GetCount(); ++lIndex)
+        {
+            lSeen += Quoted(mStrings->GetString(lIndex));
+        }
+        return lSeen + L" answers " + SeeStrings(mAnswer.get()) + (mMade ? L" made " : L" ") + std::to_wstring(mNumber);
+    }
+
+    std::vector<const void*> Identify() const
+    {
+        return {};
+    }
+
+    SmartPtrI<QTalBase::SerializableStringCollection> mStrings = QTalBase::CreateSerializableStringCollection();
+    SmartPtrI<QTalBase::SerializableStringCollection> mMade;
+    std::unique_ptr<QDataType::StringCollection> mAnswer;
+    long mNumber = -1;
+};
+
+std::unique_ptr<StringsSubject> TwoStrings()
+{
+    auto lSubject = std::make_unique<StringsSubject>();
+    lSubject->mStrings->Insert(LONG_A);
+    lSubject->mStrings->Insert(LONG_B);
+    return lSubject;
+}
+
+Case OnStrings(const char* ipOperation, const char* ipSituation, const std::function<void(StringsSubject&)>& iRun)
+{
+    return On<StringsSubject>(ipOperation, ipSituation, TwoStrings, iRun);
+}
+
+void ReadTwoStrings(StringsSubject& oSubject)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    TwoStrings()->mStrings->Serialize(lWritten);
+    QSerialization::MemoryReadDataStream lRead(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    oSubject.mStrings->DeSerialize(lRead);
+}
+
+// Reading adds to what is there, so a second try comes behind what the first one read.
+std::vector<std::wstring> StringsRead(bool iAndAgain)
+{
+    const std::unique_ptr<StringsSubject> lSubject = TwoStrings();
+    lSubject->mStrings->Insert(LONG_A);
+    if (iAndAgain)
+    {
+        ReadTwoStrings(*lSubject);
+    }
+    return {lSubject->See()};
+}
+
+void AddStringCollections(Cases& oCases)
+{
+    oCases.push_back(OnStrings("QTalBase::CreateSerializableStringCollection()", "",
+                               [](StringsSubject& o) { o.mMade = QTalBase::CreateSerializableStringCollection(); }));
+    const char* const lInsert = "QTalBase::SerializableStringCollection::Insert(const wchar_t*)";
+    oCases.push_back(OnStrings(lInsert, "", [](StringsSubject& o) { o.mStrings->Insert(LONG_C); }));
+    oCases.push_back(
+        OnStrings(lInsert, "one of its own", [](StringsSubject& o) { o.mStrings->Insert(o.mStrings->GetString(1)); }));
+    oCases.push_back(On<StringsSubject>(
+        "QTalBase::SerializableStringCollection::Insert(const QDataType::StringCollection&)", "",
+        [] {
+            auto lSubject = TwoStrings();
+            lSubject->mAnswer.reset(lSubject->mStrings->GetStringCollection());
+            return lSubject;
+        },
+        [](StringsSubject& o) { o.mStrings->Insert(*o.mAnswer); }));
+    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::GetCount() const", "", [](StringsSubject& o) {
+                         o.mNumber = static_cast<long>(o.mStrings->GetCount());
+                     }).CannotFail());
+    const char* const lGet = "QTalBase::SerializableStringCollection::GetString(unsigned long) const";
+    oCases.push_back(OnStrings(lGet, "", [](StringsSubject& o) {
+                         o.mNumber = static_cast<long>(std::wcslen(o.mStrings->GetString(1)));
+                     }).CannotFail());
+    oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& o) {
+        o.mNumber = LengthOfRefusal([&] { static_cast<void>(o.mStrings->GetString(2)); });
+    }));
+    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::Clear()", "", [](StringsSubject& o) {
+                         o.mStrings->Clear();
+                     }).CannotFail());
+    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::GetStringCollection() const", "",
+                               [](StringsSubject& o) { o.mAnswer.reset(o.mStrings->GetStringCollection()); }));
+    oCases.push_back(
+        OnStrings("QTalBase::SerializableStringCollection::Serialize(QSerialization::WriteDataStream&) const", "",
+                  [](StringsSubject& o) {
+                      QSerialization::MemoryWriteDataStream lStream;
+                      o.mStrings->Serialize(lStream);
+                      o.mNumber = static_cast<long>(lStream.GetBytes().size());
+                  }));
+    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::DeSerialize(QSerialization::ReadDataStream&)",
+                               "", ReadTwoStrings)
+                         .MayLeave(StringsRead(false))
+                         .MayComeLast(StringsRead(true)));
+    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::AddRef() const", "", [](StringsSubject& o) {
+                         o.mMade = o.mStrings;
+                     }).CannotFail());
+    oCases.push_back(On<StringsSubject>(
+                         "QTalBase::SerializableStringCollection::Release() const", "the last reference",
+                         [] {
+                             auto lSubject = TwoStrings();
+                             lSubject->mMade = TwoStrings()->mStrings;
+                             return lSubject;
+                         },
+                         [](StringsSubject& o) { o.mMade = nullptr; })
+                         .CannotFail());
+}
+
+} // namespace
+
+Cases MakeCollectionCases()
+{
+    Cases lCases;
+    AddBagCollections(lCases);
+    AddStringCollections(lCases);
+    return lCases;
+}
+
+} // namespace Failures

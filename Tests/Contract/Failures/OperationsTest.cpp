@@ -1,0 +1,224 @@
+// What every public operation leaves behind when memory runs out at any of its allocations, for a moment or for good;
+// and that no operation is forgotten: the virtual ones are those of Tests/Golden/Layout/VirtualSlots.txt, the others
+// those that the libraries export.
+
+#include "Tests/Contract/Failures/Trial.h"
+
+#include "QBase/Atomic.h"
+#include "QBase/Message.h"
+#include "QBase/ReferenceCounted.h"
+#include "QBase/SmartPtrI.h"
+
+#include "Tests/Support/FailingNew.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <type_traits>
+
+namespace
+{
+
+using namespace Failures;
+
+void TryAll(const Cases& iCases)
+{
+    const std::size_t lBefore = Support::gFailedAllocations;
+    for (const Case& lCase : iCases)
+    {
+        Try(lCase);
+    }
+    testing::Test::RecordProperty("failed_allocations", std::to_string(Support::gFailedAllocations - lBefore));
+}
+
+std::set<std::string> Tried()
+{
+    std::set<std::string> lOperations;
+    for (const auto& lMake : {MakeBagChangeCases, MakeBagReadCases, MakeCollectionCases, MakeValueCases,
+                              MakeConversionCases, MakeTemplateCases, MakePlatformCases})
+    {
+        for (const Case& lCase : lMake())
+        {
+            lOperations.insert(lCase.mOperation);
+        }
+    }
+    return lOperations;
+}
+
+// The virtual operations of the interfaces, as "Class::Operation(arguments) const". The two of a base that each class
+// brings along count once for each class.
+std::set<std::string> VirtualOperations()
+{
+    const std::regex lSlot(R"( *[0-9]+ (.*\)(?: const)?) -> .*)");
+    std::ifstream lFile(TALBASE_SOURCE_DIR "/Tests/Golden/Layout/VirtualSlots.txt");
+    std::set<std::string> lOperations;
+    std::string lClass;
+    for (std::string lLine; std::getline(lFile, lLine);)
+    {
+        std::smatch lMatch;
+        if (std::regex_match(lLine, lMatch, lSlot))
+        {
+            lOperations.insert(lClass + "::" + lMatch[1].str());
+        }
+        else if (lLine[0] == 'Q')
+        {
+            lClass = lLine.substr(0, lLine.find(' '));
+        }
+    }
+    return lOperations;
+}
+
+// An implementation's overriders are what its interface's operations run; the bases and streams are abstract.
+bool IsOfAnInterface(const std::string& iOperation)
+{
+    static const std::regex lOthers(
+        R"((QBase::ReferenceCounted|QSerialization::SerializableObject|QSerialization::(Read|Write)DataStream|.*Impl)::.*)");
+    return !std::regex_match(iOperation, lOthers) ||
+           iOperation.rfind("QTalBase::PropertyBagImpl::RemovePropertyIn", 0) == 0;
+}
+
+// The functions that a library file exports, by their names in C++.
+std::set<std::string> ExportedFunctions(const std::string& iLibrary)
+{
+    std::set<std::string> lFunctions;
+    std::FILE* const lPipe = ::popen(("nm -DC --defined-only '" + iLibrary + "'").c_str(), "r");
+    char lLine[4096];
+    while (lPipe != nullptr && std::fgets(lLine, sizeof lLine, lPipe) != nullptr)
+    {
+        const std::string lText = lLine;
+        const std::size_t lType = lText.find(" T ");
+        if (lType != std::string::npos)
+        {
+            lFunctions.insert(lText.substr(lType + 3, lText.size() - lType - 4));
+        }
+    }
+    EXPECT_TRUE(lPipe != nullptr && ::pclose(lPipe) == 0) << "nm " << iLibrary;
+    return lFunctions;
+}
+
+// Destructors that do nothing but end an object's life run with every object that dies; helpers and implementations
+// run within the operations that need them.
+bool IsPublicFunction(const std::string& iFunction)
+{
+    static const std::regex lOthers(R"(.*(thunk to|::~|Impl::|::h[A-Z]).*)");
+    static const std::regex lOurs(R"(Q(TalBase|Base|Synch|Log|DataType|Serialization)::.*)");
+    return std::regex_match(iFunction, lOurs) && !std::regex_match(iFunction, lOthers);
+}
+
+std::string Missing(const std::set<std::string>& iOperations, const std::set<std::string>& iTried)
+{
+    std::string lMissing;
+    for (const std::string& lOperation : iOperations)
+    {
+        lMissing += iTried.count(lOperation) == 0 ? lOperation + "\n" : "";
+    }
+    return lMissing;
+}
+
+} // namespace
+
+TEST(FailedAllocation, OperationsThatChangeABag)
+{
+    TryAll(MakeBagChangeCases());
+}
+
+TEST(FailedAllocation, OperationsThatReadABag)
+{
+    TryAll(MakeBagReadCases());
+}
+
+TEST(FailedAllocation, Collections)
+{
+    TryAll(MakeCollectionCases());
+}
+
+TEST(FailedAllocation, BuffersAndWindows)
+{
+    TryAll(MakeValueCases());
+}
+
+TEST(FailedAllocation, ConversionsAndStart)
+{
+    TryAll(MakeConversionCases());
+}
+
+TEST(FailedAllocation, SerializationTemplates)
+{
+    TryAll(MakeTemplateCases());
+}
+
+TEST(FailedAllocation, Platform)
+{
+    TryAll(MakePlatformCases());
+}
+
+TEST(FailedAllocation, NoVirtualOperationIsForgotten)
+{
+    std::set<std::string> lOperations;
+    for (const std::string& lOperation : VirtualOperations())
+    {
+        if (IsOfAnInterface(lOperation))
+        {
+            lOperations.insert(lOperation);
+        }
+    }
+    EXPECT_GT(lOperations.size(), 60U);
+    EXPECT_EQ(Missing(lOperations, Tried()), "");
+}
+
+TEST(FailedAllocation, NoExportedFunctionIsForgotten)
+{
+    std::istringstream lLibraries(TALBASE_LIBRARIES);
+    std::set<std::string> lFunctions;
+    for (std::string lLibrary; std::getline(lLibraries, lLibrary, ':');)
+    {
+        for (const std::string& lFunction : ExportedFunctions(lLibrary))
+        {
+            if (IsPublicFunction(lFunction))
+            {
+                lFunctions.insert(lFunction);
+            }
+        }
+    }
+    EXPECT_GT(lFunctions.size(), 60U);
+    EXPECT_EQ(Missing(lFunctions, Tried()), "");
+}
+
+// Where the contract lets a failure end the process, the step is one that cannot fail.
+TEST(FailedAllocation, StepsThatWouldEndTheProcessCannotFail)
+{
+    static_assert(std::is_nothrow_default_constructible_v<QBase::Message>);
+    static_assert(noexcept(std::declval<QBase::Message&>().SetDomainAndID(0, 0)));
+    static_assert(noexcept(std::declval<const QBase::ReferenceCounted&>().AddRef()));
+    static_assert(noexcept(std::declval<const QBase::ReferenceCounted&>().Release()));
+    static_assert(noexcept(QSynch_AtomicIncrement(std::declval<QSynch::AtomicLong&>())));
+    static_assert(noexcept(QSynch_AtomicDecrement(std::declval<QSynch::AtomicLong&>())));
+    static_assert(std::is_nothrow_copy_constructible_v<QBase::ExceptionImpl<QBase::Message>>);
+    const std::set<std::string> lNames = {
+        "QBase::Message::Message()",
+        "QBase::Message::SetDomainAndID(unsigned short, int)",
+        "QTalBase::PropertyBagImpl::RemovePropertyInValueContent(const wchar_t*)",
+        "QTalBase::PropertyBagImpl::RemovePropertyInEmbeddedContent(const wchar_t*)",
+    };
+    std::size_t lCount = 0;
+    for (const auto& lMake : {MakeBagChangeCases, MakePlatformCases})
+    {
+        for (const Case& lCase : lMake())
+        {
+            if (lNames.count(lCase.mOperation) == 1)
+            {
+                EXPECT_EQ(lCase.mKind, Kind::CannotFail) << lCase.mOperation;
+                Try(lCase);
+                ++lCount;
+            }
+        }
+    }
+    EXPECT_EQ(lCount, 10U);
+}
