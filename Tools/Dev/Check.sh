@@ -1,7 +1,7 @@
 # Sourced by ../../dev: the steps of `./dev check`, in the order in which they run; the cheap ones come first.
 # shellcheck shell=bash
 
-gCheckSteps=(format shell release clang-release naming headers asan-ubsan tsan minimal)
+gCheckSteps=(format shell tools release clang-release naming headers asan-ubsan tsan minimal)
 
 # Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
 # A copy of the tree without its history is searched instead.
@@ -26,6 +26,16 @@ step_format() {
 
 step_shell() {
     { project_files '*.sh'; printf '%s\0' dev .ci/run; } | show xargs -0 shellcheck --external-sources
+}
+
+# The tools that judge the tests have tests of their own.
+step_tools() {
+    local lFolder
+    for lFolder in Tools/*/; do
+        if compgen -G "$lFolder*_test.py" >/dev/null; then
+            show python3 -B -m unittest discover --start-directory "$lFolder" --pattern '*_test.py'
+        fi
+    done
 }
 
 step_release() {
