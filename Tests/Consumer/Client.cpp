@@ -13,9 +13,11 @@
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBagHelpers.h"
 #include "TalBase/PropertyBags.h"
+#include "TalBase/Views.h"
 
 #include <cstdio>
 #include <memory>
+#include <sstream>
 #include <string>
 
 namespace
@@ -81,6 +83,21 @@ void UseValues()
     _GUID lAfter = {};
     QTalBase::UnStringize(QTalBase::Stringize(lBefore).c_str(), lAfter);
     Expect(lBefore == lAfter, "an identifier and its text");
+}
+
+void UseViews()
+{
+    const auto lJob = MakeJob();
+    QTalBase::Set(*QTalBase::GetBagAt(*lJob, L"Transport"), L"Port", 21);
+    Expect(std::wstring(QTalBase::GetValueAt(*lJob, L"Transport/Port").c_str()) == L"21", "a value by its path");
+    std::ostringstream lShown;
+    for (const QTalBase::Property& lProperty : *lJob)
+    {
+        lShown << lProperty.GetName() << ' ';
+    }
+    lShown << *lJob;
+    Expect(lShown.str() == "Subject Transport {'Subject'='2 * 2 + 1' 'Transport'={'Host'='mail.example' 'Port'='21'}}",
+           "a bag as a log shows it");
 }
 
 // An exception thrown inside the library is caught here by each of its classes.
@@ -156,6 +173,7 @@ int main()
         UseStreams();
         UseWindow();
         UseValues();
+        UseViews();
         UseExceptions();
         UseOwnImplementation();
     }

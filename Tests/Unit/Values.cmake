@@ -32,3 +32,14 @@ talbase_test(TestValues
         ../Support/ScriptedStream.cpp
     LINK TalBase::TalBase Q8::Stream
     DEFINITIONS TALBASE_TEST_LOCALES="${lLocales}" TALBASE_TEST_HAS_COMMA_LOCALE=${lHasCommaLocale})
+
+# What clients build into their own programs, in both language versions that they may use. talbase_test asks for C++20.
+foreach(lVersion IN ITEMS 17 20)
+    set(lName Views${lVersion}Test)
+    add_executable(${lName} IterationTest.cpp OutputTest.cpp ViewsTest.cpp ../Support/ScriptedStream.cpp)
+    set_target_properties(${lName} PROPERTIES CXX_STANDARD ${lVersion} CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
+    target_include_directories(${lName} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${lName} PRIVATE TalBase::TalBase Q8::Stream GTest::gtest GTest::gtest_main)
+    talbase_warnings(${lName})
+    gtest_discover_tests(${lName} TEST_PREFIX Cxx${lVersion}. DISCOVERY_TIMEOUT 60)
+endforeach()

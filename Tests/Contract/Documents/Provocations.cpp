@@ -11,6 +11,7 @@
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBags.h"
 #include "TalBase/SerializableStringCollection.h"
+#include "TalBase/Views.h"
 
 #include "Tests/Contract/Documents/BagNotation.h"
 #include "Tests/Support/BagBuilder.h"
@@ -154,6 +155,17 @@ void ProvokeLookingUp(Provoker& oProvoker)
     }
     oProvoker.Provoke("PropertyBag::IsEmbedded", lBag, [&] { lBag->IsEmbedded(3); });
     oProvoker.Provoke("PropertyBag::GetValuePropertyBag", lBag, [&] { lBag->GetValuePropertyBag(0); });
+}
+
+void ProvokePaths(Provoker& oProvoker)
+{
+    const BagPtr lBag = SampleBag();
+    const std::wstring lBehind = std::wstring(gMissingPath) + L"/k";
+    oProvoker.Provoke("GetBagAt", lBag, [&] { GetBagAt(*lBag, gMissingPath); });
+    oProvoker.Provoke("GetValueAt", lBag, [&] { GetValueAt(*lBag, lBehind.c_str()); });
+    oProvoker.Provoke("GetValueAt", lBag, [&] { GetValueAt(*lBag, gMissingPath); });
+    oProvoker.Provoke("GetBagAt", lBag, [&] { GetBagAt(*lBag, gUnreadablePath); });
+    oProvoker.Provoke("GetValueAt", lBag, [&] { GetValueAt(*lBag, gUnreadablePath); });
 }
 
 struct Pair
@@ -334,6 +346,7 @@ std::vector<Observation> ProvokeLibrary()
     Provoker lProvoker;
     ProvokeSetting(lProvoker);
     ProvokeLookingUp(lProvoker);
+    ProvokePaths(lProvoker);
     for (const Pair& lPair : gForbiddenPairs)
     {
         ProvokeGivenDelimiters(lProvoker, lPair);

@@ -24,6 +24,8 @@ inline const wchar_t* const gRefusedText = L"a++++1***"; // <text>
 inline const wchar_t* const gBegin = L"[[";              // <begin>
 inline const wchar_t* const gEnd = L"]]";                // <end>
 inline const wchar_t* const gPlace = L"2";               // <n>
+inline const wchar_t* const gMissingPath = L"n/m";       // <path>
+inline const wchar_t* const gUnreadablePath = L"n\\m";   // <bad path>
 
 // Return what was seen of the library and of the platform family. Throw std::runtime_error where nothing is thrown.
 std::vector<Observation> ProvokeLibrary();
