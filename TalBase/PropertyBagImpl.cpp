@@ -591,6 +591,14 @@ bool PropertyBagImpl::IsSensitiveProperty(std::wstring_view iName)
     return false;
 }
 
+QBase::SmartPtrI<PropertyBagImpl> PropertyBagImpl::hMake(const SharedWString& iBegin, const SharedWString& iEnd)
+{
+    QBase::SmartPtrI<PropertyBagImpl> lBag;
+    lBag.Attach(new PropertyBagImpl(iBegin, iEnd, true));
+    lBag->mRefCount.mCount.store(1, std::memory_order_relaxed);
+    return lBag;
+}
+
 const PropertyBagImpl* PropertyBagImpl::hExactly(const PropertyBag& iBag) noexcept
 {
     // The cast to void finds the whole object, which is one of this class.
@@ -700,7 +708,7 @@ bool PropertyBagImpl::hAddContent(std::wstring_view iText, unsigned int iPositio
 QBase::SmartPtrI<PropertyBagImpl> PropertyBagImpl::hMakeNested(std::wstring_view iText)
 {
     hAcceptOwnDelimiters();
-    const QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
+    QBase::SmartPtrI<PropertyBagImpl> lBag = hMake(mBeginDelimiter, mEndDelimiter);
     lBag->hAddText(iText);
     return lBag;
 }
@@ -734,7 +742,9 @@ void PropertyBagImpl::hReleaseNests(std::vector<EmbeddedEntry>& iEntries, Proper
     for (EmbeddedEntry& lEntry : iEntries)
     {
         PropertyBagImpl* lBag = lEntry.second.Detach();
-        if (lBag != nullptr && QSynch_AtomicDecrement(lBag->mRefCount) == 0)
+        // The only reference cannot be taken again by anybody else, so it needs no atomic decrement.
+        if (lBag != nullptr && (lBag->mRefCount.mCount.load(std::memory_order_acquire) == 1 ||
+                                QSynch_AtomicDecrement(lBag->mRefCount) == 0))
         {
             lBag->mNextDying = oDying;
             oDying = lBag;

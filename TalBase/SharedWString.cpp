@@ -17,7 +17,7 @@ SharedWString::Text* SharedWString::hMake(std::wstring_view iText)
 {
     for (Text* lConstant : {&gDefaultBeginText, &gDefaultEndText, &gEmptyText})
     {
-        if (iText == std::wstring_view(lConstant->mCharacters, lConstant->mLength))
+        if (AreEqualTexts(iText, {lConstant->mCharacters, lConstant->mLength}))
         {
             return lConstant;
         }

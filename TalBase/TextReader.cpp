@@ -271,13 +271,13 @@ void TextReader::hCloseNest()
         lFrame.mIsClean = lFrame.mIsClean && (mNests[lIndex].mIsClean || mNests[lIndex].mIsReplaced);
     }
     lFrame.mIsClean = lFrame.mIsClean && hCanHeaderCarryPair();
-    QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBegin, mEnd, true));
+    QBase::SmartPtrI<PropertyBagImpl> lBag = PropertyBagImpl::hMake(mBegin, mEnd);
     hFill(lFrame, !lFrame.mIsClean, lBag->mValueContent, lBag->mEmbeddedContent);
     bool lIsClean = lFrame.mIsClean;
     if (!lIsClean)
     {
         const std::wstring lText = TextWriter(*lBag).WriteToString(true);
-        lBag = new PropertyBagImpl(mBegin, mEnd, true);
+        lBag = PropertyBagImpl::hMake(mBegin, mEnd);
         lIsClean = lBag->hAddText(lText) && hCanHeaderCarryPair();
         mIsClean = mIsClean && lIsClean;
     }
@@ -437,7 +437,7 @@ void TextReader::MoveTo(PropertyBagImpl& oBag)
 
 QBase::SmartPtrI<PropertyBagImpl> TextReader::MakeBag()
 {
-    QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl(mBegin, mEnd, true));
+    QBase::SmartPtrI<PropertyBagImpl> lBag = PropertyBagImpl::hMake(mBegin, mEnd);
     hFillWithAll(lBag->mValueContent, lBag->mEmbeddedContent);
     return lBag;
 }

@@ -103,6 +103,9 @@ private:
     // A nested bag, or one whose pair is checked right after: shares its delimiters.
     PropertyBagImpl(const SharedWString& iBegin, const SharedWString& iEnd, bool iAreValid) noexcept;
 
+    // A new bag with a pair that is allowed. Its first reference is stored, not counted: nobody else can see it yet.
+    static QBase::SmartPtrI<PropertyBagImpl> hMake(const SharedWString& iBegin, const SharedWString& iEnd);
+
     // The bag itself where its class is exactly this one, so that no overrider can see what is called; else null.
     static const PropertyBagImpl* hExactly(const PropertyBag& iBag) noexcept;
     bool hIsExact() const noexcept;

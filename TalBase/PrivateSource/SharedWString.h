@@ -7,6 +7,8 @@
 #ifndef TALBASE_PRIVATESOURCE_SHAREDWSTRING_H
 #define TALBASE_PRIVATESOURCE_SHAREDWSTRING_H
 
+#include "TalBase/PrivateSource/TextPrimitives.h"
+
 #include <atomic>
 #include <cstddef>
 #include <string_view>
@@ -77,12 +79,12 @@ public:
     // The same handle answers without looking at the characters.
     bool operator==(const SharedWString& iOther) const noexcept
     {
-        return mText == iOther.mText || View() == iOther.View();
+        return mText == iOther.mText || AreEqualTexts(View(), iOther.View());
     }
 
     bool operator==(std::wstring_view iOther) const noexcept
     {
-        return View() == iOther;
+        return AreEqualTexts(View(), iOther);
     }
 
 private:
