@@ -21,3 +21,15 @@ talbase_test(FailedAllocationTest
         ../Support/PlainPropertyBag.cpp
     LINK ${lFailureLibraries}
     DEFINITIONS TALBASE_LIBRARIES="${lFiles}")
+
+talbase_test(FailedPrimitiveTest
+    SOURCES Failures/StreamsTest.cpp ../Support/ScriptedStream.cpp
+    LINK TalBase::TalBase Q8::Stream)
+
+# How many failed in the whole test run. The floors are what Docs/Quality.md says.
+set(lPrograms "")
+foreach(lTest IN ITEMS BagLifetimeTest BagOverridersTest FailedAllocationTest FailedPrimitiveTest
+        PlatformAllocationTests PropertyBagTest TestValues TestValuesAllocation)
+    list(APPEND lPrograms $<TARGET_FILE:${lTest}>)
+endforeach()
+add_test(NAME Failures.Tally COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/Failures/tally.sh 5000 1500 ${lPrograms})
