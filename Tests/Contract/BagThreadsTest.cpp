@@ -12,44 +12,19 @@
 #include "Tests/Support/Describe.h"
 #include "Tests/Support/Expect.h"
 #include "Tests/Support/ModuleHolder.h"
+#include "Tests/Support/Together.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 using namespace Support;
 
 namespace
 {
-
-const int gThreads = 8;
-
-// Runs the work on several threads that begin together, and waits for all of them.
-template <class Work>
-void Together(const Work& iWork)
-{
-    std::atomic<int> lReady{0};
-    std::vector<std::thread> lThreads;
-    for (int lThread = 0; lThread < gThreads; ++lThread)
-    {
-        lThreads.emplace_back([&, lThread] {
-            ++lReady;
-            while (lReady < gThreads)
-            {
-                std::this_thread::yield();
-            }
-            iWork(lThread);
-        });
-    }
-    for (std::thread& lThread : lThreads)
-    {
-        lThread.join();
-    }
-}
 
 // Counts how many objects have died.
 class Mortal : public QTalBase::PropertyBagImpl

@@ -6,6 +6,10 @@ talbase_test(BagLifetimeTest
     SOURCES BagAllocationTest.cpp BagLifetimeTest.cpp ../Support/FailingNew.cpp
     LINK TalBase::TalBase)
 talbase_test(BagThreadsTest SOURCES BagThreadsTest.cpp LINK TalBase::TalBase LABELS threads)
+talbase_test(SharingThreadsTest
+    SOURCES SharingThreadsTest.cpp ../Support/FailingNew.cpp
+    LINK TalBase::TalBase Q8::Stream
+    LABELS threads)
 talbase_test(ModuleStartTest SOURCES ModuleStartTest.cpp LINK TalBase::TalBase LABELS threads)
 
 # One source in both language versions. talbase_test asks for C++20, so these two are made by hand.

@@ -11,6 +11,7 @@
 #include "TalBase/ModuleMain.h"
 
 #include "Tests/Support/ModuleHolder.h"
+#include "Tests/Support/Together.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,7 @@
 #include <chrono>
 #include <functional>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -347,4 +349,50 @@ TEST_F(ModuleStart, OneModuleAtATimeWhateverTheThreadsDo)
     }
     EXPECT_EQ(TheJournal().mMostLiveRouters, 1);
     EXPECT_EQ(lFailed, lTries / 3);
+}
+
+// Whoever got through a storm of starts, of which many fail in one way or another, has the library up as long as it
+// holds it; whoever failed has left nothing behind.
+TEST_F(ModuleStart, WhoeverStartedItHasItUpWhileOthersFail)
+{
+    std::atomic<unsigned int> lTries{0};
+    TheJournal().mOnCreateRouter = [&] {
+        const unsigned int lTry = ++lTries;
+        if (lTry % 4 == 1)
+        {
+            ThrowMessage();
+        }
+        if (lTry % 4 == 2)
+        {
+            throw std::bad_alloc();
+        }
+    };
+    std::atomic<int> lSeenDown{0};
+    std::atomic<int> lFailed{0};
+    std::atomic<int> lStarted{0};
+    Together([&](int) {
+        for (int lRound = 0; lRound < 200; ++lRound)
+        {
+            try
+            {
+                const Initializer lOuter;
+                const Initializer lInner; // only counts
+                ++lStarted;
+                std::this_thread::yield();
+                lSeenDown += TheJournal().mLiveRouters == 1 ? 0 : 1;
+            }
+            catch (const QBase::Message&)
+            {
+                ++lFailed;
+            }
+            catch (const std::bad_alloc&)
+            {
+                ++lFailed;
+            }
+        }
+    });
+    EXPECT_EQ(lSeenDown, 0);
+    EXPECT_EQ(lFailed + lStarted, gThreads * 200);
+    EXPECT_EQ(static_cast<unsigned int>(lFailed),
+              lTries / 4 + (lTries % 4 > 0 ? 1 : 0) + lTries / 4 + (lTries % 4 > 1 ? 1 : 0));
 }

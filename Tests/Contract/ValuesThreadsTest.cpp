@@ -7,13 +7,13 @@
 
 #include "TalBase/PrivateSource/PropertyBagImpl.h"
 
+#include "Tests/Support/Together.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <functional>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace
@@ -23,31 +23,10 @@ using QBase::SmartPtrI;
 using QTalBase::PropertyBag;
 using QTalBase::PropertyBags;
 
+using Support::gThreads;
+using Support::Together;
+
 using BagsPtr = SmartPtrI<PropertyBags>;
-
-const int gThreads = 4;
-
-// Runs the same work on several threads, which start it together.
-void OnThreads(const std::function<void(int)>& iWork)
-{
-    std::atomic<int> lWaiting{gThreads};
-    std::vector<std::thread> lThreads;
-    for (int lThread = 0; lThread < gThreads; ++lThread)
-    {
-        lThreads.emplace_back([&, lThread] {
-            --lWaiting;
-            while (lWaiting > 0)
-            {
-                std::this_thread::yield();
-            }
-            iWork(lThread);
-        });
-    }
-    for (std::thread& lThread : lThreads)
-    {
-        lThread.join();
-    }
-}
 
 class MortalBag : public QTalBase::PropertyBagImpl
 {
@@ -81,7 +60,7 @@ TEST(ValuesThreads, BagsSharedBetweenCollectionsDieOnceWhereverTheLastReferenceI
         }
     }
     EXPECT_EQ(lDead, 0);
-    OnThreads([&](int iThread) { lCollections[static_cast<std::size_t>(iThread)] = nullptr; });
+    Together([&](int iThread) { lCollections[static_cast<std::size_t>(iThread)] = nullptr; });
     EXPECT_EQ(lDead, lBags);
 }
 
@@ -94,7 +73,7 @@ TEST(ValuesThreads, CollectionThatNobodyChangesIsClonedAndReadByAll)
         lBag->SetProperty(L"n", L"1", false);
         lBags->Add(L"a", lBag.get());
         std::atomic<int> lRight{0};
-        OnThreads([&](int) {
+        Together([&](int) {
             for (int lCount = 0; lCount < 200; ++lCount)
             {
                 const BagsPtr lClone(lBags->Clone());
@@ -110,7 +89,7 @@ TEST(ValuesThreads, CollectionThatNobodyChangesIsClonedAndReadByAll)
 TEST(ValuesThreads, IdentifiersOfAllThreadsDiffer)
 {
     std::vector<std::vector<std::wstring>> lTexts(gThreads);
-    OnThreads([&](int iThread) {
+    Together([&](int iThread) {
         for (int lCount = 0; lCount < 500; ++lCount)
         {
             lTexts[static_cast<std::size_t>(iThread)].push_back(QTalBase::Guid::GenerateUniqueString().c_str());
@@ -121,13 +100,13 @@ TEST(ValuesThreads, IdentifiersOfAllThreadsDiffer)
     {
         lAll.insert(lOfThread.begin(), lOfThread.end());
     }
-    EXPECT_EQ(lAll.size(), 2000U);
+    EXPECT_EQ(lAll.size(), 500U * gThreads);
 }
 
 TEST(ValuesThreads, ValuesAreWrittenAndReadByAll)
 {
     std::atomic<int> lRight{0};
-    OnThreads([&](int iThread) {
+    Together([&](int iThread) {
         for (int lCount = 0; lCount < 500; ++lCount)
         {
             const double lValue = lCount * 10 + iThread;
