@@ -5,7 +5,7 @@ namespace QTalBase
 
 void TextSearcher::Prepare()
 {
-    if (!mBorders.empty() || mNeedle.empty())
+    if (!mBorders.empty())
     {
         return;
     }

@@ -68,11 +68,6 @@ void TextWriter::hCheck(const PropertyBagImpl& iBag, const PropertyBagImpl* ipPa
     CheckValidityOfDelimiters(hPairOf(iBag));
 }
 
-bool TextWriter::hIsLeftOut(std::wstring_view iName) const
-{
-    return !mWithSensitiveInfo && PropertyBagImpl::IsSensitiveProperty(iName);
-}
-
 // The names, values and delimiters of the bag itself; its nests' contents not counted.
 std::size_t TextWriter::hMeasureBag(const PropertyBagImpl& iBag) const
 {
@@ -88,9 +83,10 @@ std::size_t TextWriter::hMeasureBag(const PropertyBagImpl& iBag) const
         for (std::size_t lIndex = 0; lIndex < iBag.mValueContent.GetCount(); ++lIndex)
         {
             const std::wstring_view lName = iBag.mValueContent.GetName(lIndex);
-            lLength -= hIsLeftOut(lName) ? lName.size() + lPair.mBegin.size() +
-                                               iBag.mValueContent.GetValue(lIndex).size() + lPair.mEnd.size()
-                                         : 0;
+            lLength -= PropertyBagImpl::IsSensitiveProperty(lName)
+                           ? lName.size() + lPair.mBegin.size() + iBag.mValueContent.GetValue(lIndex).size() +
+                                 lPair.mEnd.size()
+                           : 0;
         }
     }
     return lLength;
@@ -133,7 +129,7 @@ wchar_t* TextWriter::hWritePlain(const PropertyBagImpl& iBag, wchar_t* opTarget)
     for (std::size_t lIndex = 0; lIndex < lCount; ++lIndex)
     {
         const std::wstring_view lName = iBag.mValueContent.GetName(lIndex);
-        if (lMayLeaveOut && hIsLeftOut(lName))
+        if (lMayLeaveOut && PropertyBagImpl::IsSensitiveProperty(lName))
         {
             continue;
         }

@@ -33,8 +33,6 @@ public:
         }
     }
 
-    SharedWString(SharedWString&& iOther) noexcept : mText(std::exchange(iOther.mText, &gEmptyText)) {}
-
     SharedWString& operator=(SharedWString iOther) noexcept
     {
         std::swap(mText, iOther.mText);

@@ -47,7 +47,6 @@ private:
     std::size_t hMeasure(bool iWithMetadata);
     std::size_t hMeasureBag(const PropertyBagImpl& iBag) const;
     void hCheck(const PropertyBagImpl& iBag, const PropertyBagImpl* ipParent) const;
-    bool hIsLeftOut(std::wstring_view iName) const;
     void hWrite(bool iWithMetadata, wchar_t* opTarget);
     wchar_t* hWritePlain(const PropertyBagImpl& iBag, wchar_t* opTarget) const;
 

@@ -129,6 +129,24 @@ TEST_F(BagComparing, IsSubsetOfMorePropertiesLooksAtNoName)
     EXPECT_EQ(Of(mLog, L"other"), (CallLog{L"GetCount"}));
 }
 
+TEST_F(BagComparing, IsSubsetOfAnotherKindLooksNoFurther)
+{
+    // A nest where this bag has a plain property, and the other way round.
+    mOther->Nest(L"a", BagBuilder().Set(L"k", L"v")).Set(L"n", L"1");
+    EXPECT_FALSE(mBag->IsSubset(mOther.get()));
+    EXPECT_EQ(mLog.back(), L"other.IsPropertyEmbedded(a)");
+    mOther->Entries().erase(mOther->Entries().begin());
+    EXPECT_FALSE(mBag->IsSubset(mOther.get()));
+    EXPECT_EQ(mLog.back(), L"other.IsPropertyEmbedded(n)");
+}
+
+TEST_F(BagComparing, IsSubsetOfANestThatHoldsMoreIsFalse)
+{
+    mOther->Nest(L"n", BagBuilder().Set(L"k", L"v").Set(L"l", L"w")).Set(L"a", L"1*");
+    EXPECT_FALSE(mBag->IsSubset(mOther.get()));
+    EXPECT_EQ(mLog.back(), L"other.GetPropertyBag(n)");
+}
+
 TEST_F(BagComparing, CloneCallsNothing)
 {
     const BagPtr lClone = mBag->Clone();

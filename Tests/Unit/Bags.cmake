@@ -6,16 +6,20 @@ talbase_test(PropertyBagTest
         PropertyBagCompareTest.cpp
         PropertyBagDefaultsTest.cpp
         PropertyBagDelimitersTest.cpp
+        PropertyBagManyNamesTest.cpp
         PropertyBagNestTest.cpp
         PropertyBagParseTest.cpp
+        PropertyBagRepeatedNamesTest.cpp
         PropertyBagSetTest.cpp
         PropertyBagStreamTest.cpp
         PropertyBagTextTest.cpp
+        ../Support/ScriptedStream.cpp
     LINK TalBase::TalBase Q8::Stream)
 talbase_test(PropertyBagTokenTest
     SOURCES PropertyBagTokenTest.cpp ../Support/PlainPropertyBag.cpp
     LINK TalBase::TalBase)
 talbase_test(TextReaderTest SOURCES TextPrimitivesTest.cpp TextReaderTest.cpp LINK TalBaseInside)
+talbase_test(ValueContentTest SOURCES ValueContentTest.cpp ../Support/FailingNew.cpp LINK TalBaseInside)
 talbase_test(BufferedWStringTest SOURCES BufferedWStringTest.cpp LINK TalBase::TalBase)
 talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
 talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)

@@ -9,6 +9,7 @@
 #include "Tests/Support/CallLog.h"
 #include "Tests/Support/Describe.h"
 #include "Tests/Support/ForeignBag.h"
+#include "Tests/Support/RepeatingBag.h"
 
 #include <gtest/gtest.h>
 
@@ -17,13 +18,6 @@ using namespace Support;
 
 namespace
 {
-
-// Keeps an old entry when its name is set again, so that a name can occur twice.
-class RepeatingBag : public PropertyBagImpl
-{
-public:
-    void RemoveProperty(const wchar_t*) override {}
-};
 
 // Answers the empty text for every plain value.
 class EmptyValuesBag : public PropertyBagImpl
@@ -92,6 +86,20 @@ TEST(PropertyBag, EqualsPlainNeverMatchesNested)
     EXPECT_FALSE(*lPlain == *lNested);
     EXPECT_FALSE(lNested->IsSubset(lPlain.get()));
     EXPECT_FALSE(lPlain->IsSubset(lNested.get()));
+}
+
+TEST(PropertyBag, EqualsPlainNeverMatchesNestedAtAnyDepth)
+{
+    BagBuilder lPlain = BagBuilder().Set(L"x", L"1");
+    BagBuilder lNested = BagBuilder().Nest(L"x", BagBuilder().Set(L"k", L"v"));
+    for (int lDepth = 0; lDepth < 4; ++lDepth)
+    {
+        EXPECT_FALSE(*lPlain.get() == *lNested.get()) << lDepth;
+        EXPECT_FALSE(*lNested.get() == *lPlain.get()) << lDepth;
+        EXPECT_TRUE(*lNested.get() == *BagPtr(lNested)->Clone()) << lDepth;
+        lPlain = BagBuilder().Nest(L"n", lPlain);
+        lNested = BagBuilder().Nest(L"n", lNested);
+    }
 }
 
 TEST(PropertyBag, EqualsEscapedValueIsUnequalToItself)

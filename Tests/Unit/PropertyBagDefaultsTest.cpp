@@ -144,6 +144,33 @@ TEST(PropertyBagDefaults, CreatePropertyBagEscapesByThem)
     EXPECT_EQ(Describe(ReadBag(L"EndDelimiter>>BeginDelimiter<<>>a<<x*y>>")), L"'<<' '>>' {'a'='x&#42;y'}");
 }
 
+TEST(PropertyBagDefaults, AddStringChecksEachValueAfterEscapingIt)
+{
+    const RepointedDefaults lDefaults(L"=", L"42");
+    const BagPtr lBag = NewBag();
+    EXPECT_MESSAGE(lBag->AddString(L"a=x*42"), PropertyBagException,
+                   L"QTalBase::PropertyBagImpl::SetProperty; ipValue may not contain the delimiters. ipValue: "
+                   L"x&#42;, begin delimiter: =, end delimiter: 42");
+    const RepointedDefaults lTurned(L"42", L"=");
+    const BagPtr lOther = NewBag();
+    EXPECT_MESSAGE(lOther->AddString(L"a42x*="), PropertyBagException,
+                   L"QTalBase::PropertyBagImpl::SetProperty; ipValue may not contain the delimiters. ipValue: "
+                   L"x&#42;, begin delimiter: 42, end delimiter: =");
+    EXPECT_EQ(Describe(lBag) + Describe(lOther), L"'=' '42' {}'42' '=' {}");
+}
+
+TEST(PropertyBagDefaults, AddStringEscapesInNestsWithDelimitersThatShareACharacterWithOtherEscapes)
+{
+    const RepointedDefaults lDefaults(L"3", L"!");
+    const BagPtr lBag = BagBuilder(L"3", L"!").Set(L"p", L"1");
+    lBag->AddString(L"n3a3x*!b3y!!m3k3v!!");
+    EXPECT_EQ(Describe(lBag), L"'3' '!' {'p'='1' 'n'={'a'='x&#42;' 'b'='y'} 'm'={'k'='v'}}");
+    lBag->AddString(L"o3n3a3x*!!!p32*!");
+    EXPECT_EQ(Describe(lBag),
+              L"'3' '!' {'p'='2&#42;' 'n'={'a'='x&#42;' 'b'='y'} 'm'={'k'='v'} 'o'={'n'={'a'='x&#42;'}}}");
+    EXPECT_EQ(Describe(ReadBag(L"EndDelimiter!BeginDelimiter3!n3a3x*!!")), L"'3' '!' {'n'={'a'='x&#42;'}}");
+}
+
 TEST(PropertyBagDefaults, EmptyBeginIsRefusedBeforeAnythingIsTokenized)
 {
     const RepointedDefaults lDefaults(L"", L"***");
