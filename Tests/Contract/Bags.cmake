@@ -33,6 +33,12 @@ endforeach()
 
 # The library against the plain implementation.
 talbase_test(DifferentialTest
-    SOURCES DifferentialTest.cpp ../Support/Differential.cpp ../Support/PlainPropertyBag.cpp
+    SOURCES
+        DifferentialTest.cpp
+        ../Support/BagTexts.cpp
+        ../Support/Choices.cpp
+        ../Support/Differential.cpp
+        ../Support/PlainPropertyBag.cpp
+        ../Support/Twins.cpp
     LINK TalBase::TalBase Q8::Stream)
 talbase_test(DepthTest SOURCES DepthTest.cpp LINK TalBase::TalBase Q8::Stream)

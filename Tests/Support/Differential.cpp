@@ -1,15 +1,19 @@
+// Four pairs of twins live at a time. A step chooses one of them and an operation, most of which take another pair, a
+// text or a word as well. Nests are shared: a pair may be the nests of another, or hold the same nests as its clone.
+
 #include "Tests/Support/Differential.h"
 
 #include "QBase/Convert.h"
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
-#include "TalBase/PropertyBag.h"
-#include "Tests/Support/PlainPropertyBag.h"
+#include "Tests/Support/BagTexts.h"
+#include "Tests/Support/Twins.h"
 
+#include <algorithm>
 #include <array>
-#include <functional>
-#include <stdexcept>
-#include <typeinfo>
+#include <cwchar>
+#include <iterator>
+#include <memory>
 #include <vector>
 
 namespace TalBaseTest
@@ -19,148 +23,60 @@ namespace
 {
 
 using QTalBase::PropertyBag;
-using BagPtr = QBase::SmartPtrI<PropertyBag>;
-
-// The two sides of everything.
-enum Side
-{
-    Library,
-    PlainSide
-};
-
-struct Slot
-{
-    std::array<BagPtr, 2> mBags;
-};
 
 const std::size_t gSlots = 4;
-const std::size_t gLongestText = 160; // the plain implementation is exponential in the depth that a text can have
 const unsigned int gDeepest = 5;
-
-// Pairs that provoke the odd rules: the defaults, pairs a header cannot carry, letters of the header's words,
-// characters of escapes, common prefixes and suffixes, and long ones that almost match.
-const wchar_t* const gPairs[][2] = {{L"++++", L"***"},
-                                    {L"[[", L"]]"},
-                                    {L"<", L">"},
-                                    {L"+*", L"**"},
-                                    {L"a", L"e"},
-                                    {L"xe", L"e"},
-                                    {L"<;", L";;"},
-                                    {L";]", L"]]"},
-                                    {L"&#", L";;"},
-                                    {L"4", L"x"},
-                                    {L"ab", L"ba"},
-                                    {L"aab", L"aac"},
-                                    {L"::", L":"},
-                                    {L"=", L"\n"},
-                                    {L"{", L"}{"},
-                                    {L"+", L"*"},
-                                    {L"++", L"**"},
-                                    {L"ee", L"BB"},
-                                    {L"x", L"yn"},
-                                    {L"#4", L"<"},
-                                    {L"aaaaaaaaaaaaaaaaaaaab", L"aaaaaaaaaaaaaaaaaaac"},
-                                    {L"abababababababababababx", L"babababababababababac"},
-                                    {L"", L""},
-                                    {L"same", L"same"},
-                                    {L"\x1F600", L"\x10FFFF"},
-                                    {L"*", L"+"}};
-
-const wchar_t* const gWords[] = {L"a",
-                                 L"b",
-                                 L"c",
-                                 L"a*b",
-                                 L"x+y",
-                                 L"*",
-                                 L"+",
-                                 L"&#42;",
-                                 L"&#43;",
-                                 L"&#42",
-                                 L"&",
-                                 L"#4",
-                                 L"2;",
-                                 L";",
-                                 L"EndDelimiter",
-                                 L"EndDelimiter*",
-                                 L"FTPServerPassword",
-                                 L"v",
-                                 L"e",
-                                 L"]",
-                                 L"[",
-                                 L"**",
-                                 L"+++",
-                                 L"name",
-                                 L"",
-                                 L"EndDelimiter***BeginDelimiter++++***",
-                                 L"EndDelimiter]]BeginDelimiter[[]]",
-                                 L"EndDelimiter>BeginDelimiter<>",
-                                 L"BeginDelimiter",
-                                 L"=",
-                                 L"long value with more text"};
-
-template <class Array>
-constexpr unsigned int CountOf(const Array& iArray)
-{
-    return static_cast<unsigned int>(std::size(iArray));
-}
-
-std::wstring Describe(const PropertyBag& iBag)
-{
-    std::wstring lText = std::wstring(L"{") + iBag.GetBeginDelimiter() + L"|" + iBag.GetEndDelimiter() + L"|";
-    for (unsigned int lIndex = 0; lIndex < iBag.GetCount(); ++lIndex)
-    {
-        lText += std::wstring(iBag.GetName(lIndex).c_str()) + L"=";
-        lText += iBag.IsEmbedded(lIndex) ? Describe(*iBag.GetValuePropertyBag(lIndex))
-                                         : L"\"" + std::wstring(iBag.GetValue(lIndex).c_str()) + L"\"";
-        lText += L",";
-    }
-    return lText + L"}";
-}
+const std::size_t gLargestState = 1500;
+const std::size_t gLargestFlatState = 6000;
+const std::size_t gDelimiterSpace = 80;
 
 std::wstring Quoted(const std::wstring& iText)
 {
     return L"\"" + iText + L"\"";
 }
 
-// What one side answered: a result, or an exception's class and text.
-std::wstring Outcome(const std::function<std::wstring()>& iOperation)
+std::wstring Quoted(const DelimiterPair& iPair)
 {
-    const auto lNamed = [](const char* ipClass, const wchar_t* ipText) {
-        return L"throws " + std::wstring(ipClass, ipClass + std::char_traits<char>::length(ipClass)) + L" " + ipText;
-    };
-    try
+    return Quoted(iPair.mBegin) + L" " + Quoted(iPair.mEnd);
+}
+
+std::wstring YesOrNo(bool iAnswer)
+{
+    return iAnswer ? L"yes" : L"no";
+}
+
+// What a stream carries, as a text in which every difference shows.
+std::wstring Described(const std::vector<std::byte>& iBytes)
+{
+    std::wstring lText = L"bytes";
+    for (const std::byte lByte : iBytes)
     {
-        return iOperation();
+        lText += L" " + std::to_wstring(std::to_integer<unsigned int>(lByte));
     }
-    catch (const QBase::Message& lMessage)
-    {
-        return lNamed(typeid(lMessage).name(), lMessage.GetMessage());
-    }
-    catch (const std::out_of_range&)
-    {
-        return L"throws std::out_of_range";
-    }
-    catch (const std::length_error&)
-    {
-        return L"throws std::length_error";
-    }
+    return lText;
+}
+
+Side OtherSide(Side iSide)
+{
+    return iSide == Library ? PlainSide : Library;
 }
 
 class Driver
 {
 public:
-    explicit Driver(Choices& iChoices) : mChoices(iChoices), mBegin(BEGIN), mEnd(END)
+    Driver(Choices& iChoices, Look iLook)
+        : mChoices(iChoices), mTexts(iChoices), mLook(iLook), mOldBegin(BEGIN), mOldEnd(END)
     {
-        for (Slot& lSlot : mSlots)
+        for (Twins& lTwins : mSlots)
         {
-            lSlot.mBags = {QTalBase::CreatePropertyBag(), Plain::CreatePlainPropertyBag()};
+            hMakeNew(lTwins);
         }
     }
 
     ~Driver()
     {
-        BEGIN = mBegin;
-        END = mEnd;
+        BEGIN = mOldBegin;
+        END = mOldEnd;
     }
 
     Driver(const Driver&) = delete;
@@ -168,15 +84,16 @@ public:
 
     std::string FindDifference(std::size_t iOperations)
     {
-        for (std::size_t lStep = 0; lStep < iOperations && !mChoices.IsAtEnd(); ++lStep)
+        for (std::size_t lStep = 0; lStep < iOperations && mDifference.empty() && mChoices.NextStep(); ++lStep)
         {
             hOperate();
-            if (!mDifference.empty())
-            {
-                return QBase::WideCharToUTF8((mLog + L"\nDIFFERENCE: " + mDifference).c_str(), false);
-            }
         }
-        return {};
+        hCompareStates();
+        if (mDifference.empty())
+        {
+            return {};
+        }
+        return QBase::WideCharToUTF8((mLog + L"DIFFERENCE: " + mDifference).c_str(), false);
     }
 
 private:
@@ -187,398 +104,484 @@ private:
         return mChoices.Below(iLimit);
     }
 
-    Slot& hSlot()
+    Twins& hOther()
     {
-        mSlotIndex = hBelow(gSlots);
-        return mSlots[mSlotIndex];
+        mOther = hBelow(gSlots);
+        return mSlots[mOther];
     }
 
-    std::wstring hWord()
+    std::wstring hWithOther() const
     {
-        std::wstring lWord = gWords[hBelow(CountOf(gWords))];
-        if (hBelow(8) == 0)
-        {
-            lWord += gWords[hBelow(CountOf(gWords))];
-        }
-        return lWord;
+        return L" with " + std::to_wstring(mOther);
     }
 
-    const wchar_t* const* hPair()
+    DelimiterPair hOwnPair() const
     {
-        return gPairs[hBelow(2) == 0 ? hBelow(3) : hBelow(CountOf(gPairs))];
+        const PropertyBag& lBag = *mSlots[mSlot].mBags[PlainSide];
+        return {lBag.GetBeginDelimiter(), lBag.GetEndDelimiter()};
     }
 
-    // A text that mostly has the shape of a text form, with or without header.
-    std::wstring hText(const wchar_t* ipBegin, const wchar_t* ipEnd)
+    PropertyBag& hBag(Side iSide) const
     {
-        std::wstring lText;
-        if (hBelow(2) == 0)
-        {
-            const wchar_t* const* lPair = hBelow(3) == 0 ? hPair() : gPairs[0];
-            ipBegin = lPair[0];
-            ipEnd = lPair[1];
-            lText = std::wstring(L"EndDelimiter") + ipEnd + L"BeginDelimiter" + ipBegin + ipEnd;
-        }
-        unsigned int lDepth = 0;
-        const unsigned int lPieces = hBelow(14);
-        for (unsigned int lPiece = 0; lPiece < lPieces && lText.size() < gLongestText; ++lPiece)
-        {
-            switch (hBelow(7))
-            {
-            case 0:
-            case 1:
-            case 2:
-                lText += hWord() + ipBegin + hWord() + ipEnd;
-                break;
-            case 3:
-                lText += hWord() + ipBegin + ipEnd;
-                break;
-            case 4:
-                if (lDepth < gDeepest)
-                {
-                    lText += hWord() + ipBegin;
-                    ++lDepth;
-                }
-                break;
-            case 5:
-                if (lDepth > 0)
-                {
-                    lText += ipEnd;
-                    --lDepth;
-                }
-                break;
-            default:
-                lText += hBelow(4) == 0 ? hWord() : L"";
-                break;
-            }
-        }
-        while (lDepth > 0)
-        {
-            lText += hBelow(40) == 0 ? L"" : ipEnd;
-            --lDepth;
-        }
-        return hBelow(30) == 0 ? lText.substr(0, lText.size() / 2) : lText;
+        return *mSlots[mSlot].mBags[iSide];
     }
 
-    void hTry(const std::wstring& iWhat, const Operation& iOperation)
+    static void hMakeNew(Twins& oTwins)
     {
-        mLog += std::to_wstring(mSlotIndex) + L": " + iWhat + L"\n";
-        const std::wstring lLibrary = Outcome([&] { return iOperation(Library); });
-        const std::wstring lPlain = Outcome([&] { return iOperation(PlainSide); });
-        if (lLibrary != lPlain)
-        {
-            mDifference = L"library: " + lLibrary + L"\nplain:   " + lPlain;
-            return;
-        }
-        for (std::size_t lIndex = 0; lIndex < gSlots; ++lIndex)
-        {
-            const std::wstring lLibraryState = Describe(*mSlots[lIndex].mBags[Library]);
-            const std::wstring lPlainState = Describe(*mSlots[lIndex].mBags[PlainSide]);
-            if (lLibraryState != lPlainState)
-            {
-                mDifference = L"state of " + std::to_wstring(lIndex) + L"\nlibrary: " + lLibraryState + L"\nplain:   " +
-                              lPlainState;
-                return;
-            }
-            // Merging bags into bags would grow them without end, and what the plain one does with depth takes for
-            // ever.
-            if (lPlainState.size() > 1500 || hDepth(*mSlots[lIndex].mBags[PlainSide]) > gDeepest)
-            {
-                mSlots[lIndex].mBags = {QTalBase::CreatePropertyBag(), Plain::CreatePlainPropertyBag()};
-            }
-        }
+        oTwins.mBags = {MakeBag(Library), MakeBag(PlainSide)};
     }
 
-    static unsigned int hDepth(const PropertyBag& iBag)
-    {
-        unsigned int lDeepest = 0;
-        for (unsigned int lIndex = 0; lIndex < iBag.GetCount(); ++lIndex)
-        {
-            lDeepest =
-                iBag.IsEmbedded(lIndex) ? std::max(lDeepest, 1 + hDepth(*iBag.GetValuePropertyBag(lIndex))) : lDeepest;
-        }
-        return lDeepest;
-    }
-
-    // A new bag takes a slot's place where it could be made.
+    // A new bag takes the slot's place where it could be made.
     template <class Make>
-    std::wstring hReplace(Slot& oSlot, Side iSide, const Make& iMake)
+    std::wstring hReplace(Side iSide, const Make& iMake)
     {
         const BagPtr lBag(iMake());
-        oSlot.mBags[iSide] = lBag;
+        mSlots[mSlot].mBags[iSide] = lBag;
         return L"made";
     }
 
     void hOperate();
-    void hChange(unsigned int iChoice, Slot& oSlot);
-    void hAsk(unsigned int iChoice, Slot& oSlot);
-    void hCombine(unsigned int iChoice, Slot& oSlot);
-    void hDeSerialize(Slot& oSlot);
+    void hTry(const std::wstring& iWhat, const Operation& iOperation);
+    void hCompareStates();
+    void hKeepSmall();
+
+    // The operations, each with its own choices.
+    void hSetPlain();
+    void hSetNest();
+    void hAddText();
+    void hAddManyProperties();
+    void hAddMutated();
+    void hReadText(const std::wstring& iText);
+    void hRemove();
+    void hMove();
+    void hChangeDelimiters();
+    void hSwapDelimiters();
+    void hDeSerialize();
+    void hSerialize();
+    void hGetProperty();
+    void hGetAtPosition();
+    void hGetString();
+    void hGetNest();
+    void hRepointDefaults();
+    void hMerge();
+    void hMergeForeign();
+    void hEmbed();
+    void hCompare();
+    void hClone();
+    void hFilteredClone();
+    void hTakeNest();
+    void hMake();
 
     Choices& mChoices;
-    const wchar_t* mBegin;
-    const wchar_t* mEnd;
-    std::array<Slot, gSlots> mSlots;
-    std::size_t mSlotIndex = 0;
+    BagTexts mTexts;
+    Look mLook;
+    const wchar_t* mOldBegin;
+    const wchar_t* mOldEnd;
+    wchar_t mBegin[gDelimiterSpace] = L"++++"; // where BEGIN and END may point, changed in place too
+    wchar_t mEnd[gDelimiterSpace] = L"***";
+    std::array<Twins, gSlots> mSlots;
+    std::array<std::size_t, gSlots> mSizes = {}; // of their descriptions
+    std::size_t mSlot = 0;
+    std::size_t mOther = 0;
     std::wstring mLog;
     std::wstring mDifference;
 };
 
 void Driver::hOperate()
 {
-    Slot& lSlot = hSlot();
-    const unsigned int lChoice = hBelow(24);
-    if (lChoice < 12)
+    // As often as named.
+    static void (Driver::*const gOperations[])() = {&Driver::hSetPlain,
+                                                    &Driver::hSetPlain,
+                                                    &Driver::hSetPlain,
+                                                    &Driver::hSetNest,
+                                                    &Driver::hSetNest,
+                                                    &Driver::hAddText,
+                                                    &Driver::hAddText,
+                                                    &Driver::hAddText,
+                                                    &Driver::hAddMutated,
+                                                    &Driver::hAddMutated,
+                                                    &Driver::hRemove,
+                                                    &Driver::hMove,
+                                                    &Driver::hChangeDelimiters,
+                                                    &Driver::hSwapDelimiters,
+                                                    &Driver::hDeSerialize,
+                                                    &Driver::hSerialize,
+                                                    &Driver::hGetProperty,
+                                                    &Driver::hGetAtPosition,
+                                                    &Driver::hGetString,
+                                                    &Driver::hGetString,
+                                                    &Driver::hGetNest,
+                                                    &Driver::hRepointDefaults,
+                                                    &Driver::hMerge,
+                                                    &Driver::hMergeForeign,
+                                                    &Driver::hEmbed,
+                                                    &Driver::hCompare,
+                                                    &Driver::hCompare,
+                                                    &Driver::hClone,
+                                                    &Driver::hFilteredClone,
+                                                    &Driver::hTakeNest,
+                                                    &Driver::hTakeNest,
+                                                    &Driver::hMake,
+                                                    &Driver::hAddManyProperties};
+    mSlot = hBelow(gSlots);
+    const unsigned int lOperation = hBelow(static_cast<unsigned int>(std::size(gOperations)));
+    (this->*gOperations[lOperation])();
+}
+
+void Driver::hTry(const std::wstring& iWhat, const Operation& iOperation)
+{
+    mLog += std::to_wstring(mSlot) + L": " + iWhat + L"\n";
+    const std::wstring lLibrary = Outcome([&] { return iOperation(Library); });
+    const std::wstring lPlain = Outcome([&] { return iOperation(PlainSide); });
+    if (lLibrary != lPlain)
     {
-        hChange(lChoice, lSlot);
+        mDifference = L"library: " + lLibrary + L"\nplain:   " + lPlain;
+        return;
     }
-    else if (lChoice < 18)
+    if (mLook == Look::AfterEachStep)
     {
-        hAsk(hBelow(9), lSlot);
+        hCompareStates();
     }
-    else
+    hKeepSmall();
+}
+
+void Driver::hCompareStates()
+{
+    for (std::size_t lIndex = 0; lIndex < gSlots && mDifference.empty(); ++lIndex)
     {
-        hCombine(lChoice - 18, lSlot);
+        const std::wstring lLibrary = DescribeState(*mSlots[lIndex].mBags[Library]);
+        const std::wstring lPlain = DescribeState(*mSlots[lIndex].mBags[PlainSide]);
+        mSizes[lIndex] = lPlain.size();
+        if (lLibrary != lPlain)
+        {
+            mDifference = L"state of " + std::to_wstring(lIndex) + L"\nlibrary: " + lLibrary + L"\nplain:   " + lPlain;
+        }
     }
 }
 
-void Driver::hChange(unsigned int iChoice, Slot& oSlot)
+// Merging bags into bags would grow them without end, and what the plain one does with depth takes for ever.
+void Driver::hKeepSmall()
 {
-    const auto lBag = [&oSlot](Side iSide) -> PropertyBag& { return *oSlot.mBags[iSide]; };
-    const std::wstring lName = hWord();
-    switch (iChoice)
+    for (std::size_t lIndex = 0; lIndex < gSlots; ++lIndex)
     {
-    case 0:
-    case 1:
-    case 2: {
-        const std::wstring lValue = hWord();
-        hTry(L"SetProperty " + Quoted(lName) + L" " + Quoted(lValue), [&](Side iSide) {
-            lBag(iSide).SetProperty(lName.c_str(), lValue.c_str(), false);
-            return std::wstring();
-        });
-        return;
-    }
-    case 3:
-    case 4:
-    case 5:
-    case 6:
-    case 7: {
-        const std::wstring lText = hText(lBag(Library).GetBeginDelimiter(), lBag(Library).GetEndDelimiter());
-        const bool lIsSet = iChoice < 5;
-        hTry((lIsSet ? L"SetProperty nested " + Quoted(lName) : std::wstring(L"AddString")) + L" " + Quoted(lText),
-             [&](Side iSide) {
-                 if (lIsSet)
-                 {
-                     lBag(iSide).SetProperty(lName.c_str(), lText.c_str(), true);
-                 }
-                 else
-                 {
-                     lBag(iSide).AddString(lText.c_str());
-                 }
-                 return std::wstring();
-             });
-        return;
-    }
-    case 8:
-        hTry(L"RemoveProperty " + Quoted(lName), [&](Side iSide) {
-            lBag(iSide).RemoveProperty(lName.c_str());
-            return std::wstring();
-        });
-        return;
-    case 9: {
-        const unsigned int lIndex = hBelow(8);
-        hTry(L"MoveProperty " + Quoted(lName) + L" " + std::to_wstring(lIndex), [&](Side iSide) {
-            lBag(iSide).MoveProperty(lName.c_str(), lIndex);
-            return std::wstring();
-        });
-        return;
-    }
-    case 10: {
-        const wchar_t* const* lPair = hPair();
-        hTry(L"ChangeDelimiters " + Quoted(lPair[0]) + L" " + Quoted(lPair[1]), [&](Side iSide) {
-            lBag(iSide).ChangeDelimiters(lPair[0], lPair[1]);
-            return std::wstring();
-        });
-        return;
-    }
-    default:
-        hDeSerialize(oSlot);
-        return;
+        const PropertyBag& lBag = *mSlots[lIndex].mBags[PlainSide];
+        const unsigned int lDepth = DepthOf(lBag);
+        const std::size_t lSize = mLook == Look::AfterEachStep ? mSizes[lIndex] : DescribeState(lBag).size();
+        if (lDepth > gDeepest || lSize > (lDepth > 2 ? gLargestState : gLargestFlatState))
+        {
+            mLog += L"(" + std::to_wstring(lIndex) + L" is replaced by an empty one)\n";
+            hMakeNew(mSlots[lIndex]);
+        }
     }
 }
 
-void Driver::hDeSerialize(Slot& oSlot)
+void Driver::hSetPlain()
 {
-    const wchar_t* const* lPair = hPair();
-    QSerialization::MemoryWriteDataStream lWriter;
-    lWriter.WriteWString(lPair[0]);
-    lWriter.WriteWString(lPair[1]);
-    lWriter.WriteWString(hText(lPair[0], lPair[1]).c_str());
-    const std::size_t lSize = lWriter.GetBytes().size() - (hBelow(10) == 0 ? 4 : 0);
-    hTry(L"DeSerialize with " + Quoted(lPair[0]) + L" " + Quoted(lPair[1]), [&](Side iSide) {
-        QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lSize);
-        oSlot.mBags[iSide]->DeSerialize(lReader);
+    const std::wstring lName = mTexts.Word();
+    const std::wstring lValue = mTexts.Word();
+    const unsigned int lNull = hBelow(64);
+    hTry(L"SetProperty " + Quoted(lName) + L" " + Quoted(lValue) + (lNull < 3 ? L" with null" : L""), [&](Side iSide) {
+        const bool lIsNest = lNull == 2;
+        hBag(iSide).SetProperty(lNull == 0 ? nullptr : lName.c_str(), lNull == 1 || lIsNest ? nullptr : lValue.c_str(),
+                                lIsNest);
         return std::wstring();
     });
 }
 
-void Driver::hAsk(unsigned int iChoice, Slot& oSlot)
+void Driver::hSetNest()
 {
-    const auto lBag = [&oSlot](Side iSide) -> const PropertyBag& { return *oSlot.mBags[iSide]; };
-    const std::wstring lName = hWord();
-    const unsigned int lIndex = hBelow(6);
-    switch (iChoice)
-    {
-    case 0:
-        hTry(L"GetProperty " + Quoted(lName),
-             [&](Side iSide) { return std::wstring(lBag(iSide).GetProperty(lName.c_str())); });
-        return;
-    case 1:
-        hTry(L"GetName " + std::to_wstring(lIndex),
-             [&](Side iSide) { return std::wstring(lBag(iSide).GetName(lIndex)); });
-        return;
-    case 2:
-        hTry(L"GetValue " + std::to_wstring(lIndex),
-             [&](Side iSide) { return std::wstring(lBag(iSide).GetValue(lIndex)); });
-        return;
-    case 3:
-        hTry(L"IsEmbedded " + std::to_wstring(lIndex),
-             [&](Side iSide) { return std::wstring(lBag(iSide).IsEmbedded(lIndex) ? L"true" : L"false"); });
-        return;
-    case 4:
-    case 5:
-    case 6: {
-        const wchar_t* const* lPair = hPair();
-        const unsigned int lFlags = hBelow(16);
-        hTry(L"GetString " + std::to_wstring(lFlags) + L" " + Quoted(lPair[0]) + L" " + Quoted(lPair[1]),
-             [&](Side iSide) {
-                 return std::wstring(lBag(iSide).GetString((lFlags & 1) != 0, (lFlags & 2) != 0 ? lPair[0] : nullptr,
-                                                           (lFlags & 4) != 0 ? lPair[1] : nullptr, (lFlags & 8) != 0));
-             });
-        return;
-    }
-    case 7: {
-        const wchar_t* const* lPair = hPair();
-        hTry(L"BEGIN and END become " + Quoted(lPair[0]) + L" " + Quoted(lPair[1]), [&](Side) {
-            BEGIN = lPair[0];
-            END = lPair[1];
-            return std::wstring();
-        });
-        return;
-    }
-    default:
-        hTry(L"IsPropertyEmbedded, GetPropertyBag " + Quoted(lName), [&](Side iSide) {
-            return (lBag(iSide).IsPropertyEmbedded(lName.c_str()) ? L"true " : L"false ") +
-                   Describe(*lBag(iSide).GetPropertyBag(lName.c_str()));
-        });
-        return;
-    }
+    const std::wstring lName = mTexts.Word();
+    const std::wstring lText = mTexts.Text(hOwnPair());
+    hTry(L"SetProperty nested " + Quoted(lName) + L" " + Quoted(lText), [&](Side iSide) {
+        hBag(iSide).SetProperty(lName.c_str(), lText.c_str(), true);
+        return std::wstring();
+    });
 }
 
-void Driver::hCombine(unsigned int iChoice, Slot& oSlot)
+void Driver::hAddText()
 {
-    const std::size_t lOtherIndex = hBelow(gSlots);
-    Slot& lOther = mSlots[lOtherIndex];
-    const std::wstring lWith = L" with " + std::to_wstring(lOtherIndex);
-    const std::wstring lName = hWord();
-    switch (iChoice)
+    hReadText(mTexts.Text(hOwnPair()));
+}
+
+void Driver::hAddManyProperties()
+{
+    const bool lIsOwn = !mChoices.Once(3);
+    hReadText(mTexts.ManyProperties(lIsOwn ? hOwnPair() : mTexts.Pair()));
+}
+
+// The text of a bag, damaged.
+void Driver::hAddMutated()
+{
+    const PropertyBag& lOther = *hOther().mBags[PlainSide];
+    const bool lHasHeader = mChoices.Once(2);
+    std::wstring lText;
+    Outcome([&] { return lText = lOther.GetString(lHasHeader, nullptr, nullptr, true).c_str(); });
+    hReadText(mTexts.Mutated(lText));
+}
+
+void Driver::hReadText(const std::wstring& iText)
+{
+    if (DepthOfText(iText, hOwnPair()) > gDeepest + 1)
     {
-    case 0:
-        hTry(L"AddPropertyBag" + lWith, [&](Side iSide) {
-            oSlot.mBags[iSide]->AddPropertyBag(lOther.mBags[iSide].get());
+        return;
+    }
+    hTry(L"AddString " + Quoted(iText), [&](Side iSide) {
+        hBag(iSide).AddString(iText.c_str());
+        return std::wstring();
+    });
+}
+
+void Driver::hRemove()
+{
+    const std::wstring lName = mTexts.Word();
+    const bool lIsNull = mChoices.Once(32);
+    hTry(L"RemoveProperty " + (lIsNull ? L"null" : Quoted(lName)), [&](Side iSide) {
+        hBag(iSide).RemoveProperty(lIsNull ? nullptr : lName.c_str());
+        return std::wstring();
+    });
+}
+
+void Driver::hMove()
+{
+    const unsigned int lIndex = hBelow(8);
+    const unsigned int lCount = hBag(PlainSide).GetCount();
+    const bool lIsNull = mChoices.Once(32);
+    std::wstring lName = mTexts.Word();
+    if (lCount != 0 && !mChoices.Once(4))
+    {
+        lName = hBag(PlainSide).GetName(hBelow(256) % lCount).c_str();
+    }
+    hTry(L"MoveProperty " + (lIsNull ? L"null" : Quoted(lName)) + L" " + std::to_wstring(lIndex), [&](Side iSide) {
+        hBag(iSide).MoveProperty(lIsNull ? nullptr : lName.c_str(), lIndex);
+        return std::wstring();
+    });
+}
+
+void Driver::hChangeDelimiters()
+{
+    const DelimiterPair lPair = mTexts.Pair();
+    hTry(L"ChangeDelimiters " + Quoted(lPair), [&](Side iSide) {
+        hBag(iSide).ChangeDelimiters(lPair.mBegin.c_str(), lPair.mEnd.c_str());
+        return std::wstring();
+    });
+}
+
+// Its own ones the other way round, or from the middle of one: arguments that point into the bag itself.
+void Driver::hSwapDelimiters()
+{
+    const std::size_t lSkipped = hBelow(3);
+    hTry(L"ChangeDelimiters to its own, swapped, " + std::to_wstring(lSkipped), [&](Side iSide) {
+        const wchar_t* lBegin = hBag(iSide).GetEndDelimiter();
+        hBag(iSide).ChangeDelimiters(lBegin + std::min(lSkipped, std::wcslen(lBegin)), hBag(iSide).GetBeginDelimiter());
+        return std::wstring();
+    });
+}
+
+void Driver::hDeSerialize()
+{
+    const DelimiterPair lPair = mTexts.Pair();
+    const DelimiterPair lTextPair = mChoices.Once(3) ? mTexts.Pair() : lPair;
+    const std::wstring lText = mTexts.Text(lTextPair);
+    QSerialization::MemoryWriteDataStream lWriter;
+    lWriter.WriteWString(lPair.mBegin.c_str());
+    lWriter.WriteWString(lPair.mEnd.c_str());
+    lWriter.WriteWString(lText.c_str());
+    const std::size_t lSize = lWriter.GetBytes().size() - (mChoices.Once(10) ? 4 : 0);
+    hTry(L"DeSerialize " + Quoted(lPair) + L" " + Quoted(lText), [&](Side iSide) {
+        QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lSize);
+        hBag(iSide).DeSerialize(lReader);
+        return L"leaves " + std::to_wstring(lReader.GetRemaining());
+    });
+}
+
+void Driver::hSerialize()
+{
+    hTry(L"Serialize", [&](Side iSide) {
+        QSerialization::MemoryWriteDataStream lWriter;
+        const std::wstring lOutcome = Outcome([&] {
+            hBag(iSide).Serialize(lWriter);
             return std::wstring();
         });
-        return;
-    case 1:
-        hTry(L"EmbedProperty " + Quoted(lName) + lWith, [&](Side iSide) {
-            oSlot.mBags[iSide]->EmbedProperty(lName.c_str(), lOther.mBags[iSide].get());
-            return std::wstring();
-        });
-        return;
-    case 2:
-        hTry(L"== and IsSubset" + lWith, [&](Side iSide) {
-            const PropertyBag& lLeft = *oSlot.mBags[iSide];
-            const PropertyBag& lRight = *lOther.mBags[iSide];
-            const std::wstring lEqual = Outcome([&] { return lLeft == lRight ? L"equal " : L"different "; });
-            return lEqual + Outcome([&] { return lLeft.IsSubset(&lRight) ? L"subset" : L"no subset"; });
-        });
-        return;
-    case 3:
-        hTry(L"Clone of" + lWith,
-             [&](Side iSide) { return hReplace(oSlot, iSide, [&] { return lOther.mBags[iSide]->Clone(); }); });
-        return;
-    case 4: {
-        const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
-        for (unsigned int lCount = hBelow(12); lCount > 0; --lCount)
+        return lOutcome + Described(lWriter.GetBytes());
+    });
+}
+
+void Driver::hGetProperty()
+{
+    const std::wstring lName = mTexts.Word();
+    hTry(L"GetProperty " + Quoted(lName),
+         [&](Side iSide) { return std::wstring(hBag(iSide).GetProperty(lName.c_str())); });
+}
+
+void Driver::hGetAtPosition()
+{
+    const unsigned int lChoice = hBelow(12);
+    const unsigned int lIndex = lChoice == 11 ? 0xFFFFFFFF : lChoice;
+    hTry(L"what is at " + std::to_wstring(lIndex), [&](Side iSide) {
+        const PropertyBag& lBag = hBag(iSide);
+        std::wstring lText = std::to_wstring(lBag.GetCount());
+        lText += L" " + Outcome([&] { return std::wstring(lBag.GetName(lIndex)); });
+        lText += L" " + Outcome([&] { return std::wstring(lBag.GetValue(lIndex)); });
+        lText += L" " + Outcome([&] { return YesOrNo(lBag.IsEmbedded(lIndex)); });
+        return lText + L" " + Outcome([&] { return DescribeState(*lBag.GetValuePropertyBag(lIndex)); });
+    });
+}
+
+void Driver::hGetString()
+{
+    const unsigned int lFlags = hBelow(32);
+    const DelimiterPair lPair = mTexts.Pair();
+    hTry(L"GetString " + std::to_wstring(lFlags) + L" " + Quoted(lPair), [&](Side iSide) {
+        const PropertyBag& lBag = hBag(iSide);
+        const bool lHasHeader = (lFlags & 1) != 0;
+        const wchar_t* lBegin = (lFlags & 2) != 0 ? lPair.mBegin.c_str() : nullptr;
+        const wchar_t* lEnd = (lFlags & 4) != 0 ? lPair.mEnd.c_str() : nullptr;
+        if ((lFlags & 16) != 0)
         {
-            lFilter->Insert(hWord().c_str());
+            return std::wstring(lBag.GetStringWithoutSensitiveInfo(lHasHeader, lBegin, lEnd));
         }
-        hTry(L"FilteredClone of" + lWith, [&](Side iSide) {
-            return hReplace(oSlot, iSide, [&] { return lOther.mBags[iSide]->FilteredClone(lFilter.get()); });
-        });
-        return;
+        return std::wstring(lBag.GetString(lHasHeader, lBegin, lEnd, (lFlags & 8) != 0));
+    });
+}
+
+void Driver::hGetNest()
+{
+    const std::wstring lName = mTexts.Word();
+    hTry(L"IsPropertyEmbedded, GetPropertyBag " + Quoted(lName), [&](Side iSide) {
+        return YesOrNo(hBag(iSide).IsPropertyEmbedded(lName.c_str())) + L" " +
+               DescribeState(*hBag(iSide).GetPropertyBag(lName.c_str()));
+    });
+}
+
+// BEGIN and END point elsewhere, or the text where they point becomes another.
+void Driver::hRepointDefaults()
+{
+    const bool lIsBack = mChoices.Once(3);
+    const DelimiterPair lPair = lIsBack ? OddPairs()[0] : mTexts.Pair();
+    const bool lIsInPlace = mChoices.Once(2);
+    hTry((lIsInPlace ? L"the texts for BEGIN and END become " : L"BEGIN and END point to ") + Quoted(lPair), [&](Side) {
+        std::wcsncpy(mBegin, lPair.mBegin.c_str(), gDelimiterSpace - 1);
+        std::wcsncpy(mEnd, lPair.mEnd.c_str(), gDelimiterSpace - 1);
+        if (!lIsInPlace)
+        {
+            BEGIN = lIsBack ? mOldBegin : mBegin;
+            END = lIsBack ? mOldEnd : mEnd;
+        }
+        return std::wstring();
+    });
+}
+
+void Driver::hMerge()
+{
+    const Twins& lOther = hOther();
+    hTry(L"AddPropertyBag" + hWithOther(), [&](Side iSide) {
+        hBag(iSide).AddPropertyBag(lOther.mBags[iSide].get());
+        return std::wstring();
+    });
+}
+
+// Each side merges a bag of the other side's kind, which shares nothing with any live bag.
+void Driver::hMergeForeign()
+{
+    const DelimiterPair lPair = mTexts.Pair();
+    const std::wstring lText = mTexts.Text(lPair);
+    const bool lIsEmbedded = mChoices.Once(2);
+    const std::wstring lName = mTexts.Word();
+    hTry((lIsEmbedded ? L"EmbedProperty " + Quoted(lName) : std::wstring(L"AddPropertyBag")) + L" with a foreign bag " +
+             Quoted(lPair) + L" " + Quoted(lText),
+         [&](Side iSide) {
+             const BagPtr lForeign = MakeBag(OtherSide(iSide), lPair.mBegin, lPair.mEnd);
+             lForeign->AddString(lText.c_str());
+             if (lIsEmbedded)
+             {
+                 hBag(iSide).EmbedProperty(lName.c_str(), lForeign.get());
+             }
+             else
+             {
+                 hBag(iSide).AddPropertyBag(lForeign.get());
+             }
+             return std::wstring();
+         });
+}
+
+void Driver::hEmbed()
+{
+    const Twins& lOther = hOther();
+    const std::wstring lName = mTexts.Word();
+    hTry(L"EmbedProperty " + Quoted(lName) + hWithOther(), [&](Side iSide) {
+        hBag(iSide).EmbedProperty(lName.c_str(), lOther.mBags[iSide].get());
+        return std::wstring();
+    });
+}
+
+// Also with the twin of the other kind on the right, which changes no answer.
+void Driver::hCompare()
+{
+    const Twins& lOther = hOther();
+    const bool lIsForeign = mChoices.Once(3);
+    hTry(L"==, IsSubset" + hWithOther() + (lIsForeign ? L", foreign" : L""), [&](Side iSide) {
+        const PropertyBag& lLeft = hBag(iSide);
+        const PropertyBag& lRight = *lOther.mBags[lIsForeign ? OtherSide(iSide) : iSide];
+        const std::wstring lEqual = Outcome([&] { return YesOrNo(lLeft.operator==(lRight)); });
+        return lEqual + L" " + Outcome([&] { return YesOrNo(lLeft.IsSubset(&lRight)); });
+    });
+}
+
+void Driver::hClone()
+{
+    const Twins& lOther = hOther();
+    hTry(L"Clone" + hWithOther(),
+         [&](Side iSide) { return hReplace(iSide, [&] { return lOther.mBags[iSide]->Clone(); }); });
+}
+
+void Driver::hFilteredClone()
+{
+    const Twins& lOther = hOther();
+    const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    std::wstring lNames;
+    for (unsigned int lLeft = hBelow(12); lLeft > 0; --lLeft)
+    {
+        const std::wstring lName = mTexts.Word();
+        lNames += L" " + Quoted(lName);
+        lFilter->Insert(lName.c_str());
     }
-    default:
-        break;
-    }
+    hTry(L"FilteredClone" + hWithOther() + lNames, [&](Side iSide) {
+        return hReplace(iSide, [&] { return lOther.mBags[iSide]->FilteredClone(lFilter.get()); });
+    });
+}
+
+// A nest of another bag, shared with it from now on.
+void Driver::hTakeNest()
+{
+    const Twins& lOther = hOther();
+    const unsigned int lCount = lOther.mBags[PlainSide]->GetCount();
+    const unsigned int lFromBehind = hBelow(3);
+    const unsigned int lIndex = lCount > lFromBehind ? lCount - 1 - lFromBehind : 0;
+    hTry(L"takes the nest at " + std::to_wstring(lIndex) + hWithOther(),
+         [&](Side iSide) { return hReplace(iSide, [&] { return lOther.mBags[iSide]->GetValuePropertyBag(lIndex); }); });
+}
+
+void Driver::hMake()
+{
     const unsigned int lKind = hBelow(4);
-    const wchar_t* const* lPair = hPair();
-    const std::wstring lText = hText(lPair[0], lPair[1]);
-    hTry(L"make " + std::to_wstring(lKind) + L" " + Quoted(lText) + lWith, [&](Side iSide) {
-        return hReplace(oSlot, iSide, [&]() -> BagPtr {
-            const bool lIsLibrary = iSide == Library;
-            switch (lKind)
+    const DelimiterPair lPair = mTexts.Pair();
+    const std::wstring lText = mTexts.Text(lPair);
+    hTry(L"make " + std::to_wstring(lKind) + L" " + Quoted(lPair) + L" " + Quoted(lText), [&](Side iSide) {
+        return hReplace(iSide, [&] {
+            if (lKind == 0)
             {
-            case 0:
-                return lIsLibrary ? QTalBase::CreatePropertyBag() : Plain::CreatePlainPropertyBag();
-            case 1:
-                return lIsLibrary ? QTalBase::CreatePropertyBag(lPair[0], lPair[1])
-                                  : Plain::CreatePlainPropertyBag(lPair[0], lPair[1]);
-            case 2:
-                return lIsLibrary ? QTalBase::CreatePropertyBag(lText.c_str())
-                                  : Plain::CreatePlainPropertyBag(lText.c_str());
-            default:
-                // A nest of another bag, shared with it from now on.
-                return lOther.mBags[iSide]->GetPropertyBag(lName.c_str());
+                return MakeBag(iSide);
             }
+            return lKind == 1 ? MakeBag(iSide, lPair.mBegin, lPair.mEnd) : MakeBag(iSide, lText);
         });
     });
 }
 
 } // namespace
 
-RandomChoices::RandomChoices(std::uint64_t iSeed) : mEngine(iSeed) {}
-
-unsigned int RandomChoices::Below(unsigned int iLimit)
+std::string FindDifference(Choices& iChoices, std::size_t iOperations, Look iLook)
 {
-    return static_cast<unsigned int>(mEngine() % iLimit);
-}
-
-bool RandomChoices::IsAtEnd() const
-{
-    return false;
-}
-
-ByteChoices::ByteChoices(const std::uint8_t* ipBytes, std::size_t iSize) : mBytes(ipBytes), mLeft(iSize) {}
-
-unsigned int ByteChoices::Below(unsigned int iLimit)
-{
-    if (mLeft == 0)
-    {
-        return 0;
-    }
-    --mLeft;
-    return *mBytes++ % iLimit;
-}
-
-bool ByteChoices::IsAtEnd() const
-{
-    return mLeft == 0;
-}
-
-std::string FindDifference(Choices& iChoices, std::size_t iOperations)
-{
-    return Driver(iChoices).FindDifference(iOperations);
+    return Driver(iChoices, iLook).FindDifference(iOperations);
 }
 
 } // namespace TalBaseTest

@@ -1,0 +1,155 @@
+#include "Tests/Support/Twins.h"
+
+#include "QBase/Message.h"
+#include "Tests/Support/PlainPropertyBag.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <typeinfo>
+#include <vector>
+
+namespace TalBaseTest
+{
+
+using QTalBase::PropertyBag;
+
+namespace
+{
+
+// A bag on the way down, and which of its entries comes next.
+struct Place
+{
+    BagPtr mBag; // null for the bag that was asked about, whose reference count may be 0
+    const PropertyBag* mLooked;
+    unsigned int mNext;
+    unsigned int mCount;
+};
+
+// Visits a bag and its nests from the outside in, without recursion: texts can nest deeper than a stack.
+template <class Enter, class Visit, class Leave>
+void Walk(const PropertyBag& iBag, const Enter& iEnter, const Visit& iVisit, const Leave& iLeave)
+{
+    std::vector<Place> lPlaces;
+    lPlaces.push_back({nullptr, &iBag, 0, iBag.GetCount()});
+    iEnter(iBag);
+    while (!lPlaces.empty())
+    {
+        Place& lPlace = lPlaces.back();
+        if (lPlace.mNext == lPlace.mCount)
+        {
+            lPlaces.pop_back();
+            iLeave();
+            continue;
+        }
+        const unsigned int lIndex = lPlace.mNext++;
+        iVisit(*lPlace.mLooked, lIndex);
+        if (lPlace.mLooked->IsEmbedded(lIndex))
+        {
+            const BagPtr lNest = lPlace.mLooked->GetValuePropertyBag(lIndex);
+            iEnter(*lNest);
+            lPlaces.push_back({lNest, lNest.get(), 0, lNest->GetCount()});
+        }
+    }
+}
+
+bool SharesCharacter(const std::wstring& iText, const std::wstring& iCharacters)
+{
+    return iText.find_first_of(iCharacters) != std::wstring::npos;
+}
+
+bool HasPair(const PropertyBag& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    return iBag.GetBeginDelimiter() == iBegin && iBag.GetEndDelimiter() == iEnd;
+}
+
+} // namespace
+
+BagPtr MakeBag(Side iSide)
+{
+    return iSide == Library ? QTalBase::CreatePropertyBag() : Plain::CreatePlainPropertyBag();
+}
+
+BagPtr MakeBag(Side iSide, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    return iSide == Library ? QTalBase::CreatePropertyBag(iBegin.c_str(), iEnd.c_str())
+                            : Plain::CreatePlainPropertyBag(iBegin.c_str(), iEnd.c_str());
+}
+
+BagPtr MakeBag(Side iSide, const std::wstring& iText)
+{
+    return iSide == Library ? QTalBase::CreatePropertyBag(iText.c_str()) : Plain::CreatePlainPropertyBag(iText.c_str());
+}
+
+std::wstring DescribeState(const PropertyBag& iBag)
+{
+    std::wstring lText;
+    Walk(
+        iBag,
+        [&lText](const PropertyBag& iEntered) {
+            lText += std::wstring(L"{") + iEntered.GetBeginDelimiter() + L"|" + iEntered.GetEndDelimiter() + L"|" +
+                     std::to_wstring(iEntered.GetCount()) + L"|";
+        },
+        [&lText](const PropertyBag& iVisited, unsigned int iIndex) {
+            lText += iVisited.GetName(iIndex).c_str();
+            lText += L"=";
+            if (!iVisited.IsEmbedded(iIndex))
+            {
+                lText += L"\"" + std::wstring(iVisited.GetValue(iIndex).c_str()) + L"\"";
+            }
+        },
+        [&lText] { lText += L"}"; });
+    return lText;
+}
+
+unsigned int DepthOf(const PropertyBag& iBag)
+{
+    unsigned int lDepth = 0;
+    unsigned int lDeepest = 0;
+    Walk(
+        iBag, [&](const PropertyBag&) { lDeepest = std::max(lDeepest, lDepth++); },
+        [](const PropertyBag&, unsigned int) {}, [&] { --lDepth; });
+    return lDeepest;
+}
+
+bool ComesBackFromText(const PropertyBag& iBag)
+{
+    const std::wstring lBegin = iBag.GetBeginDelimiter();
+    const std::wstring lEnd = iBag.GetEndDelimiter();
+    bool lComesBack =
+        !lBegin.empty() && !lEnd.empty() && !SharesCharacter(lEnd, L"BeginDelimiter") && !SharesCharacter(lBegin, lEnd);
+    const std::wstring lBad = lBegin + lEnd + (HasPair(iBag, BEGIN, END) ? L"*+" : L"");
+    Walk(
+        iBag,
+        [&](const PropertyBag& iEntered) {
+            lComesBack =
+                lComesBack && HasPair(iEntered, lBegin, lEnd) && (&iEntered == &iBag || iEntered.GetCount() > 0);
+        },
+        [&](const PropertyBag& iVisited, unsigned int iIndex) {
+            const std::wstring lName = iVisited.GetName(iIndex).c_str();
+            const bool lIsGood = !lName.empty() && !SharesCharacter(lName, lBegin + lEnd) &&
+                                 lName.rfind(L"EndDelimiter", 0) == std::wstring::npos;
+            lComesBack = lComesBack && lIsGood &&
+                         (iVisited.IsEmbedded(iIndex) || !SharesCharacter(iVisited.GetValue(iIndex).c_str(), lBad));
+        },
+        [] {});
+    return lComesBack;
+}
+
+std::wstring Outcome(const std::function<std::wstring()>& iOperation)
+{
+    try
+    {
+        return iOperation();
+    }
+    catch (const QBase::Message& lMessage)
+    {
+        const std::string lClass = typeid(lMessage).name();
+        return L"throws " + std::wstring(lClass.begin(), lClass.end()) + L" " + lMessage.GetMessage();
+    }
+    catch (const std::out_of_range&)
+    {
+        return L"throws std::out_of_range";
+    }
+}
+
+} // namespace TalBaseTest

@@ -1,0 +1,50 @@
+// Two bags that must be told apart by nothing: one of the library, one of the plain implementation.
+
+#ifndef TALBASE_TESTS_SUPPORT_TWINS_H
+#define TALBASE_TESTS_SUPPORT_TWINS_H
+
+#include "QBase/SmartPtrI.h"
+#include "TalBase/PropertyBag.h"
+
+#include <array>
+#include <functional>
+#include <string>
+
+namespace TalBaseTest
+{
+
+using BagPtr = QBase::SmartPtrI<QTalBase::PropertyBag>;
+
+enum Side
+{
+    Library,
+    PlainSide
+};
+
+struct Twins
+{
+    std::array<BagPtr, 2> mBags;
+};
+
+// Make bags of one side, as the library's factories do.
+BagPtr MakeBag(Side iSide);
+BagPtr MakeBag(Side iSide, const std::wstring& iBegin, const std::wstring& iEnd);
+BagPtr MakeBag(Side iSide, const std::wstring& iText);
+
+// The whole state of a bag: its delimiters, names and values as they are stored, and its nests.
+std::wstring DescribeState(const QTalBase::PropertyBag& iBag);
+
+// How many levels of nests a bag has.
+unsigned int DepthOf(const QTalBase::PropertyBag& iBag);
+
+// Returns whether a bag must come back from its text form, with or without header, and from its binary form exactly as
+// it is: one pair of delimiters throughout that a header can carry and that shares no character with a name or a value,
+// no empty names, no empty nests, nothing that a reader would escape, and no name that looks like a header.
+bool ComesBackFromText(const QTalBase::PropertyBag& iBag);
+
+// What one side answers: a result, or an exception's class and text. Exceptions that no operation promises pass on.
+std::wstring Outcome(const std::function<std::wstring()>& iOperation);
+
+} // namespace TalBaseTest
+
+#endif
