@@ -1,11 +1,16 @@
 # Sourced by ../../dev: what every word shares. Shows commands before it runs them and installs missing packages.
 # shellcheck shell=bash
 
-# Runs a command and says so first, in a form that can be pasted into a shell.
-show() {
+# Says a command in a form that can be pasted into a shell.
+announce() {
     printf '+' >&2
     printf ' %q' "$@" >&2
     printf '\n' >&2
+}
+
+# Runs a command and says so first.
+show() {
+    announce "$@"
     "$@"
 }
 

@@ -1,0 +1,227 @@
+// Reading texts into bags: the outcome and the bag are those of the plain implementation, a text that cannot be read
+// changes nothing, and what was read comes back from its own text and stream.
+//
+// Two bytes choose the encoding, the delimiters and the bag; the rest is the text. In the first encoding small bytes
+// stand for delimiters, pieces of them, words of headers and repetitions, and all others for themselves.
+
+#include "Fuzz/Support/Check.h"
+#include "Fuzz/Support/Input.h"
+#include "Fuzz/Support/Target.h"
+#include "QSerialization/MemoryDataStream.h"
+#include "Tests/Support/BagTexts.h"
+#include "Tests/Support/RepointedDefaults.h"
+#include "Tests/Support/Twins.h"
+
+#include <cwchar>
+
+namespace
+{
+
+using QTalBase::PropertyBag;
+using TalBaseTest::BagPtr;
+using TalBaseTest::ComesBackFromText;
+using TalBaseTest::DelimiterPair;
+using TalBaseTest::DescribeState;
+using TalBaseTest::Library;
+using TalBaseTest::MakeBag;
+using TalBaseTest::Outcome;
+using TalBaseTest::PlainSide;
+
+const std::size_t gLongestText = 60000;
+
+struct Case
+{
+    bool mIsFilled;      // whether the bag holds something before
+    bool mIsRepointed;   // whether BEGIN and END are the delimiters
+    DelimiterPair mPair; // those of the bag
+    std::wstring mText;
+};
+
+std::wstring HeaderOf(const DelimiterPair& iPair)
+{
+    return L"EndDelimiter" + iPair.mEnd + L"BeginDelimiter" + iPair.mBegin + iPair.mEnd;
+}
+
+// Appends what a byte stands for.
+void AppendToken(std::wstring& oText, std::uint8_t iByte, const DelimiterPair& iPair)
+{
+    const std::wstring lWords[] = {iPair.mBegin,
+                                   iPair.mEnd,
+                                   iPair.mBegin.substr(0, 1),
+                                   iPair.mBegin.substr(iPair.mBegin.size() - 1),
+                                   iPair.mEnd.substr(0, 1),
+                                   iPair.mEnd.substr(iPair.mEnd.size() - 1),
+                                   L"&#42;",
+                                   L"&#43;",
+                                   L"EndDelimiter",
+                                   L"\n",
+                                   L"BeginDelimiter",
+                                   HeaderOf(iPair),
+                                   L"EndDelimiter***BeginDelimiter++++***",
+                                   L"FTPServerPassword",
+                                   std::wstring(30, L'x'),
+                                   L"k" + iPair.mBegin + L"v" + iPair.mEnd,
+                                   oText.substr(oText.size() - std::min(oText.size(), std::size_t{8})),
+                                   oText.size() < gLongestText / 2 ? oText : L"",
+                                   std::to_wstring(oText.size()),
+                                   iPair.mEnd + iPair.mEnd + iPair.mEnd,
+                                   L"\xD800",
+                                   L"\x10FFFF"};
+    if (iByte < std::size(lWords))
+    {
+        oText += lWords[iByte];
+    }
+    else
+    {
+        oText += static_cast<wchar_t>(iByte);
+    }
+}
+
+std::wstring Tokens(Fuzz::Input& iInput, const DelimiterPair& iPair)
+{
+    std::wstring lText;
+    while (!iInput.IsAtEnd() && lText.size() < gLongestText)
+    {
+        AppendToken(lText, iInput.Byte(), iPair);
+    }
+    return lText;
+}
+
+bool IsValid(const DelimiterPair& iPair)
+{
+    return Outcome([&] {
+               MakeBag(PlainSide, iPair.mBegin, iPair.mEnd);
+               return std::wstring();
+           }) == L"";
+}
+
+Case ReadCase(Fuzz::Input& iInput)
+{
+    const unsigned int lFlags = iInput.Byte();
+    const auto& lPairs = TalBaseTest::OddPairs();
+    const DelimiterPair lPair = lPairs[iInput.Below(static_cast<unsigned int>(lPairs.size()))];
+    Case lCase;
+    lCase.mIsFilled = (lFlags & 1) != 0;
+    lCase.mIsRepointed = (lFlags & 2) != 0;
+    lCase.mPair = IsValid(lPair) ? lPair : lPairs[0];
+    lCase.mText = (lFlags & 4) != 0 ? HeaderOf(lCase.mPair) : L"";
+    lCase.mText += (lFlags & 8) != 0 ? iInput.WideRest() : Tokens(iInput, lCase.mPair);
+    lCase.mText.resize(std::wcslen(lCase.mText.c_str())); // a pointer is all that a reader gets
+    return lCase;
+}
+
+BagPtr NewBag(TalBaseTest::Side iSide, const Case& iCase)
+{
+    const BagPtr lBag = MakeBag(iSide, iCase.mPair.mBegin, iCase.mPair.mEnd);
+    if (iCase.mIsFilled)
+    {
+        // What a delimiter clashes with is left out.
+        Outcome([&] {
+            lBag->SetProperty(L"k", L"old", false);
+            lBag->SetProperty(L"n", (L"k" + iCase.mPair.mBegin + L"v" + iCase.mPair.mEnd).c_str(), true);
+            return std::wstring();
+        });
+    }
+    return lBag;
+}
+
+std::wstring Add(const BagPtr& iBag, const std::wstring& iText)
+{
+    return Outcome([&] {
+        iBag->AddString(iText.c_str());
+        return std::wstring(L"read");
+    });
+}
+
+std::wstring Created(TalBaseTest::Side iSide, const std::wstring& iText)
+{
+    return Outcome([&] { return DescribeState(*MakeBag(iSide, iText)); });
+}
+
+// Equal to itself is a bag without escaped values only; it is always its own subset, but not with a null.
+bool HasEscapedValues(const PropertyBag& iBag)
+{
+    bool lHas = false;
+    for (unsigned int lIndex = 0; lIndex < iBag.GetCount(); ++lIndex)
+    {
+        const std::wstring lName = iBag.GetName(lIndex).c_str();
+        lHas = lHas || (iBag.IsEmbedded(lIndex)
+                            ? HasEscapedValues(*iBag.GetValuePropertyBag(lIndex))
+                            : std::wstring(iBag.GetValue(lIndex)) != iBag.GetProperty(lName.c_str()).c_str());
+    }
+    return lHas;
+}
+
+void CheckRoundTrip(const PropertyBag& iBag)
+{
+    const std::wstring lState = DescribeState(iBag);
+    const std::wstring lText = iBag.GetString(true, nullptr, nullptr, true).c_str();
+    Fuzz::RequireEqual(DescribeState(*MakeBag(Library, lText)), lState, "a bag does not come back from its text");
+    const BagPtr lWithoutHeader = MakeBag(Library, iBag.GetBeginDelimiter(), iBag.GetEndDelimiter());
+    lWithoutHeader->AddString(iBag.GetString(false, nullptr, nullptr, true).c_str());
+    Fuzz::RequireEqual(DescribeState(*lWithoutHeader), lState, "a bag does not come back from its text without header");
+    QSerialization::MemoryWriteDataStream lWriter;
+    iBag.Serialize(lWriter);
+    QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lWriter.GetBytes().size());
+    const BagPtr lRead = MakeBag(Library);
+    lRead->DeSerialize(lReader);
+    Fuzz::RequireEqual(DescribeState(*lRead), lState, "a bag does not come back from its stream");
+    Fuzz::Require(lReader.GetRemaining() == 0, "a bag leaves something of its stream");
+}
+
+void CheckBag(const PropertyBag& iBag)
+{
+    const BagPtr lClone = iBag.Clone();
+    Fuzz::RequireEqual(DescribeState(*lClone), DescribeState(iBag), "a clone differs");
+    Fuzz::Require(iBag.IsSubset(&iBag), "a bag is not its own subset");
+    if (TalBaseTest::DepthOf(iBag) < 100)
+    {
+        Fuzz::Require(iBag.operator==(*lClone) != HasEscapedValues(iBag), "== is wrong about escaped values");
+    }
+    if (ComesBackFromText(iBag))
+    {
+        CheckRoundTrip(iBag);
+    }
+}
+
+void CheckAgainstPlain(const Case& iCase, const std::wstring& iOutcome, const std::wstring& iState)
+{
+    const BagPtr lPlain = NewBag(PlainSide, iCase);
+    Fuzz::RequireEqual(iOutcome, Add(lPlain, iCase.mText), "AddString differs from the plain implementation's");
+    Fuzz::RequireEqual(iState, DescribeState(*lPlain), "the bag differs from the plain implementation's");
+    Fuzz::RequireEqual(Created(Library, iCase.mText), Created(PlainSide, iCase.mText),
+                       "CreatePropertyBag differs from the plain implementation's");
+}
+
+void Check(const Case& iCase)
+{
+    const BagPtr lBag = NewBag(Library, iCase);
+    const std::wstring lBefore = DescribeState(*lBag);
+    const std::wstring lOutcome = Add(lBag, iCase.mText);
+    const std::wstring lState = DescribeState(*lBag);
+    const bool lIsMergeRefused = lOutcome.find(L"PropertyBagImpl::SetProperty;") != std::wstring::npos;
+    if (lOutcome != L"read" && !lIsMergeRefused)
+    {
+        Fuzz::RequireEqual(lState, lBefore, "a text that cannot be read changed the bag");
+    }
+    if (TalBaseTest::IsAffordable(iCase.mText, iCase.mPair))
+    {
+        CheckAgainstPlain(iCase, lOutcome, lState);
+    }
+    if (lOutcome == L"read")
+    {
+        CheckBag(*lBag);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* ipBytes, std::size_t iSize)
+{
+    Fuzz::Input lInput(ipBytes, iSize);
+    const Case lCase = ReadCase(lInput);
+    const DelimiterPair lDefaults = lCase.mIsRepointed ? lCase.mPair : DelimiterPair{L"++++", L"***"};
+    const Support::RepointedDefaults lRepointed(lDefaults.mBegin.c_str(), lDefaults.mEnd.c_str());
+    Check(lCase);
+    return 0;
+}
