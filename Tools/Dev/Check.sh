@@ -79,7 +79,8 @@ step_minimal() {
     lFolder=$(mktemp -d)
     # shellcheck disable=SC2064 # the folder of now is the one to remove
     trap "rm -rf '$lFolder'" EXIT
-    show cmake -S . -B "$lFolder/build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCMAKE_CXX_COMPILER=g++-12
+    show cmake -S . -B "$lFolder/build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCMAKE_CXX_COMPILER=g++-12 \
+        -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON
     show cmake --build "$lFolder/build" --parallel 2
     show cmake --install "$lFolder/build" --prefix "$lFolder/prefix"
     show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" g++-12 -std=c++17

@@ -1,0 +1,262 @@
+// Two bags are compared by what a caller sees: the names, and the values with their escapes resolved, whatever the
+// delimiters. Bags that both sides have are compared level by level, without recursion.
+//
+//   - Transport/Port = 21        only in the first bag, or different there
+//   + Transport/Port = 2121      only in the second bag, or different there
+//   > Host (place 3, was 1)      with --ordered: among the properties that both have
+
+#include "Commands.h"
+
+#include "BagWalk.h"
+#include "Errors.h"
+#include "Escaping.h"
+#include "Text.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+constexpr std::size_t gLongest = 120; // characters of a value that are shown
+
+// Marks those of the numbers that lie outside a longest ascending sequence: the fewest that have to move.
+std::vector<bool> FindMoved(const std::vector<unsigned int>& iPlaces)
+{
+    constexpr std::size_t lNone = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> lLast; // for each length, where the sequence with the smallest end ends
+    std::vector<std::size_t> lBefore(iPlaces.size(), lNone);
+    for (std::size_t lIndex = 0; lIndex < iPlaces.size(); ++lIndex)
+    {
+        const auto lSpot =
+            std::lower_bound(lLast.begin(), lLast.end(), iPlaces[lIndex],
+                             [&](std::size_t iEnd, unsigned int iPlace) { return iPlaces[iEnd] < iPlace; });
+        lBefore[lIndex] = lSpot == lLast.begin() ? lNone : *(lSpot - 1);
+        if (lSpot == lLast.end())
+        {
+            lLast.push_back(lIndex);
+        }
+        else
+        {
+            *lSpot = lIndex;
+        }
+    }
+    std::vector<bool> lIsMoved(iPlaces.size(), true);
+    for (std::size_t lIndex = lLast.empty() ? lNone : lLast.back(); lIndex != lNone; lIndex = lBefore[lIndex])
+    {
+        lIsMoved[lIndex] = false;
+    }
+    return lIsMoved;
+}
+
+// One of the two bags, and how its values are read.
+struct Side
+{
+    explicit Side(const Document& iDocument)
+        : mBag(iDocument.mBag),
+          mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter()),
+          mSensitive(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter())
+    {
+    }
+
+    BagPtr mBag;
+    Escaping mEscaping;
+    SensitiveNames mSensitive;
+};
+
+class Comparison
+{
+public:
+    Comparison(const DiffOptions& iOptions, const Document& iFirst, const Document& iSecond, const Streams& iStreams)
+        : mOptions(iOptions),
+          mFirst(iFirst),
+          mSecond(iSecond),
+          mOut(iStreams.mOut),
+          mPalette(iOptions.mColor, iStreams.mIsOutTerminal)
+    {
+    }
+
+    // Returns the number of differences.
+    std::size_t Run()
+    {
+        mLevels.push_back({{}, mFirst.mBag, mSecond.mBag});
+        while (!mLevels.empty())
+        {
+            const Level lLevel = std::move(mLevels.back());
+            mLevels.pop_back();
+            const std::size_t lCount = mLevels.size();
+            hCompare(lLevel);
+            std::reverse(mLevels.begin() + static_cast<std::ptrdiff_t>(lCount), mLevels.end()); // the first one next
+        }
+        return mCount;
+    }
+
+private:
+    struct Level
+    {
+        Path mPath;
+        BagPtr mFirst;
+        BagPtr mSecond;
+    };
+
+    void hCompare(const Level& iLevel)
+    {
+        const NameIndex lNames(*iLevel.mSecond);
+        std::vector<bool> lIsMatched(iLevel.mSecond->GetCount());
+        std::vector<unsigned int> lPlaces; // in the second bag, of what both have
+        std::vector<std::wstring> lCommon; // their names
+        for (unsigned int lIndex = 0; lIndex < iLevel.mFirst->GetCount(); ++lIndex)
+        {
+            const std::wstring lName = iLevel.mFirst->GetName(lIndex).c_str();
+            const unsigned int lOther = lNames.Find(lName);
+            if (lOther == NameIndex::gNone || iLevel.mFirst->IsEmbedded(lIndex) != iLevel.mSecond->IsEmbedded(lOther))
+            {
+                hReportWhole('-', mFirst, iLevel.mPath, *iLevel.mFirst, lIndex);
+                continue;
+            }
+            lIsMatched[lOther] = true;
+            lPlaces.push_back(lOther);
+            lCommon.push_back(lName);
+            hCompareProperty(iLevel, lName, lIndex, lOther);
+        }
+        for (unsigned int lIndex = 0; lIndex < iLevel.mSecond->GetCount(); ++lIndex)
+        {
+            if (!lIsMatched[lIndex])
+            {
+                hReportWhole('+', mSecond, iLevel.mPath, *iLevel.mSecond, lIndex);
+            }
+        }
+        if (mOptions.mIsOrdered)
+        {
+            hReportMoved(iLevel.mPath, lCommon, lPlaces);
+        }
+    }
+
+    void hCompareProperty(const Level& iLevel, const std::wstring& iName, unsigned int iFirst, unsigned int iSecond)
+    {
+        Path lPath = iLevel.mPath;
+        lPath.push_back(iName);
+        if (iLevel.mFirst->IsEmbedded(iFirst))
+        {
+            mLevels.push_back(
+                {lPath, iLevel.mFirst->GetValuePropertyBag(iFirst), iLevel.mSecond->GetValuePropertyBag(iSecond)});
+            return;
+        }
+        const std::wstring lFirst = mFirst.mEscaping.Unescape(iLevel.mFirst->GetValue(iFirst));
+        const std::wstring lSecond = mSecond.mEscaping.Unescape(iLevel.mSecond->GetValue(iSecond));
+        if (lFirst != lSecond)
+        {
+            ++mCount;
+            const std::size_t lPlace = static_cast<std::size_t>(
+                std::mismatch(lFirst.begin(), lFirst.end(), lSecond.begin(), lSecond.end()).first - lFirst.begin());
+            hWriteLine('-', mFirst, lPath, lFirst, lPlace);
+            hWriteLine('+', mSecond, lPath, lSecond, lPlace);
+        }
+    }
+
+    // A property that only one side has; of a bag, everything that it holds.
+    void hReportWhole(char iSign, const Side& iSide, const Path& iPath, const QTalBase::PropertyBag& iBag,
+                      unsigned int iIndex)
+    {
+        ++mCount;
+        Path lPath = iPath;
+        lPath.emplace_back(iBag.GetName(iIndex).c_str());
+        if (!iBag.IsEmbedded(iIndex))
+        {
+            hWriteLine(iSign, iSide, lPath, iSide.mEscaping.Unescape(iBag.GetValue(iIndex)), 0);
+            return;
+        }
+        const BagPtr lNest = iBag.GetValuePropertyBag(iIndex);
+        hWrite(iSign, ShowPath(lPath) + "/");
+        if (hIsHidden(iSide, lPath))
+        {
+            return;
+        }
+        for (BagWalk lWalk(lNest); lWalk.Next();)
+        {
+            Path lInside = lPath;
+            const Path lRest = lWalk.GetPath();
+            lInside.insert(lInside.end(), lRest.begin(), lRest.end());
+            if (lWalk.GetStep() == Step::Plain)
+            {
+                hWriteLine(iSign, iSide, lInside, iSide.mEscaping.Unescape(lWalk.GetValue()), 0);
+            }
+            else if (lWalk.GetStep() == Step::Enter)
+            {
+                hWrite(iSign, ShowPath(lInside) + "/");
+                if (hIsHidden(iSide, lInside))
+                {
+                    lWalk.Skip();
+                }
+            }
+        }
+    }
+
+    // Places are counted among the properties that both sides have.
+    void hReportMoved(const Path& iPath, const std::vector<std::wstring>& iNames,
+                      const std::vector<unsigned int>& iPlaces)
+    {
+        std::vector<unsigned int> lSorted = iPlaces;
+        std::sort(lSorted.begin(), lSorted.end());
+        const std::vector<bool> lIsMoved = FindMoved(iPlaces);
+        for (std::size_t lIndex = 0; lIndex < iPlaces.size(); ++lIndex)
+        {
+            if (lIsMoved[lIndex])
+            {
+                const auto lRank = std::lower_bound(lSorted.begin(), lSorted.end(), iPlaces[lIndex]) - lSorted.begin();
+                Path lPath = iPath;
+                lPath.push_back(iNames[lIndex]);
+                ++mCount;
+                hWrite('>', ShowPath(lPath) + " (place " + std::to_string(lRank + 1) + ", was " +
+                                std::to_string(lIndex + 1) + ")");
+            }
+        }
+    }
+
+    // Whether the property, or a bag around it, is sensitive.
+    bool hIsHidden(const Side& iSide, const Path& iPath) const
+    {
+        return !mOptions.mShowSecrets && std::any_of(iPath.begin(), iPath.end(), [&](const std::wstring& iName) {
+            return iSide.mSensitive.IsSensitive(iName.c_str());
+        });
+    }
+
+    void hWriteLine(char iSign, const Side& iSide, const Path& iPath, const std::wstring& iValue, std::size_t iPlace)
+    {
+        const std::string lValue =
+            hIsHidden(iSide, iPath) ? std::string(gHidden) : ShowValueAround(iValue, iPlace, gLongest);
+        hWrite(iSign, ShowPath(iPath) + " = " + lValue);
+    }
+
+    void hWrite(char iSign, const std::string& iText)
+    {
+        const Style lStyle = iSign == '-' ? Style::Removed : iSign == '+' ? Style::Added : Style::Moved;
+        mOut << mPalette.Paint(lStyle, std::string(1, iSign) + " " + iText) << '\n';
+    }
+
+    const DiffOptions& mOptions;
+    Side mFirst;
+    Side mSecond;
+    std::ostream& mOut;
+    Palette mPalette;
+    std::vector<Level> mLevels; // still to be compared, the next one last
+    std::size_t mCount = 0;
+};
+
+} // namespace
+
+int Diff(const DiffOptions& iOptions, const Streams& iStreams)
+{
+    if (iOptions.mFile == "-" && iOptions.mOther == "-")
+    {
+        throw UsageError("standard input can be read only once");
+    }
+    const Document lFirst = Load(iOptions.mFile, iOptions.mPair);
+    const Document lSecond = Load(iOptions.mOther, iOptions.mPair);
+    return Comparison(iOptions, lFirst, lSecond, iStreams).Run() == 0 ? ExitGood : ExitBad;
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,179 @@
+#include "Document.h"
+
+#include "BagWalk.h"
+#include "Errors.h"
+#include "Files.h"
+#include "Progress.h"
+#include "Text.h"
+
+#include "QBase/Message.h"
+
+#include <stdexcept>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+// The line end that stands behind a text, outside of it.
+std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDelimiter)
+{
+    for (const std::wstring_view lLineEnd : {L"\r\n", L"\n"})
+    {
+        const std::wstring lEnd = iEndDelimiter + std::wstring(lLineEnd);
+        if (iText.size() >= lEnd.size() && iText.compare(iText.size() - lEnd.size(), lEnd.size(), lEnd) == 0)
+        {
+            return std::wstring(lLineEnd);
+        }
+    }
+    return {};
+}
+
+BagPtr ReadBag(const wchar_t* ipText, const std::optional<DelimiterTexts>& iPair)
+{
+    if (!iPair)
+    {
+        return QTalBase::CreatePropertyBag(ipText);
+    }
+    const BagPtr lBag = MakeBag(*iPair);
+    lBag->AddString(ipText);
+    return lBag;
+}
+
+// A text that could not be read again is never written.
+void CheckReadsBack(const Document& iDocument, const QBase::ReturnWString& iText)
+{
+    const Progress lProgress("reading back", iText.GetLength());
+    BagPtr lReadBack;
+    try
+    {
+        const DelimiterTexts lPair{iDocument.mBag->GetBeginDelimiter(), iDocument.mBag->GetEndDelimiter()};
+        lReadBack = ReadBag(iText.c_str(), iDocument.mHasHeader ? std::nullopt : std::make_optional(lPair));
+    }
+    catch (const QBase::Message& lMessage)
+    {
+        throw DataError("the text could not be read back: " + ShowMessage(lMessage.GetMessage()));
+    }
+    catch (const std::out_of_range&)
+    {
+        throw DataError("the text could not be read back: its header ends too early");
+    }
+    if (const std::optional<Path> lPath = FindChange(iDocument.mBag, lReadBack))
+    {
+        throw DataError(ShowPath(*lPath) + " would not be read back as it is");
+    }
+}
+
+} // namespace
+
+std::optional<DelimiterTexts> ReadPair(const RawPair& iPair)
+{
+    if (iPair.mBegin.has_value() != iPair.mEnd.has_value())
+    {
+        throw UsageError("--begin and --end go together");
+    }
+    if (!iPair.mBegin)
+    {
+        return {};
+    }
+    return DelimiterTexts{ReadArgument(*iPair.mBegin, "the begin delimiter"),
+                          ReadArgument(*iPair.mEnd, "the end delimiter")};
+}
+
+BagPtr MakeBag(const DelimiterTexts& iPair)
+{
+    try
+    {
+        return QTalBase::CreatePropertyBag(iPair.mBegin.c_str(), iPair.mEnd.c_str());
+    }
+    catch (const QTalBase::PropertyBagException& lMessage)
+    {
+        throw UsageError("these delimiters are not allowed: " + ShowMessage(lMessage.GetMessage()));
+    }
+}
+
+Document Load(const std::string& iFile, const RawPair& iPair)
+{
+    const std::optional<DelimiterTexts> lPair = ReadPair(iPair);
+    Document lDocument;
+    lDocument.mFile = iFile;
+    lDocument.mHasHeader = !lPair;
+    const std::wstring lText = ReadText(iFile);
+    const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
+    try
+    {
+        lDocument.mBag = ReadBag(lText.c_str(), lPair);
+    }
+    catch (const QBase::Message& lMessage)
+    {
+        throw DataError(ShowFile(iFile) + ": " + ShowMessage(lMessage.GetMessage()));
+    }
+    catch (const std::out_of_range&)
+    {
+        throw DataError(ShowFile(iFile) + ": the header ends too early");
+    }
+    lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
+    return lDocument;
+}
+
+QBase::ReturnWString Render(const Document& iDocument)
+{
+    return iDocument.mBag->GetString(iDocument.mHasHeader, nullptr, nullptr, true);
+}
+
+void LeaveOutEmptyBags(const BagPtr& iBag, std::ostream& oErr)
+{
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        if (lWalk.GetStep() == Step::Leave && lWalk.GetBag()->GetCount() == 0)
+        {
+            oErr << "talbase: " << ShowPath(lWalk.GetPath())
+                 << " is left out: a text cannot hold a bag without properties\n";
+            lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
+            lWalk.Removed();
+        }
+    }
+}
+
+void Save(const Document& iDocument, const Target& iTarget, const Streams& iStreams)
+{
+    LeaveOutEmptyBags(iDocument.mBag, iStreams.mErr);
+    const QBase::ReturnWString lText = Render(iDocument);
+    CheckReadsBack(iDocument, lText);
+    const Progress lProgress("writing", lText.GetLength());
+    if (iTarget.mIsInPlace)
+    {
+        ReplaceText(iDocument.mFile, lText, iDocument.mLineEnd);
+    }
+    else
+    {
+        EncodeBlocks(lText, [&](std::string_view iBytes) { iStreams.mOut << iBytes; });
+        iStreams.mOut << (iStreams.mIsOutTerminal ? "\n" : ToUtf8(iDocument.mLineEnd));
+    }
+}
+
+void CheckTarget(const std::string& iFile, const Target& iTarget)
+{
+    if (iTarget.mIsInPlace && iFile == "-")
+    {
+        throw UsageError("--in-place needs a file");
+    }
+}
+
+std::string ShowMessage(const std::wstring& iMessage)
+{
+    for (const std::wstring_view lLabel : {L" - lPropertyString: ", L". ipValue: "})
+    {
+        const std::size_t lFound = iMessage.find(lLabel);
+        if (lFound != std::wstring::npos)
+        {
+            const std::size_t lKept = lFound + lLabel.size();
+            return ToUtf8(MakePrintable(iMessage.substr(0, lKept))) + "(" +
+                   Count(iMessage.size() - lKept, "character") + " not shown)";
+        }
+    }
+    return ToUtf8(MakePrintable(iMessage));
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,79 @@
+// A bag that comes from a text and goes back to one.
+
+#ifndef TALBASETOOL_DOCUMENT_H
+#define TALBASETOOL_DOCUMENT_H
+
+#include "Path.h"
+
+#include <optional>
+#include <ostream>
+#include <string>
+
+namespace TalBaseTool
+{
+
+// The delimiters of a text without a header, as they are given on the command line: both, or none for a text with a
+// header.
+struct RawPair
+{
+    std::optional<std::string> mBegin;
+    std::optional<std::string> mEnd;
+};
+
+// Where a changed text goes: to the output, or in place of the file that it comes from.
+struct Target
+{
+    bool mIsInPlace = false;
+};
+
+// What a command writes to: data to mOut, everything else to mErr.
+struct Streams
+{
+    std::ostream& mOut;
+    std::ostream& mErr;
+    bool mIsOutTerminal = false;
+};
+
+struct Document
+{
+    std::string mFile; // "-" for standard input
+    BagPtr mBag;
+    bool mHasHeader = true;
+    std::wstring mLineEnd; // behind the text, where an editor has put one
+};
+
+// The pair, decoded. Throws UsageError where only one of the two is given or a text is not UTF-8.
+struct DelimiterTexts
+{
+    std::wstring mBegin;
+    std::wstring mEnd;
+};
+std::optional<DelimiterTexts> ReadPair(const RawPair& iPair);
+
+// An empty bag with the delimiters. Throws UsageError for a pair that no bag may have.
+BagPtr MakeBag(const DelimiterTexts& iPair);
+
+// Reads a file, or standard input for "-". Throws what ReadText and ReadPair throw, and DataError for a text that is no
+// bag's.
+Document Load(const std::string& iFile, const RawPair& iPair);
+
+// The text form: with a header where the text that was read had one.
+QBase::ReturnWString Render(const Document& iDocument);
+
+// Takes nested bags without properties out, with a word about each, since no text can hold them.
+void LeaveOutEmptyBags(const BagPtr& iBag, std::ostream& oErr);
+
+// Writes the text form where it is wanted, without empty nested bags. Throws DataError for anything else that the text
+// would not give back, and IoError; nothing has been written then.
+void Save(const Document& iDocument, const Target& iTarget, const Streams& iStreams);
+
+// Throws UsageError where a text is to be changed in place and has no file.
+void CheckTarget(const std::string& iFile, const Target& iTarget);
+
+// What a library message says, fit to be shown: without the property texts that some messages carry, which can hold a
+// password ("…; String must be malformed - lPropertyString: (312 characters not shown)").
+std::string ShowMessage(const std::wstring& iMessage);
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,49 @@
+// How a command ends, and the kinds of trouble that the tool itself reports, next to the library's own messages
+// (QBase::Message), which count as bad data.
+
+#ifndef TALBASETOOL_ERRORS_H
+#define TALBASETOOL_ERRORS_H
+
+#include <stdexcept>
+
+namespace TalBaseTool
+{
+
+enum ExitStatus
+{
+    ExitGood = 0,
+    ExitBad = 1,    // a text is invalid, two bags differ, a property is not there
+    ExitTrouble = 2 // wrong usage, or the system refused
+};
+
+// What was read is not what it should be, or what was asked for cannot be kept in a bag.
+class DataError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// The same at a place of a file, with which its message begins: "job.bag:3:17: ".
+class TextError : public DataError
+{
+public:
+    using DataError::DataError;
+};
+
+// The arguments make no sense.
+class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// The operating system refused: a file that cannot be read or written.
+class IoError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,282 @@
+#include "Files.h"
+
+#include "Errors.h"
+#include "Progress.h"
+#include "Text.h"
+
+#include "QBase/Convert.h"
+#include "QBase/Message.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+constexpr std::size_t gBlock = std::size_t{1} << 20;
+
+[[noreturn]] void ThrowIoError(const char* ipAction, const std::string& iFile)
+{
+    const int lError = errno;
+    throw IoError(std::string(ipAction) + " " + ShowFile(iFile) + ": " + std::strerror(lError));
+}
+
+class FileDescriptor
+{
+public:
+    explicit FileDescriptor(int iDescriptor) : mDescriptor(iDescriptor) {}
+
+    ~FileDescriptor()
+    {
+        Close();
+    }
+
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+    int Get() const
+    {
+        return mDescriptor;
+    }
+
+    // Returns whether all went well: some file systems report a failed write only here.
+    bool Close()
+    {
+        const int lDescriptor = mDescriptor;
+        mDescriptor = -1;
+        return lDescriptor <= STDERR_FILENO || ::close(lDescriptor) == 0;
+    }
+
+private:
+    int mDescriptor;
+};
+
+// The number of bytes at the end that begin a character whose rest is still to come.
+std::size_t CountUnfinished(std::string_view iBytes)
+{
+    const auto lIsFollowing = [](char iByte) { return (static_cast<unsigned char>(iByte) & 0xC0U) == 0x80; };
+    std::size_t lCount = 1;
+    while (lCount <= std::min<std::size_t>(3, iBytes.size()))
+    {
+        const unsigned char lByte = static_cast<unsigned char>(iBytes[iBytes.size() - lCount]);
+        if (!lIsFollowing(iBytes[iBytes.size() - lCount]))
+        {
+            const std::size_t lWanted = lByte >= 0xF0 ? 4 : lByte >= 0xE0 ? 3 : lByte >= 0xC0 ? 2 : 1;
+            return lCount < lWanted ? lCount : 0;
+        }
+        ++lCount;
+    }
+    return 0;
+}
+
+// Decodes bytes as they come.
+class Decoder
+{
+public:
+    // iSize: about how many bytes will come, or 0.
+    Decoder(const std::string& iFile, std::size_t iSize) : mFile(iFile)
+    {
+        mText.reserve(iSize);
+    }
+
+    void Take(std::string_view iBytes)
+    {
+        mLeft.append(iBytes);
+        const std::size_t lWhole = mLeft.size() - CountUnfinished(mLeft);
+        hDecode(std::string_view(mLeft).substr(0, lWhole));
+        mLeft.erase(0, lWhole);
+    }
+
+    std::wstring Finish()
+    {
+        hDecode(mLeft);
+        return std::move(mText);
+    }
+
+private:
+    void hDecode(std::string_view iBytes)
+    {
+        try
+        {
+            mText += QBase::UTF8ToWideChar(iBytes, true);
+        }
+        catch (const QBase::Message& lMessage)
+        {
+            hRefuse(iBytes, lMessage.GetMessage());
+        }
+        if (iBytes.find('\0') != std::string_view::npos)
+        {
+            mText.resize(mText.find(L'\0'));
+            hThrow("a zero character, which ends a text form");
+        }
+    }
+
+    // The message ends with the place of the bad byte.
+    [[noreturn]] void hRefuse(std::string_view iBytes, const std::wstring& iMessage)
+    {
+        const std::size_t lBad = std::stoul(iMessage.substr(iMessage.rfind(L' ') + 1));
+        mText += QBase::UTF8ToWideChar(iBytes.substr(0, lBad), true);
+        const unsigned int lByte = static_cast<unsigned char>(iBytes[lBad]);
+        const char* const lDigits = "0123456789abcdef";
+        hThrow(std::string("byte 0x") + lDigits[lByte / 16] + lDigits[lByte % 16] + " is not UTF-8");
+    }
+
+    [[noreturn]] void hThrow(const std::string& iWhat)
+    {
+        throw TextError(ShowPlace(mFile, FindPlace(mText, mText.size())) + iWhat);
+    }
+
+    std::string mFile;
+    std::string mLeft;
+    std::wstring mText;
+};
+
+void WriteAll(const FileDescriptor& iFile, std::string_view iBytes, const std::string& iName)
+{
+    while (!iBytes.empty())
+    {
+        const ssize_t lWritten = ::write(iFile.Get(), iBytes.data(), iBytes.size());
+        if (lWritten < 0 && errno != EINTR)
+        {
+            ThrowIoError("cannot write", iName);
+        }
+        iBytes.remove_prefix(lWritten < 0 ? 0 : static_cast<std::size_t>(lWritten));
+    }
+}
+
+// The file itself where the name is a link's.
+std::string ResolveLinks(const std::string& iFile)
+{
+    char lPath[PATH_MAX];
+    if (::realpath(iFile.c_str(), lPath) == nullptr)
+    {
+        ThrowIoError("cannot read", iFile);
+    }
+    return lPath;
+}
+
+void SyncFolder(const std::string& iFolder)
+{
+    const FileDescriptor lFolder(::open(iFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (lFolder.Get() < 0 || ::fsync(lFolder.Get()) != 0)
+    {
+        ThrowIoError("cannot write folder", iFolder);
+    }
+}
+
+// Writes the file beside the old one and gives it its name; removes it when that fails.
+void WriteAndRename(FileDescriptor& oFile, const std::string& iTemporary, std::wstring_view iText,
+                    std::wstring_view iTail, const std::string& iName)
+{
+    struct stat lOld = {};
+    try
+    {
+        const auto lWrite = [&](std::string_view iBytes) { WriteAll(oFile, iBytes, iName); };
+        EncodeBlocks(iText, lWrite);
+        EncodeBlocks(iTail, lWrite);
+        if (::stat(iName.c_str(), &lOld) != 0)
+        {
+            ThrowIoError("cannot read", iName);
+        }
+        // Somebody else's file can only be made a copy that is ours; the mode goes last, since the owner resets it.
+        const bool lHasOwner = ::fchown(oFile.Get(), lOld.st_uid, lOld.st_gid) == 0;
+        if (::fchmod(oFile.Get(), lOld.st_mode & (lHasOwner ? 07777U : 0777U)) != 0 || ::fsync(oFile.Get()) != 0 ||
+            !oFile.Close() || ::rename(iTemporary.c_str(), iName.c_str()) != 0)
+        {
+            ThrowIoError("cannot write", iName);
+        }
+    }
+    catch (...)
+    {
+        ::unlink(iTemporary.c_str());
+        throw;
+    }
+}
+
+} // namespace
+
+Place FindPlace(std::wstring_view iText, std::size_t iIndex)
+{
+    const std::wstring_view lBefore = iText.substr(0, iIndex);
+    const std::size_t lLine = static_cast<std::size_t>(std::count(lBefore.begin(), lBefore.end(), L'\n')) + 1;
+    const std::size_t lLineEnd = lBefore.rfind(L'\n');
+    return {lLine, lLineEnd == std::wstring_view::npos ? lBefore.size() + 1 : lBefore.size() - lLineEnd};
+}
+
+std::string ShowPlace(const std::string& iFile, const Place& iPlace)
+{
+    return ShowFile(iFile) + ":" + std::to_string(iPlace.mLine) + ":" + std::to_string(iPlace.mColumn) + ": ";
+}
+
+void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake)
+{
+    const FileDescriptor lFile(iFile == "-" ? STDIN_FILENO : ::open(iFile.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat lStatus = {};
+    if (lFile.Get() < 0 || ::fstat(lFile.Get(), &lStatus) != 0)
+    {
+        ThrowIoError("cannot read", iFile);
+    }
+    Progress lProgress("reading " + ShowFile(iFile),
+                       S_ISREG(lStatus.st_mode) ? static_cast<std::size_t>(lStatus.st_size) : 0);
+    std::vector<char> lBuffer(gBlock);
+    for (std::size_t lDone = 0;;)
+    {
+        const ssize_t lRead = ::read(lFile.Get(), lBuffer.data(), lBuffer.size());
+        if (lRead == 0)
+        {
+            return;
+        }
+        if (lRead < 0 && errno != EINTR)
+        {
+            ThrowIoError("cannot read", iFile);
+        }
+        const std::size_t lCount = lRead < 0 ? 0 : static_cast<std::size_t>(lRead);
+        iTake({lBuffer.data(), lCount});
+        lDone += lCount;
+        lProgress.Step(lDone);
+    }
+}
+
+std::wstring ReadText(const std::string& iFile)
+{
+    struct stat lStatus = {};
+    const bool lIsKnown = iFile != "-" && ::stat(iFile.c_str(), &lStatus) == 0 && S_ISREG(lStatus.st_mode);
+    Decoder lDecoder(iFile, lIsKnown ? static_cast<std::size_t>(lStatus.st_size) : 0);
+    ReadBlocks(iFile, [&](std::string_view iBytes) { lDecoder.Take(iBytes); });
+    return lDecoder.Finish();
+}
+
+void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail)
+{
+    const std::string lName = ResolveLinks(iFile);
+    const std::string lFolder = lName.substr(0, lName.rfind('/') + 1);
+    std::string lTemporary = lFolder + ".talbase-XXXXXX";
+    FileDescriptor lFile(::mkostemp(lTemporary.data(), O_CLOEXEC));
+    if (lFile.Get() < 0)
+    {
+        ThrowIoError("cannot write into", lFolder);
+    }
+    WriteAndRename(lFile, lTemporary, iText, iTail, lName);
+    SyncFolder(lFolder);
+}
+
+void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake)
+{
+    constexpr std::size_t lBlock = gBlock / 16;
+    for (std::size_t lStart = 0; lStart < iText.size(); lStart += lBlock)
+    {
+        iTake(ToUtf8(iText.substr(lStart, lBlock)));
+    }
+}
+
+} // namespace TalBaseTool

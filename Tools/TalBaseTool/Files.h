@@ -1,0 +1,45 @@
+// Whole texts in, whole texts out, as UTF-8. What is written under a name appears there complete or not at all.
+
+#ifndef TALBASETOOL_FILES_H
+#define TALBASETOOL_FILES_H
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace TalBaseTool
+{
+
+// A place in a text as editors count it, both from 1: the line, and the character within it.
+struct Place
+{
+    std::size_t mLine = 1;
+    std::size_t mColumn = 1;
+};
+
+// The place of the character at an index.
+Place FindPlace(std::wstring_view iText, std::size_t iIndex);
+
+// "job.bag:3:17: "
+std::string ShowPlace(const std::string& iFile, const Place& iPlace);
+
+// Reads a file, or standard input for "-", block by block. Throws IoError.
+void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake);
+
+// The text of a file, or of standard input for "-". Throws IoError; throws TextError for a byte that is not UTF-8
+// and for a zero character, which no text form can hold.
+std::wstring ReadText(const std::string& iFile);
+
+// Puts a text, and what stands behind it, under a name, in place of the file that is there: it is written beside it
+// first, forced to the disk and renamed, so that after a crash at any moment the name stands for the old text or for
+// the new one. Mode and, where the system allows it, owner stay; a link stays a link. Throws IoError; the old file is
+// then still there, unless only the folder could not be forced to the disk.
+void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail);
+
+// Hands the UTF-8 of a text on, block by block.
+void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake);
+
+} // namespace TalBaseTool
+
+#endif

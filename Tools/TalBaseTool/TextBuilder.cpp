@@ -1,0 +1,171 @@
+#include "TextBuilder.h"
+
+#include "BagWalk.h"
+#include "Document.h"
+#include "Errors.h"
+
+#include <algorithm>
+
+namespace TalBaseTool
+{
+
+const char* Describe(Fault iFault)
+{
+    switch (iFault)
+    {
+    case Fault::EmptyName:
+        return "an empty name";
+    case Fault::NameHasDelimiter:
+        return "a name that holds a delimiter or runs into one";
+    case Fault::NameHasZero:
+        return "a name with a zero character";
+    case Fault::EmptyValue:
+        return "an empty text";
+    case Fault::ValueHasDelimiter:
+        return "a value that holds a delimiter or runs into one";
+    case Fault::ValueHasEscape:
+        return "a value that holds an escape already";
+    case Fault::ValueHasZero:
+        return "a value with a zero character";
+    case Fault::None:
+        break;
+    }
+    return "nothing";
+}
+
+TextBuilder::TextBuilder(const std::wstring& iBegin, const std::wstring& iEnd)
+    : mBegin(iBegin), mEnd(iEnd), mEscaping(iBegin.c_str(), iEnd.c_str())
+{
+}
+
+Fault TextBuilder::AddPlain(std::wstring_view iName, std::wstring_view iValue)
+{
+    const Fault lFault = hCheckName(iName);
+    if (lFault != Fault::None)
+    {
+        return lFault;
+    }
+    if (iValue.empty())
+    {
+        return Fault::EmptyValue;
+    }
+    if (iValue.find(L'\0') != std::wstring_view::npos)
+    {
+        return Fault::ValueHasZero;
+    }
+    const std::wstring lStored = mEscaping.Escape(iValue);
+    if (hRunsInto(lStored, mEnd))
+    {
+        return Fault::ValueHasDelimiter;
+    }
+    if (mEscaping.Unescape(lStored) != iValue)
+    {
+        return Fault::ValueHasEscape;
+    }
+    mText.append(iName).append(mBegin).append(lStored).append(mEnd);
+    return Fault::None;
+}
+
+Fault TextBuilder::OpenBag(std::wstring_view iName)
+{
+    const Fault lFault = hCheckName(iName);
+    if (lFault == Fault::None)
+    {
+        const std::size_t lStart = mText.size();
+        mText.append(iName).append(mBegin);
+        mOpened.push_back(OpenedBag{lStart, mText.size()});
+    }
+    return lFault;
+}
+
+bool TextBuilder::CloseBag()
+{
+    const OpenedBag lBag = mOpened.back();
+    mOpened.pop_back();
+    if (mText.size() == lBag.mContent)
+    {
+        mText.resize(lBag.mStart);
+        return false;
+    }
+    mText.append(mEnd);
+    return true;
+}
+
+BagPtr TextBuilder::MakeBag()
+{
+    const BagPtr lBag(QTalBase::CreatePropertyBag(mBegin.c_str(), mEnd.c_str()));
+    if (mText.rfind(L"EndDelimiter", 0) == 0) // a name that would be taken for a header
+    {
+        mText.insert(0, lBag->GetString(true, nullptr, nullptr, true));
+    }
+    lBag->AddString(mText.c_str());
+    mText = {};
+    return lBag;
+}
+
+Fault TextBuilder::hCheckName(std::wstring_view iName) const
+{
+    if (iName.empty())
+    {
+        return Fault::EmptyName;
+    }
+    if (iName.find(L'\0') != std::wstring_view::npos)
+    {
+        return Fault::NameHasZero;
+    }
+    return hRunsInto(iName, mBegin) ? Fault::NameHasDelimiter : Fault::None;
+}
+
+// Whether a reader finds a delimiter before the one that ends the run.
+bool TextBuilder::hRunsInto(std::wstring_view iRun, const std::wstring& iDelimiter) const
+{
+    if (iRun.find(mBegin) != std::wstring_view::npos || iRun.find(mEnd) != std::wstring_view::npos)
+    {
+        return true;
+    }
+    const std::size_t lReach = std::max(mBegin.size(), mEnd.size()) - 1;
+    std::wstring lBorder(iRun.substr(iRun.size() - std::min(iRun.size(), lReach)));
+    const std::size_t lRun = lBorder.size();
+    lBorder += iDelimiter;
+    return std::min(lBorder.find(mBegin), lBorder.find(mEnd)) != lRun;
+}
+
+BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    if (iBegin == iBag->GetBeginDelimiter() && iEnd == iBag->GetEndDelimiter())
+    {
+        return iBag;
+    }
+    const Escaping lEscaping(iBag->GetBeginDelimiter(), iBag->GetEndDelimiter());
+    TextBuilder lBuilder(iBegin, iEnd);
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        Fault lFault = Fault::None;
+        switch (lWalk.GetStep())
+        {
+        case Step::Plain:
+            lFault = lBuilder.AddPlain(lWalk.GetName(), lEscaping.Unescape(lWalk.GetValue()));
+            break;
+        case Step::Enter:
+            lFault = lBuilder.OpenBag(lWalk.GetName());
+            break;
+        case Step::Leave:
+            lBuilder.CloseBag();
+            break;
+        }
+        if (lFault != Fault::None)
+        {
+            throw DataError(ShowPath(lWalk.GetPath()) + ": with these delimiters it would be " + Describe(lFault));
+        }
+    }
+    try
+    {
+        return lBuilder.MakeBag();
+    }
+    catch (const QBase::Message& lMessage)
+    {
+        throw DataError("with these delimiters the text could not be read back: " + ShowMessage(lMessage.GetMessage()));
+    }
+}
+
+} // namespace TalBaseTool
