@@ -474,6 +474,10 @@ void Driver::hRepointDefaults()
 void Driver::hMerge()
 {
     const Twins& lOther = hOther();
+    if (mOther == mSlot && IsKeeper(hBag(PlainSide)))
+    {
+        return; // it would grow with every property that it reads
+    }
     hTry(L"AddPropertyBag" + hWithOther(), [&](Side iSide) {
         hBag(iSide).AddPropertyBag(lOther.mBags[iSide].get());
         return std::wstring();
@@ -564,15 +568,20 @@ void Driver::hTakeNest()
 void Driver::hMake()
 {
     const unsigned int lKind = hBelow(4);
+    const unsigned int lKept = hBelow(4);
     const DelimiterPair lPair = mTexts.Pair();
     const std::wstring lText = mTexts.Text(lPair);
     hTry(L"make " + std::to_wstring(lKind) + L" " + Quoted(lPair) + L" " + Quoted(lText), [&](Side iSide) {
         return hReplace(iSide, [&] {
-            if (lKind == 0)
+            switch (lKind)
             {
-                return MakeBag(iSide);
+            case 0:
+                return lKept == 0 ? MakeBag(iSide) : MakeKeeper(iSide, (lKept & 1) != 0, (lKept & 2) != 0);
+            case 1:
+                return MakeBag(iSide, lPair.mBegin, lPair.mEnd);
+            default:
+                return MakeBag(iSide, lText);
             }
-            return lKind == 1 ? MakeBag(iSide, lPair.mBegin, lPair.mEnd) : MakeBag(iSide, lText);
         });
     });
 }

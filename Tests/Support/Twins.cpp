@@ -1,6 +1,7 @@
 #include "Tests/Support/Twins.h"
 
 #include "QBase/Message.h"
+#include "TalBase/PrivateSource/PropertyBagImpl.h"
 #include "Tests/Support/PlainPropertyBag.h"
 
 #include <algorithm>
@@ -52,6 +53,36 @@ void Walk(const PropertyBag& iBag, const Enter& iEnter, const Visit& iVisit, con
     }
 }
 
+template <class Bag>
+class Keeper : public Bag
+{
+public:
+    Keeper(bool iKeepsValues, bool iKeepsNests) : mKeepsValues(iKeepsValues), mKeepsNests(iKeepsNests) {}
+
+    void RemovePropertyInValueContent(const wchar_t* ipName) noexcept override
+    {
+        if (!mKeepsValues)
+        {
+            Bag::RemovePropertyInValueContent(ipName);
+        }
+    }
+
+    void RemovePropertyInEmbeddedContent(const wchar_t* ipName) noexcept override
+    {
+        if (!mKeepsNests)
+        {
+            Bag::RemovePropertyInEmbeddedContent(ipName);
+        }
+    }
+
+private:
+    bool mKeepsValues;
+    bool mKeepsNests;
+};
+
+using PlainKeeper = Keeper<Plain::PlainPropertyBag>;
+using LibraryKeeper = Keeper<QTalBase::PropertyBagImpl>;
+
 bool SharesCharacter(const std::wstring& iText, const std::wstring& iCharacters)
 {
     return iText.find_first_of(iCharacters) != std::wstring::npos;
@@ -78,6 +109,17 @@ BagPtr MakeBag(Side iSide, const std::wstring& iBegin, const std::wstring& iEnd)
 BagPtr MakeBag(Side iSide, const std::wstring& iText)
 {
     return iSide == Library ? QTalBase::CreatePropertyBag(iText.c_str()) : Plain::CreatePlainPropertyBag(iText.c_str());
+}
+
+BagPtr MakeKeeper(Side iSide, bool iKeepsValues, bool iKeepsNests)
+{
+    return iSide == Library ? static_cast<PropertyBag*>(new LibraryKeeper(iKeepsValues, iKeepsNests))
+                            : static_cast<PropertyBag*>(new PlainKeeper(iKeepsValues, iKeepsNests));
+}
+
+bool IsKeeper(const PropertyBag& iBag)
+{
+    return dynamic_cast<const LibraryKeeper*>(&iBag) != nullptr || dynamic_cast<const PlainKeeper*>(&iBag) != nullptr;
 }
 
 std::wstring DescribeState(const PropertyBag& iBag)

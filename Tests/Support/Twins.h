@@ -31,6 +31,11 @@ BagPtr MakeBag(Side iSide);
 BagPtr MakeBag(Side iSide, const std::wstring& iBegin, const std::wstring& iEnd);
 BagPtr MakeBag(Side iSide, const std::wstring& iText);
 
+// Makes a bag of a class of one's own that does not remove plain values, or nests, when they are replaced or removed,
+// so that it and its clones hold names twice.
+BagPtr MakeKeeper(Side iSide, bool iKeepsValues, bool iKeepsNests);
+bool IsKeeper(const QTalBase::PropertyBag& iBag);
+
 // The whole state of a bag: its delimiters, names and values as they are stored, and its nests.
 std::wstring DescribeState(const QTalBase::PropertyBag& iBag);
 
