@@ -60,12 +60,12 @@ std::size_t SlotCount(std::size_t iCount)
 
 } // namespace
 
-NameTable::NameTable(std::size_t iCount) : mSlots(SlotCount(iCount), Slot{0, 0, gNone}), mMask(mSlots.size() - 1) {}
+NameTable::NameTable(std::size_t iCount) : mSlots(SlotCount(iCount), Slot{0, gNone}), mMask(mSlots.size() - 1) {}
 
 std::uint64_t NameTable::Hash(std::wstring_view iName) noexcept
 {
     static const Secret lSecret = MakeSecret();
-    std::uint64_t lHash = lSecret.mStart ^ iName.size();
+    std::uint64_t lHash = lSecret.mStart;
     const wchar_t* lText = iName.data();
     std::size_t lLeft = iName.size();
     for (; lLeft > 4; lLeft -= 4, lText += 4)
@@ -73,30 +73,7 @@ std::uint64_t NameTable::Hash(std::wstring_view iName) noexcept
         lHash = Mix(Load(lText, 2) ^ lSecret.mStep, Load(lText + 2, 2) ^ lHash);
     }
     lHash = Mix(Load(lText, lLeft) ^ lSecret.mStep, Load(lText + 2, lLeft < 2 ? 0 : lLeft - 2) ^ lHash);
-    return Mix(lHash, 0x9E3779B97F4A7C15U);
-}
-
-void NameTable::hGrow()
-{
-    std::vector<Slot> lSlots(2 * mSlots.size(), Slot{0, 0, gNone});
-    const std::size_t lMask = lSlots.size() - 1;
-    mUsed = 0;
-    for (const Slot& lSlot : mSlots)
-    {
-        if (lSlot.mNumber == gNone)
-        {
-            continue;
-        }
-        std::size_t lPlace = (static_cast<std::size_t>(lSlot.mTag) << 32 | lSlot.mLow) & lMask;
-        while (lSlots[lPlace].mNumber != gNone)
-        {
-            lPlace = (lPlace + 1) & lMask;
-        }
-        lSlots[lPlace] = lSlot;
-        ++mUsed;
-    }
-    mSlots.swap(lSlots);
-    mMask = lMask;
+    return Mix(lHash ^ iName.size(), 0x9E3779B97F4A7C15U); // only here can no character cancel the length
 }
 
 } // namespace QTalBase

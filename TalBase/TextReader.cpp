@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    // From the length and the characters at both ends, where names differ.
+    // From the length and the characters at both ends, where names differ. No name is empty.
     static unsigned int hHash(std::wstring_view iName) noexcept
     {
         std::uint64_t lHash = iName.size();
@@ -58,7 +58,7 @@ private:
             std::memcpy(&lLast, iName.data() + iName.size() - 2, sizeof(lLast));
             lHash += lFirst * 3 + lLast * 0x2545F4914F6CDD1DU;
         }
-        else if (!iName.empty())
+        else
         {
             lHash += static_cast<std::uint64_t>(iName[0]);
         }
@@ -279,7 +279,7 @@ void TextReader::hCloseNest()
         const std::wstring lText = TextWriter(*lBag).WriteToString(true);
         lBag = PropertyBagImpl::hMake(mBegin, mEnd);
         lIsClean = lBag->hAddText(lText) && hCanHeaderCarryPair();
-        mIsClean = mIsClean && lIsClean;
+        mIsClean = false;
     }
     mPlains.CutTo(lFrame.mFirstPlain);
     mNests.CutTo(lFrame.mFirstNest);

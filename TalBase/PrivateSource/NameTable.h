@@ -19,18 +19,14 @@ class NameTable
 public:
     static constexpr std::uint32_t gNone = 0xFFFFFFFF;
 
-    // Makes room for so many names. Throws std::bad_alloc.
+    // Makes room for so many names: Place may be called so often. Throws std::bad_alloc.
     explicit NameTable(std::size_t iCount);
 
-    // Returns the number that stands for the name, or gNone; iIsEqual(n) says whether entry n has the name. The place
-    // is where the name's number is or would be; it is valid until the next insertion.
+    // Returns where the number that stands for the name is or, while that is gNone, will be put by the caller;
+    // iIsEqual(n) says whether entry n has the name.
     template <class IsEqual>
     std::uint32_t* Place(std::wstring_view iName, const IsEqual& iIsEqual)
     {
-        if (2 * (mUsed + 1) > mSlots.size())
-        {
-            hGrow();
-        }
         const std::uint64_t lHash = Hash(iName);
         const std::uint32_t lTag = static_cast<std::uint32_t>(lHash >> 32);
         std::size_t lSlot = static_cast<std::size_t>(lHash) & mMask;
@@ -42,12 +38,11 @@ public:
             }
             lSlot = (lSlot + 1) & mMask;
         }
-        // A place that is handed out counts as used: the caller puts a number into it or asks with Find.
-        mSlots[lSlot] = Slot{static_cast<std::uint32_t>(lHash), lTag, gNone};
-        ++mUsed;
+        mSlots[lSlot].mTag = lTag;
         return &mSlots[lSlot].mNumber;
     }
 
+    // Returns the number that stands for the name, or gNone.
     template <class IsEqual>
     std::uint32_t Find(std::wstring_view iName, const IsEqual& iIsEqual) const
     {
@@ -69,16 +64,12 @@ public:
 private:
     struct Slot
     {
-        std::uint32_t mLow; // the hash's low half, for growing
-        std::uint32_t mTag; // its high half, compared before the name
+        std::uint32_t mTag; // the hash's high half, compared before the name
         std::uint32_t mNumber;
     };
 
-    void hGrow();
-
-    std::vector<Slot> mSlots;
+    std::vector<Slot> mSlots; // never full: a search ends at a free one
     std::size_t mMask;
-    std::size_t mUsed = 0;
 };
 
 } // namespace QTalBase

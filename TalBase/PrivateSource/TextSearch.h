@@ -294,7 +294,7 @@ private:
         }
 #endif
         oWindow.mBlock = lFrom;
-        oWindow.mStop = lLeft >= gBlock ? lFrom + gBlock : mTextStop;
+        oWindow.mStop = lFrom + std::min<std::size_t>(lLeft, gBlock);
         for (const wchar_t* lPlace = lFrom; lPlace != oWindow.mStop; ++lPlace)
         {
             const bool lIsCandidate = *lPlace == mBegin.GetFirst() || *lPlace == mEnd.GetFirst();

@@ -112,6 +112,10 @@ TEST(Iteration, EscapesCountOnlyUnderTheDefaultsOfTheMoment)
 {
     const BagPtr lBag = BagBuilder().Set(L"a", L"*");
     EXPECT_EQ(Text(begin(*lBag)->GetValue()), L"*");
+    {
+        const RepointedDefaults lOtherEnd(BEGIN, L"]]");
+        EXPECT_EQ(Text(begin(*lBag)->GetValue()), L"&#42;") << "both have to be the defaults";
+    }
     const RepointedDefaults lDefaults(L"[[", L"]]");
     EXPECT_EQ(Text(begin(*lBag)->GetValue()), L"&#42;");
     EXPECT_EQ(Text(lBag->GetProperty(L"a")), L"&#42;");

@@ -119,6 +119,25 @@ TEST(Output, TextsAreEscapedForALog)
     EXPECT_EQ(Shown(QBase::ReturnWString(L"a\0b", 3)), R"(a\u{0}b)");
 }
 
+// The first and the last of every range of codes, and their neighbours, which are shown.
+TEST(Output, CodesThatAreEscapedForALog)
+{
+    const auto lIsEscaped = [](wchar_t iCode) {
+        const wchar_t lText[] = {iCode, L'\0'};
+        return Shown(QBase::ReturnWString(lText)).substr(0, 1) == "\\";
+    };
+    for (const wchar_t lCode : {0x01, 0x1F, 0x7F, 0x9F, 0x061C, 0x200E, 0x200F, 0x2028, 0x202E, 0x2066, 0x2069, 0xFEFF,
+                                0xD800, 0xDFFF, 0x110000})
+    {
+        EXPECT_TRUE(lIsEscaped(lCode)) << static_cast<unsigned int>(lCode);
+    }
+    for (const wchar_t lCode : {0x20, 0x7E, 0xA0, 0x061B, 0x061D, 0x200D, 0x2010, 0x2027, 0x202F, 0x2065, 0x206A,
+                                0xFEFE, 0xFF00, 0xD7FF, 0xE000, 0x10FFFF})
+    {
+        EXPECT_FALSE(lIsEscaped(lCode)) << static_cast<unsigned int>(lCode);
+    }
+}
+
 TEST(Output, OtherCharactersAreUtf8AndWhatIsNoneIsACode)
 {
     EXPECT_EQ(Shown(QBase::ReturnWString(L"\u00E9\u4E2D\U0001F4EC")), "\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x93\xAC");
