@@ -23,6 +23,7 @@ struct Section
 
 constexpr Section gSections[] = {{"Beside other libraries", Bench::MakeRatioTables},
                                  {"Growth of hostile input", Bench::MakeGrowthTables},
+                                 {"Memory for hostile input", Bench::MakeMemoryTables},
                                  {"Depth", Bench::MakeDepthTables}};
 
 // Reads "--name value" pairs.

@@ -1,18 +1,21 @@
 // usage: bench-case growth|depth NAME SIZE...
+//        bench-case memory TEXT OPERATION SIZE...
 // Runs one case at each of the sizes, in this process, which may crash or be ended by whoever started it. Prints for
 // each size that worked a line of the size, the seconds, the instructions (0 if unknown), the bytes allocated, the peak
-// of bytes and the bytes of stack. "growth" runs on this thread, "depth" on one with the smallest stack.
+// of bytes and the bytes of stack. "growth" runs on this thread, "depth" on one with the smallest stack. "memory"
+// prints for each size the peak of bytes as a multiple of the input's.
 
 #include "Cases.h"
+#include "MemoryCases.h"
 #include "Meter.h"
 
 #include "QBase/Message.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
+#include <functional>
+#include <string>
 
 namespace
 {
@@ -30,29 +33,64 @@ void RunCase(const Bench::HostileCase& iCase, std::size_t iSize, bool iOnSmallSt
     std::fflush(stdout);
 }
 
+void RunMemoryCase(const Bench::MemoryCase& iCase, std::size_t iSize)
+{
+    const Bench::MeteredCase lCase = iCase.mPrepare(iSize);
+    const Bench::Measurement lMeasurement = Bench::MeasureHere(lCase.mCase.mRun);
+    lCase.mCase.mCheck();
+    std::printf("%zu %.9f\n", iSize,
+                static_cast<double>(lMeasurement.mPeakBytes) / static_cast<double>(lCase.mInputBytes));
+    std::fflush(stdout);
+}
+
+// Each returns the function that runs the named case at a size, or none where there is no such case.
+std::function<void(std::size_t)> FindCase(const char* ipName, bool iOnSmallStack)
+{
+    for (const Bench::HostileCase& lCase : iOnSmallStack ? Bench::MakeDepthCases() : Bench::MakeGrowthCases())
+    {
+        if (lCase.mName == ipName)
+        {
+            return [=](std::size_t iSize) { RunCase(lCase, iSize, iOnSmallStack); };
+        }
+    }
+    return nullptr;
+}
+
+std::function<void(std::size_t)> FindMemoryCase(const char* ipText, const char* ipOperation)
+{
+    for (const Bench::MemoryCase& lCase : Bench::MakeMemoryCases())
+    {
+        if (lCase.mText == ipText && lCase.mOperation == ipOperation)
+        {
+            return [=](std::size_t iSize) { RunMemoryCase(lCase, iSize); };
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 int main(int iCount, char** ipArguments)
 {
-    if (iCount < 4)
+    const std::string lKind = iCount > 1 ? ipArguments[1] : "";
+    const int lFirstSize = lKind == "memory" ? 4 : 3;
+    if (iCount <= lFirstSize)
     {
-        std::fprintf(stderr, "usage: bench-case growth|depth NAME SIZE...\n");
+        std::fprintf(stderr, "usage: bench-case growth|depth NAME SIZE... | memory TEXT OPERATION SIZE...\n");
         return 2;
     }
-    const bool lDepth = std::strcmp(ipArguments[1], "depth") == 0;
-    const std::vector<Bench::HostileCase> lCases = lDepth ? Bench::MakeDepthCases() : Bench::MakeGrowthCases();
-    const auto lCase = std::find_if(lCases.begin(), lCases.end(),
-                                    [&](const Bench::HostileCase& iCase) { return iCase.mName == ipArguments[2]; });
-    if (lCase == lCases.end())
+    const std::function<void(std::size_t)> lRun =
+        lKind == "memory" ? FindMemoryCase(ipArguments[2], ipArguments[3]) : FindCase(ipArguments[2], lKind == "depth");
+    if (!lRun)
     {
         std::fprintf(stderr, "bench-case: no such case: %s\n", ipArguments[2]);
         return 2;
     }
     try
     {
-        for (int lIndex = 3; lIndex < iCount; ++lIndex)
+        for (int lIndex = lFirstSize; lIndex < iCount; ++lIndex)
         {
-            RunCase(*lCase, std::strtoul(ipArguments[lIndex], nullptr, 10), lDepth);
+            lRun(std::strtoul(ipArguments[lIndex], nullptr, 10));
         }
     }
     catch (const std::exception& lFailure)

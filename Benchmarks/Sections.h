@@ -1,4 +1,4 @@
-// The three parts of the benchmarks. Each returns the tables of what the filter lets through, and shows its progress.
+// The parts of the benchmarks. Each returns the tables of what the filter lets through, and shows its progress.
 
 #ifndef BENCHMARKS_SECTIONS_H
 #define BENCHMARKS_SECTIONS_H
@@ -14,7 +14,7 @@ namespace Bench
 
 struct Options
 {
-    std::regex mFilter;       // searched in names like "ratios/parse/SMALL", "growth/asterisks", "depth/parse"
+    std::regex mFilter;       // searched in names like "ratios/parse/SMALL", "growth/asterisks", "memory/nests"
     std::string mMailFolder;  // where the data set MAIL comes from
     std::string mCaseProgram; // bench-case
 };
@@ -24,6 +24,9 @@ std::vector<Table> MakeRatioTables(const Options& iOptions);
 
 // What each hostile case costs when its size doubles.
 std::vector<Table> MakeGrowthTables(const Options& iOptions);
+
+// How much memory each operation takes beside hostile input.
+std::vector<Table> MakeMemoryTables(const Options& iOptions);
 
 // How deep each operation goes on the smallest stack.
 std::vector<Table> MakeDepthTables(const Options& iOptions);

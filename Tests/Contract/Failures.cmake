@@ -33,3 +33,12 @@ foreach(lTest IN ITEMS BagLifetimeTest BagOverridersTest FailedAllocationTest Fa
     list(APPEND lPrograms $<TARGET_FILE:${lTest}>)
 endforeach()
 add_test(NAME Failures.Tally COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/Failures/tally.sh 5000 1500 ${lPrograms})
+
+# How much memory hostile input takes, on the same cases as the benchmarks.
+talbase_test(MemoryTest
+    SOURCES
+        MemoryTest.cpp
+        ../../Benchmarks/MemoryCases.cpp
+        ../Support/FailingNew.cpp
+        Documents/Document.cpp
+    LINK TalBase::TalBase Q8::Stream)

@@ -177,30 +177,29 @@ TEST(SharingThreads, NestedBagsOfClones)
     EXPECT_EQ(AllocationsLive(), lLive);
 }
 
-// Copies share the texts of their delimiters, but nobody needs to know.
+// Copies share the texts of their delimiters, but nobody needs to know. Small bags, so that the threads do little else
+// than count them.
 TEST(SharingThreads, DelimitersOfCopies)
 {
     const std::size_t lLive = AllocationsLive();
+    for (int lObject = 0; lObject < 20; ++lObject)
     {
-        BagPtr lBag = RichBag();
-        std::vector<BagPtr> lCopies;
-        const auto lNames = AllNames(lBag);
-        for (int lThread = 0; lThread < gThreads; ++lThread)
+        const std::unique_ptr<QDataType::StringCollection> lNone(QDataType::CreateStringCollection());
+        std::vector<BagPtr> lCopies(1, NewBag(L"[[[[", L"]]]]"));
+        while (lCopies.size() < static_cast<std::size_t>(gThreads))
         {
-            lCopies.emplace_back(lBag->FilteredClone(lNames.get()));
-            lBag = lCopies.back();
+            lCopies.emplace_back(lCopies.back()->FilteredClone(lNone.get()));
         }
-        lBag = nullptr;
         Together([&](int iThread) {
             BagPtr& lMine = lCopies[static_cast<std::size_t>(iThread)];
-            for (int lRound = 0; lRound < gRounds; ++lRound)
+            for (int lRound = 0; lRound < 2 * gRounds; ++lRound)
             {
                 const BagPtr lSecond = lMine->Clone();
-                lSecond->SetProperty(L"new", L"x[[[[1]]]]", true);
-                ASSERT_STREQ(lSecond->GetBeginDelimiter(), L"[[[[");
+                const BagPtr lThird = lSecond->Clone();
+                ASSERT_EQ(lThird->GetBeginDelimiter()[3], L'[');
+                ASSERT_EQ(lThird->GetEndDelimiter()[3], L']');
             }
-            lMine->ChangeDelimiters(L"((((", L"))))");
-            lMine = nullptr;
+            lMine = nullptr; // the last of these destroys the texts
         });
     }
     EXPECT_EQ(AllocationsLive(), lLive);
