@@ -177,30 +177,85 @@ TEST(SharingThreads, NestedBagsOfClones)
     EXPECT_EQ(AllocationsLive(), lLive);
 }
 
-// Copies share the texts of their delimiters, but nobody needs to know. Small bags, so that the threads do little else
-// than count them.
-TEST(SharingThreads, DelimitersOfCopies)
+// Bags that share something, so many that the threads meet while they let go of them: each thread drops its own of each
+// row, in the same order.
+class Rows
+{
+public:
+    template <class MakeRow>
+    explicit Rows(const MakeRow& iMakeRow)
+    {
+        for (int lRow = 0; lRow < 10 * gRounds; ++lRow)
+        {
+            mRows.push_back(iMakeRow());
+        }
+    }
+
+    void DropTogether()
+    {
+        Together([&](int iThread) {
+            for (std::vector<BagPtr>& lRow : mRows)
+            {
+                lRow[static_cast<std::size_t>(iThread)] = nullptr;
+            }
+        });
+    }
+
+private:
+    std::vector<std::vector<BagPtr>> mRows;
+};
+
+TEST(SharingThreads, ClonesThatDieTogether)
 {
     const std::size_t lLive = AllocationsLive();
-    for (int lObject = 0; lObject < 20; ++lObject)
+    {
+        Rows lRows([] {
+            const BagPtr lBag = BagBuilder().Nest(L"n", BagBuilder().Set(L"k", L"v"));
+            std::vector<BagPtr> lClones;
+            for (int lThread = 0; lThread < gThreads; ++lThread)
+            {
+                lClones.emplace_back(lBag->Clone());
+            }
+            return lClones;
+        });
+        lRows.DropTogether();
+    }
+    EXPECT_EQ(AllocationsLive(), lLive);
+}
+
+// Copies share the texts of their delimiters, but nobody needs to know.
+TEST(SharingThreads, CopiesWithTheSameDelimitersThatDieTogether)
+{
+    const std::size_t lLive = AllocationsLive();
     {
         const std::unique_ptr<QDataType::StringCollection> lNone(QDataType::CreateStringCollection());
-        std::vector<BagPtr> lCopies(1, NewBag(L"[[[[", L"]]]]"));
-        while (lCopies.size() < static_cast<std::size_t>(gThreads))
-        {
-            lCopies.emplace_back(lCopies.back()->FilteredClone(lNone.get()));
-        }
-        Together([&](int iThread) {
-            BagPtr& lMine = lCopies[static_cast<std::size_t>(iThread)];
-            for (int lRound = 0; lRound < 2 * gRounds; ++lRound)
+        Rows lRows([&] {
+            std::vector<BagPtr> lCopies(1, NewBag(L"[[[[", L"]]]]"));
+            while (lCopies.size() < static_cast<std::size_t>(gThreads))
             {
-                const BagPtr lSecond = lMine->Clone();
-                const BagPtr lThird = lSecond->Clone();
-                ASSERT_EQ(lThird->GetBeginDelimiter()[3], L'[');
-                ASSERT_EQ(lThird->GetEndDelimiter()[3], L']');
+                lCopies.emplace_back(lCopies.back()->FilteredClone(lNone.get()));
             }
-            lMine = nullptr; // the last of these destroys the texts
+            return lCopies;
         });
+        lRows.DropTogether();
+    }
+    EXPECT_EQ(AllocationsLive(), lLive);
+}
+
+TEST(SharingThreads, CopiesOfDelimitersOnAllThreads)
+{
+    const std::size_t lLive = AllocationsLive();
+    {
+        const BagPtr lBag = NewBag(L"[[[[", L"]]]]");
+        Together([&](int) {
+            for (int lRound = 0; lRound < 20 * gRounds; ++lRound)
+            {
+                const BagPtr lCopy = lBag->Clone();
+                ASSERT_EQ(lCopy->GetBeginDelimiter()[3], L'[');
+                ASSERT_EQ(lCopy->GetEndDelimiter()[3], L']');
+            }
+        });
+        EXPECT_EQ(Describe(lBag), L"'[[[[' ']]]]' {}");
     }
     EXPECT_EQ(AllocationsLive(), lLive);
 }
