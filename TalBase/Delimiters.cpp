@@ -178,8 +178,14 @@ bool IsNeutralToEscapes(const DelimiterPair& iPair) noexcept
 
 // Loose on purpose: both searches are for any character of a set, the 14 characters where "BeginDelimiter" should stand
 // are skipped unseen, and a header that ends too early makes the copy of the begin delimiter fail as a string's does.
-unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair)
+unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPlace)
 {
+    const auto lPointAt = [opPlace](std::size_t iPlace) {
+        if (opPlace != nullptr)
+        {
+            *opPlace = iPlace;
+        }
+    };
     if (!AreEqualTexts(iText.substr(0, gHeaderEndWord.size()), gHeaderEndWord))
     {
         return 0;
@@ -194,10 +200,12 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair)
     const std::size_t lEndStop = iText.find_first_of(gHeaderBeginWord, lEndStart);
     if (lEndStop == std::wstring_view::npos)
     {
+        lPointAt(iText.size());
         Throw<PropertyBagException>(Messages::gMetadataNoBegin);
     }
     if (lEndStop == lEndStart)
     {
+        lPointAt(lEndStart);
         Throw<PropertyBagException>(Messages::gMetadataEmptyEnd);
     }
     const std::wstring_view lEnd = iText.substr(lEndStart, lEndStop - lEndStart);
@@ -205,10 +213,12 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair)
     const std::size_t lBeginStop = CharacterSet(lEnd).FindFirstIn(iText, lEndStop);
     if (lBeginStop != std::wstring_view::npos && lBeginStop <= lBeginStart)
     {
+        lPointAt(lBeginStop);
         Throw<PropertyBagException>(Messages::gMetadataEmptyBegin);
     }
     if (lBeginStart > iText.size())
     {
+        lPointAt(iText.size());
         throw std::out_of_range("QTalBase::PropertyBag: the header ends too early");
     }
     oPair = DelimiterPair{iText.substr(lBeginStart, lBeginStop - lBeginStart), lEnd};

@@ -684,15 +684,23 @@ bool PropertyBagImpl::hAddContent(std::wstring_view iText, unsigned int iPositio
         AddPropertyBag(lScratch.get());
         return lReader.IsClean();
     }
-    BagMerger lMerger(*this, lScratch->GetCount());
-    for (std::size_t lIndex = 0; lIndex < lScratch->mValueContent.GetCount(); ++lIndex)
+    std::size_t lEntry = 0;
+    hMergeScratch(lReader, *lScratch, lEntry);
+    return lReader.IsClean();
+}
+
+// Merges what a reader has read. oEntry: the entry that is being merged, from 0 on.
+void PropertyBagImpl::hMergeScratch(const TextReader& iReader, const PropertyBagImpl& iScratch, std::size_t& oEntry)
+{
+    BagMerger lMerger(*this, iScratch.GetCount());
+    for (std::size_t lIndex = 0; lIndex < iScratch.mValueContent.GetCount(); ++lIndex, ++oEntry)
     {
-        lMerger.SetPlain(lScratch->mValueContent.GetName(lIndex), lScratch->mValueContent.GetValue(lIndex));
+        lMerger.SetPlain(iScratch.mValueContent.GetName(lIndex), iScratch.mValueContent.GetValue(lIndex));
     }
-    for (std::size_t lIndex = 0; lIndex < lScratch->mEmbeddedContent.size(); ++lIndex)
+    for (std::size_t lIndex = 0; lIndex < iScratch.mEmbeddedContent.size(); ++lIndex, ++oEntry)
     {
-        const auto& [lName, lNest] = lScratch->mEmbeddedContent[lIndex];
-        if (lReader.IsNestClean(lIndex))
+        const auto& [lName, lNest] = iScratch.mEmbeddedContent[lIndex];
+        if (iReader.IsNestClean(lIndex))
         {
             lMerger.SetNest(lName, lNest);
         }
@@ -701,7 +709,6 @@ bool PropertyBagImpl::hAddContent(std::wstring_view iText, unsigned int iPositio
             lMerger.SetText(lName, TextWriter(*lNest).WriteToString(true));
         }
     }
-    return lReader.IsClean();
 }
 
 // A nested bag with this bag's delimiters, read from a text form.

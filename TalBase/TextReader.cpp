@@ -475,4 +475,10 @@ bool TextReader::hCanHeaderCarryPair()
     return mCanHeaderCarryPair == 1;
 }
 
+// Whether the pair alone makes every nest clean.
+bool TextReader::hIsEveryNestClean()
+{
+    return hCanHeaderCarryPair() && (!mIsDefaultPair || hIsPairNeutral());
+}
+
 } // namespace QTalBase

@@ -50,8 +50,9 @@ bool CanHeaderCarry(const DelimiterPair& iPair);
 bool IsNeutralToEscapes(const DelimiterPair& iPair) noexcept;
 
 // Reads a header. Returns the position of the content, in 32-bit arithmetic, 0 where there is no header; with one, the
-// pair becomes the header's, as views into the text. Throws as PropertyBag::AddString tells.
-unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair);
+// pair becomes the header's, as views into the text. Throws as PropertyBag::AddString tells; opPlace then gets the
+// place of what is wrong.
+unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPlace = nullptr);
 
 inline constexpr std::wstring_view gHeaderEndWord = L"EndDelimiter";
 inline constexpr std::wstring_view gHeaderBeginWord = L"BeginDelimiter";

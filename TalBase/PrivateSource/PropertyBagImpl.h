@@ -22,6 +22,8 @@
 namespace QTalBase
 {
 
+class TextReader;
+
 inline QBase::ReturnWString AsName(std::wstring_view iName)
 {
     return {iName.data(), iName.size()};
@@ -93,6 +95,7 @@ private:
     friend class BagComparer;
     friend class BagIndex;
     friend class BagMerger;
+    friend class TextChecker;
     friend class TextReader;
     friend class TextWriter;
     friend PropertyBag* CreatePropertyBag(const wchar_t* ipString);
@@ -134,6 +137,7 @@ private:
     void hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
     bool hAddText(std::wstring_view iText);
     bool hAddContent(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
+    void hMergeScratch(const TextReader& iReader, const PropertyBagImpl& iScratch, std::size_t& oEntry);
     QBase::SmartPtrI<PropertyBagImpl> hMakeNested(std::wstring_view iText);
     bool hHolds(const PropertyBagImpl& iBag) const;
     static void hReleaseNests(std::vector<EmbeddedEntry>& iEntries, PropertyBagImpl*& oDying) noexcept;

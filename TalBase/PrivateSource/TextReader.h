@@ -69,6 +69,8 @@ public:
     }
 
 private:
+    friend class TextChecker; // reads without making bags
+
     static constexpr std::size_t gReplaced = static_cast<std::size_t>(-1);
 
     using Nests = std::vector<PropertyBagImpl::EmbeddedEntry>;
@@ -130,6 +132,7 @@ private:
     void hFillWithAll(ValueContent& oValues, Nests& oNests);
     bool hIsPairNeutral();
     bool hCanHeaderCarryPair();
+    bool hIsEveryNestClean();
 
     SharedWString mBegin;
     SharedWString mEnd;

@@ -34,6 +34,14 @@ public:
     // Makes the automaton's table, once. Throws std::bad_alloc.
     void Prepare();
 
+    // The length of the longest text, other than the needle, that the needle both begins and ends with. Throws
+    // std::bad_alloc.
+    std::size_t GetLongestBorder()
+    {
+        Prepare();
+        return mBorders.back();
+    }
+
 private:
     std::wstring_view mNeedle;
     std::vector<std::size_t> mBorders; // empty until it is needed
@@ -128,6 +136,12 @@ public:
     bool MayHoldFirstCharacter() const noexcept
     {
         return mMayHoldFirstCharacter;
+    }
+
+    // What is behind the delimiter found last.
+    std::wstring_view GetRest() const noexcept
+    {
+        return {mPosition, static_cast<std::size_t>(mTextStop - mPosition)};
     }
 
 private:
@@ -364,6 +378,11 @@ public:
     bool MayHoldFirstCharacter() const noexcept
     {
         return true;
+    }
+
+    std::wstring_view GetRest() const noexcept
+    {
+        return mText;
     }
 
 private:

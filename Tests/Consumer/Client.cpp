@@ -13,6 +13,7 @@
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBagHelpers.h"
 #include "TalBase/PropertyBags.h"
+#include "TalBase/TextCheck.h"
 #include "TalBase/Views.h"
 
 #include <cstdio>
@@ -55,6 +56,8 @@ void UseText()
     const QBase::SmartPtrI<QTalBase::PropertyBag> lCopy = QTalBase::CreatePropertyBag(lText.c_str());
     Expect(std::wstring(lCopy->GetProperty(L"Subject").c_str()) == L"2 * 2 + 1", "a value from a text form");
     Expect(lCopy->IsSubset(lJob.get()), "a bag and its copy");
+    Expect(QTalBase::CheckText(lText.c_str()).mIsValid, "a text that can be read");
+    Expect(QTalBase::CheckText(L"a++++1", L"++++", L"***").mPosition == 6, "the place where a text ends too early");
 }
 
 void UseStreams()

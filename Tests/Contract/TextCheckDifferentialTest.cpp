@@ -1,0 +1,183 @@
+// CheckText against reading: whatever the text, the delimiters and the defaults are, it says what reading throws,
+// message for message, and names a place inside the text. TALBASE_TEXTCHECK_TEXTS in the environment asks for another
+// number of texts.
+
+#include "TalBase/TextCheck.h"
+
+#include "QBase/Convert.h"
+#include "TalBase/Initializer.h"
+#include "TalBase/PropertyBag.h"
+#include "Tests/Support/RepointedDefaults.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <random>
+#include <stdexcept>
+#include <string>
+
+using QTalBase::CheckText;
+using QTalBase::PropertyBag;
+using QTalBase::TextCheckResult;
+using QTalBase::TextRemark;
+
+namespace
+{
+
+const QTalBase::Initializer gInitializer;
+
+using BagPtr = QBase::SmartPtrI<PropertyBag>;
+
+const wchar_t* const gPairs[][2] = {
+    {L"++++", L"***"}, {L"[[", L"]]"},     {L"<", L">"},
+    {L"+*", L"**"},    {L"a", L"e"},       {L"xe", L"e"},
+    {L"&#", L";;"},    {L"4", L"x"},       {L"ab", L"ba"},
+    {L"::", L":"},     {L"+", L"*"},       {L"[", L"end"},
+    {L"", L"x"},       {L"x", L""},        {L"aaaaaaaaaaaaaaaaaaab", L"aaaaaaaaaaaaaaaaaaac"},
+    {L"#", L";"},      {L"same", L"same"}, {L"x", L"yx"}};
+
+const wchar_t* const gWords[] = {L"a",
+                                 L"b",
+                                 L"name",
+                                 L"*",
+                                 L"+",
+                                 L"&#42;",
+                                 L"&",
+                                 L"#4",
+                                 L"2;",
+                                 L";",
+                                 L"[",
+                                 L"]",
+                                 L"e",
+                                 L"EndDelimiter",
+                                 L"EndDelimiter***BeginDelimiter++++***",
+                                 L"BeginDelimiter",
+                                 L"EndDelimiter]]BeginDelimiter[[]]",
+                                 L"EndDelimiter>BeginDelimiter<>",
+                                 L"\n"};
+
+// A text or two on their way, from a generator that gives the same everywhere.
+class Trial
+{
+public:
+    explicit Trial(unsigned int iSeed) : mEngine(iSeed) {}
+
+    unsigned int Below(std::size_t iLimit)
+    {
+        return static_cast<unsigned int>(mEngine() % iLimit);
+    }
+
+    const wchar_t* const* Pair()
+    {
+        return gPairs[Below(2) == 0 ? Below(3) : Below(std::size(gPairs))];
+    }
+
+    // Mostly of the shape of a text form, with or without a header.
+    std::wstring Text(const wchar_t* const* ipPair)
+    {
+        std::wstring lText;
+        if (Below(2) == 0)
+        {
+            lText = std::wstring(L"EndDelimiter") + ipPair[1] + L"BeginDelimiter" + ipPair[0] + ipPair[1];
+        }
+        for (unsigned int lPieces = Below(12); lPieces > 0; --lPieces)
+        {
+            const unsigned int lPiece = Below(8);
+            lText += lPiece > 6 ? L"" : gWords[Below(std::size(gWords))];
+            lText += lPiece < 4 ? ipPair[lPiece % 2] : L"";
+            lText += lPiece == 2 ? std::wstring(gWords[Below(std::size(gWords))]) + ipPair[1] : L"";
+        }
+        return Below(20) == 0 ? lText.substr(0, lText.size() / 2) : lText;
+    }
+
+private:
+    std::mt19937 mEngine;
+};
+
+template <class Read>
+std::wstring OutcomeOf(const Read& iRead)
+{
+    try
+    {
+        iRead();
+        return L"read";
+    }
+    catch (const QTalBase::PropertyBagException& lException)
+    {
+        return std::wstring(L"refused: ") + lException.GetMessage();
+    }
+    catch (const std::out_of_range& lException)
+    {
+        const std::string lWhat = lException.what();
+        return L"refused: " + std::wstring(lWhat.begin(), lWhat.end());
+    }
+}
+
+std::wstring OutcomeOf(const TextCheckResult& iResult)
+{
+    return iResult.mIsValid ? L"read" : std::wstring(L"refused: ") + iResult.mMessage.c_str();
+}
+
+std::wstring WithoutData(const std::wstring& iOutcome)
+{
+    const std::wstring lShort = iOutcome.substr(0, iOutcome.find(L" - lPropertyString"));
+    return lShort.substr(0, lShort.find(L". ipValue"));
+}
+
+void ExpectInside(const TextCheckResult& iResult, const std::wstring& iText)
+{
+    EXPECT_LE(iResult.mPosition, iText.size());
+    EXPECT_TRUE(!iResult.mIsValid || iResult.mPosition == 0);
+    std::size_t lLast = 0;
+    for (const TextRemark& lRemark : iResult.mRemarks)
+    {
+        EXPECT_GT(lRemark.mLength, 0U);
+        EXPECT_GE(lRemark.mPosition, lLast);
+        EXPECT_LE(lRemark.mPosition + lRemark.mLength, iText.size());
+        lLast = lRemark.mPosition;
+    }
+}
+
+// A description of what differs is the text itself.
+std::string Readable(const std::wstring& iText, const wchar_t* const* ipPair)
+{
+    return QBase::WideCharToUTF8((iText + L"  with  " + ipPair[0] + L"  " + ipPair[1]).c_str(), false);
+}
+
+} // namespace
+
+TEST(TextCheckDifferential, SaysWhatReadingThrows)
+{
+    const char* lAsked = std::getenv("TALBASE_TEXTCHECK_TEXTS");
+    const unsigned long lTexts = lAsked != nullptr ? std::strtoul(lAsked, nullptr, 10) : 50000;
+    std::map<std::wstring, unsigned long> lSeen;
+    for (unsigned int lSeed = 0; lSeed < lTexts; ++lSeed)
+    {
+        Trial lTrial(lSeed);
+        const wchar_t* const* lDefaults = lTrial.Below(4) == 0 ? lTrial.Pair() : gPairs[0];
+        const Support::RepointedDefaults lRepointed(lDefaults[0], lDefaults[1]);
+        const wchar_t* const* lPair = lTrial.Pair();
+        const std::wstring lText = lTrial.Text(lTrial.Below(3) == 0 ? lTrial.Pair() : lPair);
+
+        const TextCheckResult lWithHeader = CheckText(lText.c_str());
+        const std::wstring lRead = OutcomeOf([&] { BagPtr(QTalBase::CreatePropertyBag(lText.c_str())); });
+        ASSERT_EQ(OutcomeOf(lWithHeader), lRead) << Readable(lText, lPair);
+        ExpectInside(lWithHeader, lText);
+
+        const TextCheckResult lWithPair = CheckText(lText.c_str(), lPair[0], lPair[1]);
+        const std::wstring lAdded =
+            OutcomeOf([&] { BagPtr(QTalBase::CreatePropertyBag(lPair[0], lPair[1]))->AddString(lText.c_str()); });
+        ASSERT_EQ(OutcomeOf(lWithPair), lAdded) << Readable(lText, lPair);
+        ExpectInside(lWithPair, lText);
+        ++lSeen[WithoutData(lRead)];
+        ++lSeen[WithoutData(lAdded)];
+    }
+    for (const auto& [lOutcome, lCount] : lSeen)
+    {
+        RecordProperty(QBase::WideCharToUTF8(lOutcome.c_str(), false), std::to_string(lCount));
+    }
+    // Every message of reading, of the delimiters and of the merge was among them, and many texts could be read.
+    EXPECT_EQ(lSeen.size(), 1U + 1 + 1 + 3 + 4 + 5 + 2);
+    EXPECT_GT(lSeen[L"read"], lTexts / 10);
+}
