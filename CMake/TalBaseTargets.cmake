@@ -45,6 +45,36 @@ function(talbase_library iTarget)
     install(TARGETS ${iTarget} EXPORT ${lFamily}Targets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
         FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+    talbase_install_pkgconfig(${iTarget})
+endfunction()
+
+# The file that `pkg-config talbase` reads, and one for each library of the family: q8base, q8datatype and so on. Reads
+# the arguments of talbase_library, which calls it. The files find the prefix from where they lie, so that it can be
+# moved, unless a folder was given as an absolute path.
+function(talbase_install_pkgconfig iTarget)
+    set(lPrefix ${CMAKE_INSTALL_PREFIX})
+    set(lLibraries ${CMAKE_INSTALL_FULL_LIBDIR})
+    set(lHeaders ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+    if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR} AND NOT IS_ABSOLUTE ${CMAKE_INSTALL_INCLUDEDIR})
+        file(RELATIVE_PATH lWayUp /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+        string(REGEX REPLACE "/$" "" lWayUp ${lWayUp})
+        set(lPrefix "\${pcfiledir}/${lWayUp}")
+        set(lLibraries "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+        set(lHeaders "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+    endif()
+    set(lVersion ${i_SOVERSION}.0.0)
+    set(lDescription "A library of the platform family beneath TalBase")
+    if(${iTarget} STREQUAL PROJECT_NAME)
+        set(lVersion ${PROJECT_VERSION})
+        set(lDescription ${PROJECT_DESCRIPTION})
+    endif()
+    string(REPLACE "::" "" lRequires "${i_LINK}")
+    string(TOLOWER "${lRequires}" lRequires)
+    string(JOIN " " lRequires ${lRequires})
+    string(TOLOWER ${iTarget} lName)
+    configure_file(${PROJECT_SOURCE_DIR}/CMake/PkgConfig.pc.in ${PROJECT_BINARY_DIR}/pkgconfig/${lName}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/pkgconfig/${lName}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endfunction()
 
 # The CMake package that find_package(TalBase) reads.

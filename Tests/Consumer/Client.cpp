@@ -1,6 +1,6 @@
-// A host's program in small: it sees the installed headers only, is built as C++17 by whatever build the host has, and
-// crosses the library's border with objects, texts, streams and exceptions. It prints what went wrong and returns how
-// much did.
+// A host's program in small: it sees the installed headers only, is built as C++17 or C++20 by whatever build the host
+// has, and crosses the library's border with objects, texts, streams and exceptions. It prints what went wrong and
+// returns how much did.
 
 #include "QBase/Guid.h"
 #include "QBase/Message.h"
@@ -20,6 +20,8 @@
 #include <memory>
 #include <sstream>
 #include <string>
+
+static_assert(CLIENT_CXX_STANDARD == (__cplusplus / 100) % 100, "built as another version than was asked for");
 
 namespace
 {

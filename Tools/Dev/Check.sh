@@ -83,8 +83,8 @@ step_minimal() {
         -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON
     show cmake --build "$lFolder/build" --parallel 2
     show cmake --install "$lFolder/build" --prefix "$lFolder/prefix"
-    show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" g++-12 -std=c++17
-    show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" clang++-14 -std=c++17
+    show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" g++-12
+    show Tests/Consumer/compile-by-hand.sh "$lFolder/prefix" clang++-14
 }
 
 # Runs one step in a shell of its own, so that its first failing command ends it, and sets gStatus. Callers must not ask
