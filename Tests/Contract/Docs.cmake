@@ -9,6 +9,24 @@ talbase_test(DocumentsTest
         Documents/TextFormatTest.cpp
     LINK TalBaseInside Q8::Stream)
 
+# The code in the documents, and what it prints, is that of the programs that the examples build.
+if(TALBASE_BUILD_EXAMPLES)
+    get_property(lPrograms GLOBAL PROPERTY TALBASE_SHOWN_PROGRAMS)
+    get_property(lTargets GLOBAL PROPERTY TALBASE_SHOWN_TARGETS)
+    set(lList ${CMAKE_CURRENT_BINARY_DIR}/ShownPrograms.txt)
+    file(GENERATE OUTPUT ${lList} CONTENT "${lPrograms}")
+    set(lScript ${CMAKE_CURRENT_SOURCE_DIR}/Documents/ShownCode.sh)
+    file(GLOB lDocuments CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
+        ${PROJECT_SOURCE_DIR}/*.md ${PROJECT_SOURCE_DIR}/Benchmarks/*.md ${PROJECT_SOURCE_DIR}/Docs/*.md)
+    foreach(lDocument IN LISTS lDocuments)
+        add_test(NAME Documents.${lDocument}ShowsRealCode COMMAND ${lScript} check ${lList} ${lDocument})
+    endforeach()
+    add_test(NAME Documents.ShownProgramsRunAndAreShown COMMAND ${lScript} programs ${lList} ${lDocuments})
+    add_custom_target(shown-code
+        COMMAND ${lScript} write ${lList} ${lDocuments}
+        DEPENDS ${lTargets} COMMENT "Writing the code in the documents" VERBATIM)
+endif()
+
 # Against the installation that the consumer tests make; like theirs, not where a sanitizer would have to be installed.
 if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     set(lClient ${CMAKE_CURRENT_BINARY_DIR}/ReadmeClient)

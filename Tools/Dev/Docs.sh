@@ -21,7 +21,7 @@ word_docs() {
     # shellcheck disable=SC2154 # dev has the first list
     require_packages "${gTestPackages[@]}" "${gDocsPackages[@]}"
     show cmake --preset release
-    show cmake --build --preset release --target virtual-slots
+    show cmake --build --preset release --target virtual-slots shown-code
     build_html
     echo "The pages begin at build/docs/html/index.html" >&2
 }

@@ -110,6 +110,12 @@ TEST(ReadmeDocument, GuideHasEveryPublicHeaderAndNoOther)
     EXPECT_EQ(lGuide, std::multiset<std::string>(lHeaders.begin(), lHeaders.end()));
 }
 
+TEST(ReadmeDocument, ExampleHasFifteenLines)
+{
+    const std::string lExample = ReadProjectFile("Examples/Readme/Example.cpp");
+    EXPECT_EQ(std::count(lExample.begin(), lExample.end(), '\n'), 15);
+}
+
 TEST(AllDocuments, LinksLeadSomewhere)
 {
     EXPECT_TRUE(LeadsSomewhere("Docs/Limits.md", "../README.md#limits"));
