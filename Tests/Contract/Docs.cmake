@@ -1,13 +1,26 @@
 # The documents say what the library does: their tables are run, and the README's client is built from its own blocks.
+get_property(lLibraries GLOBAL PROPERTY TALBASE_LIBRARIES)
+set(lLinks "")
+foreach(lLibrary IN LISTS lLibraries)
+    string(APPEND lLinks "lib$<TARGET_PROPERTY:${lLibrary},OUTPUT_NAME>")
+    get_property(lOthers TARGET ${lLibrary} PROPERTY INTERFACE_LINK_LIBRARIES)
+    foreach(lOther IN LISTS lOthers)
+        string(APPEND lLinks " lib$<TARGET_PROPERTY:${lOther},OUTPUT_NAME>")
+    endforeach()
+    string(APPEND lLinks "\n")
+endforeach()
+file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/Links.txt CONTENT "${lLinks}")
 talbase_test(DocumentsTest
     SOURCES
+        Documents/ArchitectureTest.cpp
         Documents/Document.cpp
         Documents/ErrorsTest.cpp
         Documents/LimitsTest.cpp
         Documents/LinksTest.cpp
         Documents/Provocations.cpp
         Documents/TextFormatTest.cpp
-    LINK TalBaseInside Q8::Stream)
+    LINK TalBaseInside Q8::Stream
+    DEFINITIONS TALBASE_LINKS="${CMAKE_CURRENT_BINARY_DIR}/Links.txt")
 
 # The code in the documents, and what it prints, is that of the programs that the examples build.
 if(TALBASE_BUILD_EXAMPLES)

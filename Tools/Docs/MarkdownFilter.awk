@@ -100,7 +100,7 @@ FNR == 1 {
 }
 
 /^```/ {
-    print gBlock == "mermaid" ? "\\enddot" : $0
+    print gBlock == "mermaid" ? "} \\enddot" : $0
     gBlock = gBlock == "" ? "code" : ""
     next
 }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -19,7 +20,22 @@ namespace
 
 namespace fs = std::filesystem;
 
-const char* const gDocuments[] = {"README.md", "Docs/Errors.md", "Docs/Limits.md", "Docs/TextFormat.md"};
+// Returns the documents of the project, their paths relative to its folder.
+std::vector<std::string> AllDocuments()
+{
+    std::vector<std::string> lDocuments;
+    for (const char* lFolder : {".", "Docs"})
+    {
+        for (const auto& lFile : fs::directory_iterator(fs::path(TALBASE_SOURCE_DIR) / lFolder))
+        {
+            if (lFile.path().extension() == ".md")
+            {
+                lDocuments.push_back(fs::relative(lFile.path(), TALBASE_SOURCE_DIR).string());
+            }
+        }
+    }
+    return lDocuments;
+}
 
 // Returns the include paths of the public headers below a folder of the project.
 std::set<std::string> PublicHeaders(const std::string& iFolder, const std::string& iBase)
@@ -91,6 +107,32 @@ bool LeadsSomewhere(const std::string& iDocument, const std::string& iTarget)
            (lHash == iTarget.size() || HasAnchor(lPath.string(), iTarget.substr(lHash + 1)));
 }
 
+// Returns the code spans of a document that look like a file of the project, those in blocks of code left out.
+std::vector<std::string> NamedFiles(const std::string& iText)
+{
+    const std::regex lPath("[A-Z][A-Za-z0-9]*(/[A-Za-z0-9.-]+)+\\.(h|cpp|cmake|md|sh|txt)");
+    std::vector<std::string> lFiles;
+    bool lIsBlock = false;
+    std::istringstream lStream(iText);
+    for (std::string lLine; std::getline(lStream, lLine);)
+    {
+        const bool lIsFence = lLine.compare(0, 3, "```") == 0;
+        lIsBlock = lIsBlock != lIsFence;
+        if (lIsBlock || lIsFence || std::count(lLine.begin(), lLine.end(), '`') % 2 != 0)
+        {
+            continue;
+        }
+        for (const std::string& lSpan : CodeSpans(lLine))
+        {
+            if (std::regex_match(lSpan, lPath))
+            {
+                lFiles.push_back(lSpan);
+            }
+        }
+    }
+    return lFiles;
+}
+
 } // namespace
 
 TEST(ReadmeDocument, GuideHasEveryPublicHeaderAndNoOther)
@@ -112,7 +154,7 @@ TEST(ReadmeDocument, GuideHasEveryPublicHeaderAndNoOther)
 
 TEST(ReadmeDocument, ExampleHasFifteenLines)
 {
-    const std::string lExample = ReadProjectFile("Examples/Readme/Example.cpp");
+    const std::string lExample = ReadProjectFile("Examples/Documents/Example.cpp");
     EXPECT_EQ(std::count(lExample.begin(), lExample.end(), '\n'), 15);
 }
 
@@ -121,11 +163,27 @@ TEST(AllDocuments, LinksLeadSomewhere)
     EXPECT_TRUE(LeadsSomewhere("Docs/Limits.md", "../README.md#limits"));
     EXPECT_FALSE(LeadsSomewhere("Docs/Limits.md", "../README.md#no-such-heading"));
     EXPECT_FALSE(LeadsSomewhere("Docs/Limits.md", "README.md"));
-    for (const char* lDocument : gDocuments)
+    for (const std::string& lDocument : AllDocuments())
     {
         for (const std::string& lTarget : LinkTargets(ReadProjectFile(lDocument)))
         {
             EXPECT_TRUE(LeadsSomewhere(lDocument, lTarget)) << lDocument << " links to " << lTarget;
         }
     }
+}
+
+TEST(AllDocuments, NamedFilesAreThere)
+{
+    std::size_t lCount = 0;
+    for (const std::string& lDocument : AllDocuments())
+    {
+        for (const std::string& lFile : NamedFiles(ReadProjectFile(lDocument)))
+        {
+            ++lCount;
+            EXPECT_TRUE(fs::exists(fs::path(TALBASE_SOURCE_DIR) / lFile) ||
+                        fs::exists(fs::path(TALBASE_SOURCE_DIR) / "Platform" / lFile))
+                << lDocument << " names " << lFile;
+        }
+    }
+    EXPECT_GT(lCount, 50U);
 }

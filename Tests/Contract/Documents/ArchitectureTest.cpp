@@ -1,0 +1,227 @@
+// The diagrams of Docs/Architecture.md say what the build links and what the sources include.
+
+#include "Tests/Contract/Documents/Document.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace Documents;
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+using Edges = std::set<std::pair<std::string, std::string>>;
+
+struct Flowchart
+{
+    std::map<std::string, std::vector<std::string>> mLabels; // of a node: the lines that it shows
+    Edges mEdges;
+    std::vector<std::string> mTexts; // on the edges
+};
+
+std::vector<std::string> SplitAt(std::string iText, const std::string& iMark)
+{
+    std::vector<std::string> lParts;
+    for (std::size_t lEnd = iText.find(iMark); lEnd != std::string::npos; lEnd = iText.find(iMark))
+    {
+        lParts.push_back(iText.substr(0, lEnd));
+        iText.erase(0, lEnd + iMark.size());
+    }
+    lParts.push_back(iText);
+    return lParts;
+}
+
+// Takes a line "node["text<br>text"]", "node --> node" or "node -->|"text"| node".
+void AddLine(Flowchart& oChart, const std::string& iLine)
+{
+    std::istringstream lWords(iLine);
+    std::string lNode;
+    std::string lArrow;
+    lWords >> lNode >> lArrow;
+    const std::size_t lBracket = iLine.find("[\"");
+    if (lBracket != std::string::npos)
+    {
+        const std::size_t lFirst = iLine.find_first_not_of(' ');
+        const std::string lText = iLine.substr(lBracket + 2, iLine.rfind("\"]") - lBracket - 2);
+        oChart.mLabels[iLine.substr(lFirst, lBracket - lFirst)] = SplitAt(lText, "<br>");
+        return;
+    }
+    if (lArrow.compare(0, 3, "-->") != 0)
+    {
+        throw std::runtime_error("no line of a flowchart: " + iLine);
+    }
+    oChart.mEdges.emplace(lNode, iLine.substr(iLine.rfind(' ') + 1));
+    if (lArrow.size() > 3)
+    {
+        oChart.mTexts.push_back(SplitAt(iLine, "\"").at(1));
+    }
+}
+
+std::vector<Flowchart> ReadFlowcharts(const std::string& iText)
+{
+    std::vector<Flowchart> lCharts;
+    bool lIsInside = false;
+    std::istringstream lStream(iText);
+    for (std::string lLine; std::getline(lStream, lLine);)
+    {
+        if (lLine == "```mermaid")
+        {
+            std::getline(lStream, lLine); // the kind of chart
+            lCharts.emplace_back();
+            lIsInside = true;
+        }
+        else if (lLine == "```")
+        {
+            lIsInside = false;
+        }
+        else if (lIsInside)
+        {
+            AddLine(lCharts.back(), lLine);
+        }
+    }
+    return lCharts;
+}
+
+const Flowchart& Chart(std::size_t iIndex)
+{
+    static const std::vector<Flowchart> lCharts = ReadFlowcharts(ReadProjectFile("Docs/Architecture.md"));
+    return lCharts.at(iIndex);
+}
+
+// Returns the files below a folder of the project that hold C++.
+std::vector<fs::path> Sources(const fs::path& iFolder)
+{
+    std::vector<fs::path> lSources;
+    for (const auto& lFile : fs::recursive_directory_iterator(fs::path(TALBASE_SOURCE_DIR) / iFolder))
+    {
+        const std::string lEnding = lFile.path().extension().string();
+        if (lEnding == ".h" || lEnding == ".cpp")
+        {
+            lSources.push_back(lFile.path());
+        }
+    }
+    return lSources;
+}
+
+// Returns what a file includes between quotation marks.
+std::vector<std::string> Includes(const fs::path& iFile)
+{
+    std::vector<std::string> lIncludes;
+    std::ifstream lStream(iFile);
+    for (std::string lLine; std::getline(lStream, lLine);)
+    {
+        if (lLine.compare(0, 10, "#include \"") == 0)
+        {
+            lIncludes.push_back(lLine.substr(10, lLine.rfind('"') - 10));
+        }
+    }
+    return lIncludes;
+}
+
+// Adds an edge to each other folder of public headers that a file of this one includes.
+void AddEdges(const std::string& iName, const fs::path& iFolder, Edges& oEdges)
+{
+    for (const fs::path& lSource : Sources(iFolder))
+    {
+        for (const std::string& lInclude : Includes(lSource))
+        {
+            const std::string lOther = lInclude.substr(0, lInclude.find('/'));
+            if (lOther != iName && lOther != "PrivateSource")
+            {
+                oEdges.emplace(iName, lOther);
+            }
+        }
+    }
+}
+
+} // namespace
+
+// TALBASE_LINKS is a file that the build writes: a line for each library, its file and those that it is linked with.
+TEST(ArchitectureDocument, LibrariesAreLinkedAsDrawn)
+{
+    Edges lDrawn;
+    for (const auto& [lFrom, lTo] : Chart(0).mEdges)
+    {
+        lDrawn.emplace(Chart(0).mLabels.at(lFrom).front(), Chart(0).mLabels.at(lTo).front());
+    }
+    Edges lLinked;
+    std::ifstream lStream(TALBASE_LINKS);
+    for (std::string lLine; std::getline(lStream, lLine);)
+    {
+        std::istringstream lWords(lLine);
+        std::string lLibrary;
+        lWords >> lLibrary;
+        for (std::string lOther; lWords >> lOther;)
+        {
+            lLinked.emplace(lLibrary, lOther);
+        }
+    }
+    EXPECT_EQ(lLinked.count({"libTalBase", "libQ8Base4"}), 1U);
+    EXPECT_EQ(lDrawn, lLinked);
+}
+
+TEST(ArchitectureDocument, FoldersIncludeEachOtherAsDrawn)
+{
+    Edges lIncluded;
+    AddEdges("TalBase", "TalBase", lIncluded);
+    for (const char* lFolder : {"QBase", "QSynch", "QLog", "QDataType", "QSerialization"})
+    {
+        AddEdges(lFolder, fs::path("Platform") / lFolder, lIncluded);
+    }
+    EXPECT_EQ(Chart(1).mEdges, lIncluded);
+}
+
+TEST(ArchitectureDocument, PrivateHeadersAreIncludedByTheLibraryAndItsTestsOnly)
+{
+    const std::set<std::string> lAllowed = {"TalBase", "Tests", "Fuzz"};
+    std::set<std::string> lFound;
+    for (const auto& lEntry : fs::directory_iterator(TALBASE_SOURCE_DIR))
+    {
+        const std::string lFolder = lEntry.path().filename().string();
+        if (!lEntry.is_directory() || lFolder.front() == '.' || lFolder == "build")
+        {
+            continue;
+        }
+        for (const fs::path& lSource : Sources(lFolder))
+        {
+            for (const std::string& lInclude : Includes(lSource))
+            {
+                if (lInclude.find("TalBase/PrivateSource/") != std::string::npos)
+                {
+                    lFound.insert(lFolder);
+                }
+            }
+        }
+    }
+    EXPECT_EQ(lFound.count("TalBase"), 1U);
+    EXPECT_TRUE(std::includes(lAllowed.begin(), lAllowed.end(), lFound.begin(), lFound.end()));
+}
+
+// The words before a bracket, a colon or a comma are operations, which a public header declares.
+TEST(ArchitectureDocument, RoadConsistsOfOperations)
+{
+    std::string lHeaders;
+    for (const char* lHeader : {"TalBase/PropertyBag.h", "Platform/QBase/Convert.h",
+                                "Platform/QBase/ReferenceCounted.h", "Platform/QSerialization/SerializableObject.h"})
+    {
+        lHeaders += ReadProjectFile(lHeader);
+    }
+    EXPECT_EQ(Chart(2).mTexts.size(), 10U);
+    for (const std::string& lText : Chart(2).mTexts)
+    {
+        const std::string lOperation = lText.substr(0, lText.find_first_of("(:,"));
+        EXPECT_NE(lHeaders.find(" " + lOperation + "("), std::string::npos) << lText;
+    }
+}
