@@ -170,6 +170,7 @@ private:
     void hClone();
     void hFilteredClone();
     void hTakeNest();
+    void hSpoilNest();
     void hMake();
 
     Choices& mChoices;
@@ -222,7 +223,8 @@ void Driver::hOperate()
                                                     &Driver::hTakeNest,
                                                     &Driver::hTakeNest,
                                                     &Driver::hMake,
-                                                    &Driver::hAddManyProperties};
+                                                    &Driver::hAddManyProperties,
+                                                    &Driver::hSpoilNest};
     mSlot = hBelow(gSlots);
     const unsigned int lOperation = hBelow(static_cast<unsigned int>(std::size(gOperations)));
     (this->*gOperations[lOperation])();
@@ -563,6 +565,28 @@ void Driver::hTakeNest()
     const unsigned int lIndex = lCount > lFromBehind ? lCount - 1 - lFromBehind : 0;
     hTry(L"takes the nest at " + std::to_wstring(lIndex) + hWithOther(),
          [&](Side iSide) { return hReplace(iSide, [&] { return lOther.mBags[iSide]->GetValuePropertyBag(lIndex); }); });
+}
+
+// From a stream a nest can get a pair that nobody may have. Comparing with what holds it throws what reading it would.
+void Driver::hSpoilNest()
+{
+    const unsigned int lCount = hBag(PlainSide).GetCount();
+    const unsigned int lFromBehind = hBelow(3);
+    const unsigned int lIndex = lCount > lFromBehind ? lCount - 1 - lFromBehind : 0;
+    const std::wstring lDelimiter = mTexts.Word();
+    QSerialization::MemoryWriteDataStream lWriter;
+    lWriter.WriteWString(lDelimiter.c_str());
+    lWriter.WriteWString(lDelimiter.c_str());
+    lWriter.WriteWString(L"");
+    hTry(L"spoils the nest at " + std::to_wstring(lIndex) + L" with " + Quoted(lDelimiter), [&](Side iSide) {
+        const BagPtr lNest = hBag(iSide).GetValuePropertyBag(lIndex);
+        QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lWriter.GetBytes().size());
+        const std::wstring lRead = Outcome([&] {
+            lNest->DeSerialize(lReader);
+            return std::wstring();
+        });
+        return lRead + L" " + Outcome([&] { return YesOrNo(hBag(iSide).operator==(hBag(iSide))); });
+    });
 }
 
 void Driver::hMake()
