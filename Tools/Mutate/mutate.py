@@ -1,0 +1,210 @@
+#!/usr/bin/env python3
+"""Changes the library at one place at a time and looks whether the unit and contract tests notice.
+
+usage: mutate.py [--sample N] [--seed S] [--file F]... [--workers N] [--list]
+
+  --sample N   judge N of the mutants, drawn by chance; without it, all of them
+  --seed S     the start of the draw (1)
+  --file F     only mutants of this file; may be given more than once
+  --workers N  so many at once (the number of processors)
+  --list       print the mutants and judge none
+
+Prints the score and the survivors, and writes build/mutate/survivors.txt with an entry for each to fill in. Those that Survivors.txt explains are counted apart; the exit status is 1 where
+another one survived, where less than 95 of 100 were noticed, or where an explained one does not exist any more.
+"""
+
+import argparse
+import os
+import random
+import re
+import subprocess
+import sys
+import threading
+import time
+from collections import Counter
+
+import judge
+import mutants
+import survivors
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+LIST = os.path.join(HERE, "Survivors.txt")
+REQUIRED_SCORE = 95
+PRESET = "mutate"
+
+# The library's programs, and then those that hold its insides, which take a second compilation and a link each.
+OUTSIDE = ("Unit/PropertyBagTest", "Unit/PropertyBagTokenTest", "Unit/BufferedWStringTest", "Unit/InitializerTest",
+           "Unit/ModuleMainTest", "Unit/TestValues", "Unit/Views17Test", "Unit/Views20Test",
+           "Contract/BagOverridersTest", "Contract/BagExceptionsTest", "Contract/BagLifetimeTest",
+           "Contract/BagOperands17Test", "Contract/BagOperands20Test", "Contract/VirtualSlotsTest",
+           "Contract/TestValuesAllocation", "Contract/TestGuidFailure", "Contract/ModuleStartTest",
+           "Contract/DifferentialTest")
+INSIDE = ("Unit/TextReaderTest", "Unit/NameTableTest", "Unit/ValueContentTest", "Contract/DocumentsTest")
+# What would cost much and notice little: other libraries, threads, a million levels of nesting.
+LEFT_OUT = ("Unit/PlatformTests", "Unit/PlatformThreadTests", "Unit/PlatformRandomSourceTests",
+            "Unit/PlatformAllocationTests", "Contract/BagThreadsTest", "Contract/TestValuesThreads",
+            "Contract/DepthTest")
+# Random operations: so many that they take about a second.
+ENVIRONMENT = {"TALBASE_DIFFERENTIAL_OPERATIONS": "20000", "CCACHE_READONLY": "1"}
+
+
+def tracked_files():
+    """Returns the names of the tree's files, new ones included."""
+    command = ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"]
+    names = subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout.decode().split("\0")
+    return [name for name in names if name and os.path.isfile(name)]
+
+
+def sources(names):
+    return sorted(name for name in names if name.startswith("TalBase/") and name.endswith((".cpp", ".h")))
+
+
+def read(name):
+    with open(name, encoding="utf-8") as file:
+        return file.read()
+
+
+def make_worker(number, names):
+    folder = os.path.abspath(os.path.join("build", "mutate", str(number)))
+    build = os.path.join("build", PRESET)
+    rounds = [[judge.Program(os.path.basename(name), os.path.join(build, "Tests", name)) for name in group]
+              for group in (OUTSIDE, INSIDE)]
+    return judge.Worker(folder, names, ["cmake", "--preset", PRESET], ["ninja", "-C", build], rounds, ENVIRONMENT)
+
+
+class Queue:
+    """Hands out mutants so that a worker stays with a file: going to another costs a compilation more."""
+
+    def __init__(self, drawn):
+        self.lock = threading.Lock()
+        self.by_file = {}
+        for mutant in drawn:
+            self.by_file.setdefault(mutant.file, []).append(mutant)
+
+    def next(self, file):
+        """Returns a mutant of the file, or of the file with the most left, or None."""
+        with self.lock:
+            if not self.by_file.get(file):
+                file = max(self.by_file, key=lambda name: len(self.by_file[name]), default=None)
+            return self.by_file[file].pop(0) if file is not None and self.by_file[file] else None
+
+
+class Report:
+    """Counts and prints what becomes of the mutants."""
+
+    def __init__(self, total, explained):
+        self.lock = threading.Lock()
+        self.total = total
+        self.explained = explained
+        self.counts = Counter()
+        self.unexplained = []
+        self.explained_survivors = 0
+
+    def add(self, mutant, outcome, by):
+        with self.lock:
+            self.counts[outcome] += 1
+            if outcome == "survived" and mutant.key() in self.explained:
+                self.explained_survivors += 1
+                by = "explained"
+            elif outcome == "survived":
+                self.unexplained.append(mutant)
+            done = sum(self.counts.values())
+            print(f"[{done}/{self.total}] {outcome}{f' ({by})' if by else ''}: {mutant.file}:{mutant.number}: "
+                  f"{mutant.change}", flush=True)
+
+    def score(self):
+        """Returns the share, in percent, of the mutants that could be noticed: explained survivors can't."""
+        killed = self.counts["killed"] + self.counts["timeout"]
+        noticeable = killed + len(self.unexplained)
+        return 100.0 * killed / noticeable if noticeable else 100.0
+
+    def raw_score(self):
+        killed = self.counts["killed"] + self.counts["timeout"]
+        judged = killed + self.counts["survived"]
+        return 100.0 * killed / judged if judged else 100.0
+
+    def lines(self, population, seconds):
+        result = [""]
+        for mutant in sorted(self.unexplained, key=lambda one: (one.file, one.number)):
+            result.append(f"survived: {mutant}")
+        result.append(
+            f"mutate: {sum(self.counts.values())} of {population} mutants in {seconds:.0f} s: "
+            f"{self.counts['killed']} killed, {self.counts['timeout']} timeouts, {self.counts['survived']} survived "
+            f"({self.explained_survivors} explained), {self.counts['not compiled']} not compiled")
+        result.append(f"mutate: score {self.score():.1f} %, counting the explained as survivors {self.raw_score():.1f} %")
+        return result
+
+
+def check_programs(worker):
+    """Throws where a test program is neither run nor left out on purpose: nobody shall forget a new one."""
+    command = ["ninja", "-C", os.path.join(worker.folder, "build", PRESET), "-t", "targets", "all"]
+    text = subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout.decode()
+    built = set(re.findall(r"^Tests/((?:Unit|Contract)/\w+): CXX_EXECUTABLE_LINKER", text, re.MULTILINE))
+    known = set(OUTSIDE + INSIDE + LEFT_OUT)
+    if built != known:
+        raise RuntimeError(f"test programs that are not listed, or gone: {', '.join(sorted(built ^ known))}")
+
+
+def work(worker, queue, report, failures):
+    try:
+        worker.prepare()
+        check_programs(worker)
+        file = None
+        while not failures:
+            mutant = queue.next(file)
+            if mutant is None:
+                return
+            file = mutant.file
+            report.add(mutant, *worker.judge(mutant))
+    except Exception as failure:  # pylint: disable=broad-except; the main thread reports it
+        failures.append(failure)
+
+
+def parse_arguments(arguments):
+    parser = argparse.ArgumentParser(usage=__doc__.split("\n")[2][7:], add_help=True)
+    parser.add_argument("--sample", type=int)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--file", action="append", default=[])
+    parser.add_argument("--workers", type=int, default=len(os.sched_getaffinity(0)))
+    parser.add_argument("--list", action="store_true")
+    return parser.parse_args(arguments)
+
+
+def draw(population, options):
+    drawn = [mutant for mutant in population if not options.file or mutant.file in options.file]
+    if options.sample is not None and options.sample < len(drawn):
+        drawn = random.Random(options.seed).sample(drawn, options.sample)
+    return sorted(drawn, key=lambda mutant: (mutant.file, mutant.start, mutant.stop, mutant.new))
+
+
+def main(arguments):
+    options = parse_arguments(arguments)
+    names = tracked_files()
+    population = [mutant for name in sources(names) for mutant in mutants.find_mutants(name, read(name))]
+    drawn = draw(population, options)
+    if options.list:
+        print("\n".join(str(mutant) for mutant in drawn))
+        return 0
+    explained = survivors.parse(read(LIST))
+    stale = set(explained) - {mutant.key() for mutant in population}
+    report, failures, start = Report(len(drawn), explained), [], time.monotonic()
+    queue = Queue(drawn)
+    threads = [threading.Thread(target=work, args=(make_worker(number, names), queue, report, failures))
+               for number in range(1, options.workers + 1)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    if failures:
+        print(f"mutate: {failures[0]}", file=sys.stderr)
+        return 2
+    with open(os.path.join("build", "mutate", "survivors.txt"), "w", encoding="utf-8") as file:
+        file.write("\n".join(survivors.entry(mutant) for mutant in report.unexplained))
+    for key in sorted(stale):
+        print(f"{LIST}: explained, but gone: {' | '.join(key)}")
+    print("\n".join(report.lines(len(population), time.monotonic() - start)))
+    return 1 if report.unexplained or stale or report.score() < REQUIRED_SCORE else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
