@@ -7,6 +7,7 @@
 #include "QDataType/StringCollection.h"
 #include "QLog/Router.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/BufferedWString.h"
 #include "TalBase/DeliveryWindow.h"
 #include "TalBase/Guid.h"
 #include "TalBase/Initializer.h"
@@ -15,6 +16,7 @@
 #include "TalBase/PropertyBags.h"
 #include "TalBase/TextCheck.h"
 #include "TalBase/Views.h"
+#include "TalBase/SerializableStringCollection.h"
 
 #include <cstdio>
 #include <memory>
@@ -62,6 +64,32 @@ void UseText()
     Expect(QTalBase::CheckText(L"a++++1", L"++++", L"***").mPosition == 6, "the place where a text ends too early");
 }
 
+// What else a bag does. Neighbours of one shape have different effects here, so that a call that arrives at another
+// function than the one it was compiled for is seen.
+void UseBag()
+{
+    const QBase::SmartPtrI<QTalBase::PropertyBag> lBag = QTalBase::CreatePropertyBag(L"<", L">");
+    lBag->AddString(L"a<1>b<2>n<x<3>>");
+    Expect(std::wstring(lBag->GetBeginDelimiter()) == L"<" && std::wstring(lBag->GetEndDelimiter()) == L">",
+           "the delimiters of a bag");
+    Expect(lBag->GetCount() == 3 && std::wstring(lBag->GetName(1).c_str()) == L"b" &&
+               std::wstring(lBag->GetValue(1).c_str()) == L"2",
+           "a name and a value by position");
+    Expect(lBag->IsEmbedded(2) && !lBag->IsEmbedded(1) && lBag->IsPropertyEmbedded(L"n"), "what is a nest");
+    Expect(lBag->GetPropertyBag(L"n") == lBag->GetValuePropertyBag(2), "a nest by name and by position");
+    lBag->MoveProperty(L"b", 0);
+    lBag->RemoveProperty(L"n");
+    Expect(std::wstring(lBag->GetStringWithoutSensitiveInfo(false, L"[", L"]").c_str()) == L"b[2]a[1]",
+           "a bag in other delimiters");
+    const QBase::SmartPtrI<QTalBase::PropertyBag> lCopy = lBag->Clone();
+    lCopy->ChangeDelimiters(L"{", L"}");
+    Expect(*lCopy == *lBag && std::wstring(lCopy->GetBeginDelimiter()) == L"{", "a clone in other delimiters");
+    lCopy->SetProperty(L"c", L"4", false);
+    Expect(lBag->IsSubset(lCopy.get()) != lCopy->IsSubset(lBag.get()), "a bag that holds more than another");
+    lBag->AddPropertyBag(lCopy.get());
+    Expect(lBag->GetCount() == 3, "a bag added to another");
+}
+
 void UseStreams()
 {
     const QBase::SmartPtrI<QTalBase::PropertyBags> lJobs = QTalBase::CreatePropertyBags();
@@ -80,6 +108,28 @@ void UseWindow()
     const QBase::SmartPtrI<QTalBase::DeliveryWindow> lWindow = QTalBase::CreateDeliveryWindow();
     lWindow->DisableTimeBlock(22, 5);
     Expect(!lWindow->IsEnabled(23) && lWindow->IsEnabled(6), "the hours of a window");
+}
+
+void UseBuffer()
+{
+    const QBase::SmartPtrI<QTalBase::BufferedWString> lBuffer = QTalBase::CreateBufferedWString(4, 3);
+    *lBuffer += L"ab";
+    *lBuffer += std::wstring(L"cd");
+    *lBuffer += QBase::ReturnWString(L"e");
+    Expect(std::wstring(lBuffer->c_str()) == L"abcde", "the text of a buffer");
+    Expect(lBuffer->size() == 5 && lBuffer->capacity() == 7, "the sizes of a buffer");
+}
+
+void UseStrings()
+{
+    const QBase::SmartPtrI<QTalBase::SerializableStringCollection> lStrings =
+        QTalBase::CreateSerializableStringCollection();
+    lStrings->Insert(L"one");
+    lStrings->Insert(L"two");
+    const std::unique_ptr<QDataType::StringCollection> lCopy(lStrings->GetStringCollection());
+    lStrings->Clear();
+    lStrings->Insert(*lCopy);
+    Expect(lStrings->GetCount() == 2 && std::wstring(lStrings->GetString(1)) == L"two", "a collection of strings");
 }
 
 void UseValues()
@@ -175,8 +225,11 @@ int main()
     try
     {
         UseText();
+        UseBag();
         UseStreams();
         UseWindow();
+        UseBuffer();
+        UseStrings();
         UseValues();
         UseViews();
         UseExceptions();
