@@ -1,6 +1,7 @@
 // Calls through the virtual tables by slot number, the way a host that was built long ago does, and checks the effect.
 // The numbers are written out here on purpose: the compiler would follow a function that has moved, a host does not.
-// The tables are those of the Itanium C++ ABI on x86-64, where a virtual function takes its object as first argument.
+// The tables are those of the Itanium C++ ABI; on the machines for which this is built, a virtual function takes its
+// object as its first argument.
 
 #include "QDataType/StringCollection.h"
 #include "QLog/Initializer.h"

@@ -103,14 +103,17 @@ run_check_step() {
     printf '== %s: %s (%d s)\n' "$1" "$lOutcome" $((SECONDS - lStart))
 }
 
-# Runs the named steps, or all. A failed step does not keep the others from running: one run tells all.
-run_check_steps() {
-    local -a lSteps=("${gCheckSteps[@]}") lFailed=()
+# run_steps WORD KNOWN [STEP...] runs those steps of a word that are named, or all that it knows (in one argument, with
+# blanks between). A failed step does not keep the others from running: one run tells all.
+run_steps() {
+    local iWord=$1 iKnown=$2 lStep
+    shift 2
+    local -a lSteps lFailed=()
+    read -r -a lSteps <<<"$iKnown"
     [[ $# -eq 0 ]] || lSteps=("$@")
-    local lStep
     for lStep in "${lSteps[@]}"; do
-        if [[ " ${gCheckSteps[*]} " != *" $lStep "* ]]; then
-            echo "./dev check: unknown step '$lStep'; there are: ${gCheckSteps[*]}" >&2
+        if [[ " $iKnown " != *" $lStep "* ]]; then
+            echo "./dev $iWord: unknown step '$lStep'; there are: $iKnown" >&2
             return 2
         fi
     done
@@ -120,8 +123,12 @@ run_check_steps() {
     done
     echo
     if [[ ${#lFailed[@]} -gt 0 ]]; then
-        echo "check: ${#lFailed[@]} of ${#lSteps[@]} steps FAILED: ${lFailed[*]}"
+        echo "$iWord: ${#lFailed[@]} of ${#lSteps[@]} steps FAILED: ${lFailed[*]}"
         return 1
     fi
-    echo "check: all ${#lSteps[@]} steps passed: ${lSteps[*]}"
+    echo "$iWord: all ${#lSteps[@]} steps passed: ${lSteps[*]}"
+}
+
+run_check_steps() {
+    run_steps check "${gCheckSteps[*]}" "$@"
 }

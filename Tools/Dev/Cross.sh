@@ -1,0 +1,25 @@
+# Sourced by ../../dev: the word `cross`, the tests with another standard library and on other machines. What the
+# presets leave out is labelled: `consumer` builds clients with the compiler of this machine, `host` asks a compiler of
+# this machine for its layout. Under qemu the differential test does fewer operations.
+# shellcheck shell=bash
+
+gCrossSteps=(libcxx aarch64 s390x)
+gCrossPackages=(cmake ninja-build make clang-14 googletest
+    libc++-14-dev libc++abi-14-dev g++-12-aarch64-linux-gnu g++-12-s390x-linux-gnu qemu-user-static)
+
+step_libcxx() {
+    show cmake --workflow --preset libcxx
+}
+
+step_aarch64() {
+    show cmake --workflow --preset aarch64
+}
+
+step_s390x() {
+    show cmake --workflow --preset s390x
+}
+
+word_cross() {
+    require_packages "${gCrossPackages[@]}"
+    run_steps cross "${gCrossSteps[*]}" "$@"
+}
