@@ -248,7 +248,7 @@ TEST(SharingThreads, CopiesOfDelimitersOnAllThreads)
     {
         const BagPtr lBag = NewBag(L"[[[[", L"]]]]");
         Together([&](int) {
-            for (int lRound = 0; lRound < 20 * gRounds; ++lRound)
+            for (int lRound = 0; lRound < 200 * gRounds; ++lRound) // longer than a time slice, so that threads meet
             {
                 const BagPtr lCopy = lBag->Clone();
                 ASSERT_EQ(lCopy->GetBeginDelimiter()[3], L'[');

@@ -38,17 +38,27 @@ void TryAll(const Cases& iCases)
     testing::Test::RecordProperty("failed_allocations", std::to_string(Support::gFailedAllocations - lBefore));
 }
 
-std::set<std::string> Tried()
+Cases AllCases()
 {
-    std::set<std::string> lOperations;
+    Cases lAll;
     for (const auto& lMake : {MakeBagChangeCases, MakeBagReadCases, MakeCollectionCases, MakeValueCases,
                               MakeConversionCases, MakeTemplateCases, MakePlatformCases})
     {
-        for (const Case& lCase : lMake())
-        {
-            lOperations.insert(lCase.mOperation);
-        }
+        const Cases lCases = lMake();
+        lAll.insert(lAll.end(), lCases.begin(), lCases.end());
     }
+    return lAll;
+}
+
+std::set<std::string> Tried()
+{
+    const Cases lCases = AllCases();
+    std::set<std::string> lOperations;
+    for (const Case& lCase : lCases)
+    {
+        lOperations.insert(lCase.mOperation);
+    }
+    std::printf("tried: %zu operations in %zu situations\n", lOperations.size(), lCases.size());
     return lOperations;
 }
 
@@ -208,16 +218,13 @@ TEST(FailedAllocation, StepsThatWouldEndTheProcessCannotFail)
         "QTalBase::PropertyBagImpl::RemovePropertyInEmbeddedContent(const wchar_t*)",
     };
     std::size_t lCount = 0;
-    for (const auto& lMake : {MakeBagChangeCases, MakePlatformCases})
+    for (const Case& lCase : AllCases())
     {
-        for (const Case& lCase : lMake())
+        if (lNames.count(lCase.mOperation) == 1)
         {
-            if (lNames.count(lCase.mOperation) == 1)
-            {
-                EXPECT_EQ(lCase.mKind, Kind::CannotFail) << lCase.mOperation;
-                Try(lCase);
-                ++lCount;
-            }
+            EXPECT_EQ(lCase.mKind, Kind::CannotFail) << lCase.mOperation;
+            Try(lCase);
+            ++lCount;
         }
     }
     EXPECT_EQ(lCount, 10U);
