@@ -111,6 +111,7 @@ private:
         mAreBagsMade = ipForeign != nullptr || !lReader.hIsEveryNestClean();
         const std::wstring_view lText = mText.substr(std::min<std::size_t>(iPosition, mText.size()));
         lReader.mTextStop = lText.data() + lText.size();
+        mResult.mContentPosition = mText.size() - lText.size();
         if (AreShortDelimiters(iBegin.View(), iEnd.View()))
         {
             ShortCutter lCutter(lText, iBegin.View(), iEnd.View());
@@ -121,8 +122,6 @@ private:
             LongCutter lCutter(lText, iBegin.View(), iEnd.View());
             hTakeAllOf(lCutter);
         }
-        mResult.mPosition = mText.size();
-        lReader.Finish();
         hRemarkOnReplaced();
         if (mAreBagsMade && (ipForeign != nullptr || !lReader.IsClean()))
         {
@@ -149,6 +148,8 @@ private:
             mResult.mPosition = mLastPlace;
             hTakeDelimiter(lFound == Found::Begin ? Token::Begin : Token::End);
         }
+        mResult.mPosition = mText.size();
+        mReader->Finish();
         const std::wstring_view lTail = oCutter.GetRest();
         if (!lTail.empty())
         {
@@ -312,7 +313,7 @@ namespace
 
 TextCheckResult CheckWith(const wchar_t* ipText, const DelimiterPair* ipPair)
 {
-    TextCheckResult lResult{true, 0, L"", {}};
+    TextCheckResult lResult{true, 0, L"", 0, {}};
     try
     {
         TextChecker lChecker(ipText, lResult);

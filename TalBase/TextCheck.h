@@ -52,6 +52,9 @@ struct TextCheckResult
     // Empty for a valid text.
     QBase::ReturnWString mMessage;
 
+    // Where the properties begin: behind the header, 0 where there is none or where it is wrong.
+    std::size_t mContentPosition;
+
     // In order of position. Of a text that cannot be read, those that were found up to the failure.
     std::vector<TextRemark> mRemarks;
 };

@@ -124,6 +124,10 @@ TEST(TextCheck, ValidTextsAreValid)
         EXPECT_TRUE(lResult.mRemarks.empty());
     }
     EXPECT_TRUE(CheckText(L"a[1end", L"[", L"end").mIsValid);
+    EXPECT_EQ(CheckText((gHeader + L"a++++1***").c_str()).mContentPosition, gHeader.size());
+    EXPECT_EQ(CheckText((gHeader + L"a++++1").c_str()).mContentPosition, gHeader.size());
+    EXPECT_EQ(CheckText(L"EndDelimiter***Begin").mContentPosition, 0U);
+    EXPECT_EQ(CheckText(L"a[1end", L"[", L"end").mContentPosition, 0U);
     EXPECT_TRUE(CheckText((gHeader + L"a++++1***").c_str(), L"[", L"]").mIsValid);
 }
 
@@ -233,8 +237,8 @@ TEST(TextCheck, RemarksTellWhereADelimiterCouldBeginFurtherOn)
 
 TEST(TextCheck, RemarksUpToAFailureAreKept)
 {
-    const std::wstring lText = L"a++++***b++++1***+";
-    const TextCheckResult lResult = CheckText((lText + L"+++").c_str(), L"++++", L"***");
+    const std::wstring lText = L"a++++***b++++1***c++++unfinished";
+    const TextCheckResult lResult = CheckText(lText.c_str(), L"++++", L"***");
     EXPECT_FALSE(lResult.mIsValid);
     EXPECT_EQ(Describe(lResult, lText), "empty value 'a' at 0");
 }

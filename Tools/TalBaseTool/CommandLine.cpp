@@ -103,6 +103,27 @@ void AddShow(CLI::App& oApp, ChosenCommand& oChosen)
         });
 }
 
+void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<CheckOptions>(
+        oApp, oChosen, "check",
+        "Say whether texts can be read, and where not\n"
+        "What is wrong is the library's own message, with the place in the text. Warnings are about what is read but "
+        "gets lost: text behind the last delimiter, properties without a value, bags without properties, repeated "
+        "names, and delimiters that could also begin one character further on. Sensitive values are masked.",
+        "talbase check job.bag route.bag", Check, [](CLI::App& oCommand, CheckOptions& oOptions) {
+            oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - or nothing is standard input")
+                ->type_name("FILE");
+            AddPair(oCommand, oOptions.mPair);
+            AddColor(oCommand, oOptions.mColor);
+            oCommand.add_flag("--show-secrets", oOptions.mShowSecrets, "Show the values of sensitive properties, too");
+            oCommand.add_option("--warnings", oOptions.mMaxWarnings, "How many warnings are shown for each file")
+                ->type_name("N")
+                ->capture_default_str();
+            oCommand.add_flag("--strict", oOptions.mIsStrict, "Let warnings make the exit status 1");
+        });
+}
+
 void AddGet(CLI::App& oApp, ChosenCommand& oChosen)
 {
     AddCommand<GetOptions>(
@@ -399,8 +420,8 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen)
     lApp->set_help_flag("-h,--help", "Print this help");
     lApp->formatter(MakeHelpFormatter());
     lApp->footer("talbase show job.bag");
-    for (const auto lAdd : {AddShow, AddGet, AddSet, AddRemove, AddMove, AddEmbed, AddDiff, AddMerge, AddToJson,
-                            AddFromJson, AddRedact, AddDelimiters, AddWindow, AddGuid})
+    for (const auto lAdd : {AddShow, AddCheck, AddGet, AddSet, AddRemove, AddMove, AddEmbed, AddDiff, AddMerge,
+                            AddToJson, AddFromJson, AddRedact, AddDelimiters, AddWindow, AddGuid})
     {
         lAdd(*lApp, oChosen);
     }

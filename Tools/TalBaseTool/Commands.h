@@ -42,6 +42,18 @@ struct ShowOptions : ViewOptions
 };
 int Show(const ShowOptions& iOptions, const Streams& iStreams);
 
+// Whether texts can be read, where they cannot, and what of them gets lost.
+struct CheckOptions
+{
+    std::vector<std::string> mFiles;
+    RawPair mPair;
+    ColorChoice mColor = ColorChoice::Auto;
+    bool mShowSecrets = false;
+    std::size_t mMaxWarnings = 20; // of each file
+    bool mIsStrict = false;        // a text with warnings counts as invalid
+};
+int Check(const CheckOptions& iOptions, const Streams& iStreams);
+
 // The value at a path, or the text form of the bag there.
 struct GetOptions
 {

@@ -41,6 +41,15 @@ BagPtr ReadBag(const wchar_t* ipText, const std::optional<DelimiterTexts>& iPair
     return lBag;
 }
 
+// Reports why, and where, a text could not be read.
+[[noreturn]] void ThrowWithPlace(const std::string& iFile, const std::wstring& iText,
+                                 const std::optional<DelimiterTexts>& iPair)
+{
+    const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
+    const Place lPlace = FindPlace(iText, StepBeforeLineEnd(iText, lResult.mPosition));
+    throw TextError(ShowPlace(iFile, lPlace) + ShowMessage(lResult.mMessage.c_str()));
+}
+
 // A text that could not be read again is never written.
 void CheckReadsBack(const Document& iDocument, const QBase::ReturnWString& iText)
 {
@@ -93,6 +102,18 @@ BagPtr MakeBag(const DelimiterTexts& iPair)
     }
 }
 
+QTalBase::TextCheckResult CheckText(const std::wstring& iText, const std::optional<DelimiterTexts>& iPair)
+{
+    return iPair ? QTalBase::CheckText(iText.c_str(), iPair->mBegin.c_str(), iPair->mEnd.c_str())
+                 : QTalBase::CheckText(iText.c_str());
+}
+
+std::size_t StepBeforeLineEnd(const std::wstring& iText, std::size_t iPosition)
+{
+    const std::size_t lStop = iText.find_last_not_of(L"\r\n") + 1;
+    return iPosition == iText.size() ? lStop : iPosition;
+}
+
 Document Load(const std::string& iFile, const RawPair& iPair)
 {
     const std::optional<DelimiterTexts> lPair = ReadPair(iPair);
@@ -101,17 +122,21 @@ Document Load(const std::string& iFile, const RawPair& iPair)
     lDocument.mHasHeader = !lPair;
     const std::wstring lText = ReadText(iFile);
     const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
+    if (lPair)
+    {
+        MakeBag(*lPair); // refuses a pair that no bag may have
+    }
     try
     {
         lDocument.mBag = ReadBag(lText.c_str(), lPair);
     }
-    catch (const QBase::Message& lMessage)
+    catch (const QTalBase::PropertyBagException&)
     {
-        throw DataError(ShowFile(iFile) + ": " + ShowMessage(lMessage.GetMessage()));
+        ThrowWithPlace(iFile, lText, lPair);
     }
     catch (const std::out_of_range&)
     {
-        throw DataError(ShowFile(iFile) + ": the header ends too early");
+        ThrowWithPlace(iFile, lText, lPair);
     }
     lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
     return lDocument;

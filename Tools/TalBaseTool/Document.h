@@ -5,6 +5,8 @@
 
 #include "Path.h"
 
+#include "TalBase/TextCheck.h"
+
 #include <optional>
 #include <ostream>
 #include <string>
@@ -32,6 +34,7 @@ struct Streams
     std::ostream& mOut;
     std::ostream& mErr;
     bool mIsOutTerminal = false;
+    bool mIsErrTerminal = false;
 };
 
 struct Document
@@ -53,8 +56,14 @@ std::optional<DelimiterTexts> ReadPair(const RawPair& iPair);
 // An empty bag with the delimiters. Throws UsageError for a pair that no bag may have.
 BagPtr MakeBag(const DelimiterTexts& iPair);
 
-// Reads a file, or standard input for "-". Throws what ReadText and ReadPair throw, and DataError for a text that is no
-// bag's.
+// What the library says of a text, with a header or with a pair.
+QTalBase::TextCheckResult CheckText(const std::wstring& iText, const std::optional<DelimiterTexts>& iPair);
+
+// Where something is missing at the very end of a text: before the line ends there, which an editor has put.
+std::size_t StepBeforeLineEnd(const std::wstring& iText, std::size_t iPosition);
+
+// Reads a file, or standard input for "-". Throws what ReadText, ReadPair and MakeBag throw, and TextError for a text
+// that is no bag's.
 Document Load(const std::string& iFile, const RawPair& iPair);
 
 // The text form: with a header where the text that was read had one.

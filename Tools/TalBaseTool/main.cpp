@@ -18,6 +18,7 @@ const QTalBase::Initializer gInitializer;
 int main(int iCount, char** ipArguments)
 {
     std::ios::sync_with_stdio(false);
-    return TalBaseTool::RunCommandLine({ipArguments + 1, ipArguments + iCount},
-                                       {std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1});
+    return TalBaseTool::RunCommandLine(
+        {ipArguments + 1, ipArguments + iCount},
+        {std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1});
 }
