@@ -14,9 +14,9 @@
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBagHelpers.h"
 #include "TalBase/PropertyBags.h"
+#include "TalBase/SerializableStringCollection.h"
 #include "TalBase/TextCheck.h"
 #include "TalBase/Views.h"
-#include "TalBase/SerializableStringCollection.h"
 
 #include <cstdio>
 #include <memory>

@@ -14,8 +14,8 @@
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBagHelpers.h"
 #include "TalBase/PropertyBags.h"
-#include "TalBase/Views.h"
 #include "TalBase/SerializableStringCollection.h"
+#include "TalBase/Views.h"
 
 #include <cstdio>
 #include <memory>
