@@ -84,13 +84,19 @@ class Unreached(unittest.TestCase):
 
     def test_entry_excuses_one_gap(self):
         entries = unreached.parse("# comment\n\n" + self.ENTRY)
-        self.assertEqual(unreached.compare([self.gap(3)], entries), ([], []))
-        self.assertEqual(unreached.compare([self.gap(3), self.gap(9)], entries), ([self.gap(9)], []))
-        self.assertEqual(unreached.compare([self.gap(3), self.gap(9)], entries * 2), ([], []))
+        first, second = self.gap(3), self.gap(9)
+        self.assertEqual(unreached.compare([first], entries), ([first], [], []))
+        self.assertEqual(unreached.compare([first, second], entries), ([first], [second], []))
+        self.assertEqual(unreached.compare([first, second], entries * 2), ([first, second], [], []))
 
-    def test_entry_without_gap_is_stale(self):
+    def test_entry_without_gap_is_out_of_date(self):
         entries = unreached.parse(self.ENTRY)
-        self.assertEqual(unreached.compare([], entries), ([], entries))
+        self.assertEqual(unreached.compare([], entries), ([], [], entries))
+
+    def test_entry_of_what_is_reached_by_chance_is_never_out_of_date(self):
+        entries = unreached.parse(self.ENTRY.replace("never", "by chance never"))
+        self.assertEqual(unreached.compare([], entries), ([], [], []))
+        self.assertEqual(unreached.compare([self.gap(3)], entries), ([self.gap(3)], [], []))
 
     def test_entry_needs_a_reason_and_known_keys(self):
         three = "file: a\nline: b\nwhat: c"

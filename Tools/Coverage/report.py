@@ -70,7 +70,7 @@ def summary(files, listed):
         return (f"{title} {lines_and_branches.percent(total, missed - excused)} ({excused} listed as unreachable; "
                 f"raw {total - missed} of {total}, {lines_and_branches.percent(total, missed)})")
 
-    listed_lines = sum(entry.what == "not run" for entry in listed)
+    listed_lines = sum(gap.what == "not run" for gap in listed)
     return "coverage: " + ", ".join((
         share("lines", sum(file.lines for file in files), sum(file.missed_lines() for file in files), listed_lines),
         share("branches", sum(file.branches for file in files), sum(file.missed_branches() for file in files),
@@ -87,13 +87,13 @@ def main(build, list_name):
         print("coverage: nothing was measured", file=sys.stderr)
         return 1
     gaps = [gap for file in files for gap in file.gaps]
-    unlisted, stale = unreached.compare(gaps, entries)
+    listed, unlisted, stale = unreached.compare(gaps, entries)
     print("\n".join(lines_and_branches.table(files)))
     for gap in unlisted:
         print(f"{gap.file}:{gap.number}: {gap.what}\n    {gap.line}")
     for entry in stale:
         print(f"{list_name}: listed, but reached or gone: {entry.file}: {entry.line} ({entry.what})")
-    print(summary(files, [entry for entry in entries if entry not in stale]))
+    print(summary(files, listed))
     return 1 if unlisted or stale else 0
 
 

@@ -4,6 +4,7 @@ from collections import Counter
 from dataclasses import dataclass
 
 KEYS = ("file", "line", "what", "why")
+BY_CHANCE = "by chance "  # before what a race of threads reaches now and then: its entry is never out of date
 
 
 @dataclass(frozen=True)
@@ -14,7 +15,10 @@ class Entry:
     why: str
 
     def key(self):
-        return (self.file, self.line, self.what)
+        return (self.file, self.line, self.what.removeprefix(BY_CHANCE))
+
+    def is_by_chance(self):
+        return self.what.startswith(BY_CHANCE)
 
 
 def parse(text):
@@ -38,17 +42,19 @@ def parse(text):
 
 
 def compare(gaps, entries):
-    """Returns the gaps that no entry excuses, and the entries that excuse nothing (any more). Each excuses one gap."""
+    """Returns the gaps that an entry excuses, those that none does, and the entries that are out of date.
+
+    Each entry excuses one gap.
+    """
     open_entries = Counter(entry.key() for entry in entries)
-    unlisted = []
+    listed, unlisted, stale = [], [], []
     for gap in gaps:
-        if open_entries[gap.key()] > 0:
-            open_entries[gap.key()] -= 1
-        else:
-            unlisted.append(gap)
-    stale = []
+        is_listed = open_entries[gap.key()] > 0
+        open_entries[gap.key()] -= 1 if is_listed else 0
+        (listed if is_listed else unlisted).append(gap)
     for entry in entries:
         if open_entries[entry.key()] > 0:
             open_entries[entry.key()] -= 1
-            stale.append(entry)
-    return unlisted, stale
+            if not entry.is_by_chance():
+                stale.append(entry)
+    return listed, unlisted, stale

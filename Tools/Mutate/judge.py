@@ -54,6 +54,7 @@ class Worker:
         self.build = build  # the command, to which targets are added
         self.rounds = rounds  # lists of Program
         self.environment = {**os.environ, **environment}
+        self.judging = {**self.environment, "CCACHE_READONLY": "1"}  # a cache of compilations need not keep mutants
 
     def prepare(self):
         """Copies what has changed, builds everything, and measures the tests, which must pass without a change."""
@@ -81,8 +82,7 @@ class Worker:
 
     def _judge_changed(self):
         for programs in self.rounds:
-            status, _, _, _ = run_quietly(self.build + [program.target for program in programs], self.folder,
-                                          self.environment)
+            status, _, _, _ = run_quietly(self.build + [program.target for program in programs], self.folder, self.judging)
             if status != 0:
                 return "not compiled", ""
             for program in programs:

@@ -45,7 +45,7 @@ LEFT_OUT = ("Unit/PlatformTests", "Unit/PlatformThreadTests", "Unit/PlatformRand
             "Unit/PlatformAllocationTests", "Contract/BagThreadsTest", "Contract/TestValuesThreads",
             "Contract/DepthTest")
 # Random operations: so many that they take about a second.
-ENVIRONMENT = {"TALBASE_DIFFERENTIAL_OPERATIONS": "20000", "CCACHE_READONLY": "1"}
+ENVIRONMENT = {"TALBASE_DIFFERENTIAL_OPERATIONS": "20000"}
 
 
 def tracked_files():
