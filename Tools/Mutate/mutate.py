@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Changes the library at one place at a time and looks whether the unit and contract tests notice.
 
-usage: mutate.py [--sample N] [--seed S] [--file F]... [--workers N] [--list]
+usage: mutate.py [--sample N | --all] [--seed S] [--file F]... [--workers N] [--list]
 
-  --sample N   judge N of the mutants, drawn by chance; without it, all of them
+  --sample N   judge N of the mutants, drawn by chance (500, which takes an hour; with --file, all of the files)
+  --all        judge all of them
   --seed S     the start of the draw (1)
   --file F     only mutants of this file; may be given more than once
   --workers N  so many at once (the number of processors)
@@ -30,6 +31,7 @@ import survivors
 HERE = os.path.dirname(os.path.abspath(__file__))
 LIST = os.path.join(HERE, "Survivors.txt")
 REQUIRED_SCORE = 95
+SAMPLE = 500
 PRESET = "mutate"
 
 # The library's programs, and then those that hold its insides, which take a second compilation and a link each.
@@ -162,7 +164,9 @@ def work(worker, queue, report, failures):
 
 def parse_arguments(arguments):
     parser = argparse.ArgumentParser(usage=__doc__.split("\n")[2][7:], add_help=True)
-    parser.add_argument("--sample", type=int)
+    amount = parser.add_mutually_exclusive_group()
+    amount.add_argument("--sample", type=int)
+    amount.add_argument("--all", action="store_true")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--file", action="append", default=[])
     parser.add_argument("--workers", type=int, default=len(os.sched_getaffinity(0)))
@@ -172,8 +176,9 @@ def parse_arguments(arguments):
 
 def draw(population, options):
     drawn = [mutant for mutant in population if not options.file or mutant.file in options.file]
-    if options.sample is not None and options.sample < len(drawn):
-        drawn = random.Random(options.seed).sample(drawn, options.sample)
+    sample = SAMPLE if options.sample is None and not options.file else options.sample
+    if sample is not None and sample < len(drawn) and not options.all:
+        drawn = random.Random(options.seed).sample(drawn, sample)
     return sorted(drawn, key=lambda mutant: (mutant.file, mutant.start, mutant.stop, mutant.new))
 
 

@@ -210,6 +210,12 @@ class Reporting(unittest.TestCase):
         self.assertNotEqual(first, mutate.draw(population, mutate.parse_arguments(["--sample", "4", "--seed", "8"])))
         self.assertEqual(mutate.draw(population, mutate.parse_arguments(["--file", "b.cpp"])), [])
 
+    def test_a_sample_is_drawn_unless_all_or_a_file_is_wanted(self):
+        population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5 + 7 + 9;" * 100)
+        for arguments, count in (([], 500), (["--all"], 1400), (["--file", "a.cpp"], 1400), (["--sample", "9"], 9),
+                                 (["--sample", "9", "--file", "a.cpp"], 9)):
+            self.assertEqual(len(mutate.draw(population, mutate.parse_arguments(arguments))), count, arguments)
+
     def test_list_of_survivors(self):
         found = mutants.find_mutants("a.cpp", "int a = 0;")
         text = survivors.entry(found[0])
