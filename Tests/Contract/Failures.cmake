@@ -17,6 +17,7 @@ talbase_test(FailedAllocationTest
         Failures/TemplateCases.cpp
         Failures/Trial.cpp
         Failures/ValueCases.cpp
+        Failures/ViewCases.cpp
         ../Support/FailingNew.cpp
         ../Support/PlainPropertyBag.cpp
     LINK ${lFailureLibraries}

@@ -42,7 +42,7 @@ Cases AllCases()
 {
     Cases lAll;
     for (const auto& lMake : {MakeBagChangeCases, MakeBagReadCases, MakeCollectionCases, MakeValueCases,
-                              MakeConversionCases, MakeTemplateCases, MakePlatformCases})
+                              MakeConversionCases, MakeTemplateCases, MakeViewCases, MakePlatformCases})
     {
         const Cases lCases = lMake();
         lAll.insert(lAll.end(), lCases.begin(), lCases.end());
@@ -162,6 +162,11 @@ TEST(FailedAllocation, ConversionsAndStart)
 TEST(FailedAllocation, SerializationTemplates)
 {
     TryAll(MakeTemplateCases());
+}
+
+TEST(FailedAllocation, Views)
+{
+    TryAll(MakeViewCases());
 }
 
 TEST(FailedAllocation, Platform)

@@ -56,7 +56,7 @@ void CheckWhatIsLeft(const Case& iCase, const Expected& iExpected, Scene& oScene
         << "run again: " << Readable(lLast) << "\nexpected: " << Readable(iExpected.mAfter);
 }
 
-// Returns whether the operation failed.
+// Returns whether an allocation failed.
 bool RunOnce(const Case& iCase, const Expected& iExpected, std::size_t iSuccesses, Shortage iShortage)
 {
     const std::unique_ptr<Scene> lScene = iCase.mMake();
@@ -78,7 +78,7 @@ bool RunOnce(const Case& iCase, const Expected& iExpected, std::size_t iSuccesse
         return false;
     }
     const std::size_t lFailed = Support::StopFailing();
-    EXPECT_EQ(lIsThrown, lFailed > 0) << "a failure was kept from the caller";
+    EXPECT_TRUE(lIsThrown == (lFailed > 0) || iCase.mMayDoWithout) << "a failure was kept from the caller";
     if (lIsThrown)
     {
         CheckWhatIsLeft(iCase, iExpected, *lScene, lIdentity);
@@ -87,7 +87,7 @@ bool RunOnce(const Case& iCase, const Expected& iExpected, std::size_t iSuccesse
     {
         EXPECT_EQ(Readable(lScene->See()), Readable(iExpected.mAfter));
     }
-    return lIsThrown;
+    return lFailed > 0;
 }
 
 // Returns whether the test has failed since it had so many results.

@@ -47,6 +47,7 @@ struct Case
     std::string mSituation;
     std::function<std::unique_ptr<Scene>()> mMake;
     Kind mKind = Kind::CanFail;
+    bool mMayDoWithout = false;             // where memory only makes it faster
     std::vector<std::wstring> mMayLeave;    // besides what was there before
     std::vector<std::wstring> mMayComeLast; // what a second run may make of these, besides what the first one makes
 
@@ -68,6 +69,12 @@ struct Case
         return std::move(*this);
     }
 
+    Case&& MayDoWithout() &&
+    {
+        mMayDoWithout = true;
+        return std::move(*this);
+    }
+
     Case&& MayNotAllocate() &&
     {
         mKind = Kind::MayNotAllocate;
@@ -84,6 +91,7 @@ Cases MakeCollectionCases();
 Cases MakeValueCases();
 Cases MakeConversionCases();
 Cases MakeTemplateCases();
+Cases MakeViewCases();
 Cases MakePlatformCases();
 
 // A subject has See() and Identify(); iMake makes one for each run.

@@ -1,0 +1,136 @@
+// What stands on the operations of bags: values by type and by path, loops, output, and the check of a text. All but
+// the last is compiled into its callers, so no table of a library names it.
+
+#include "Tests/Contract/Failures/Subjects.h"
+
+#include "QDataType/DateTime.h"
+#include "TalBase/TextCheck.h"
+#include "TalBase/Views.h"
+
+#include <ostream>
+#include <streambuf>
+
+namespace Failures
+{
+
+namespace
+{
+
+// Counts what is written and keeps nothing, so that all that fails is the library's: a stream would keep a failure of
+// its own buffer from its caller.
+class CountingBuffer : public std::streambuf
+{
+public:
+    long GetCount() const
+    {
+        return mCount;
+    }
+
+protected:
+    int_type overflow(int_type iCharacter) override
+    {
+        ++mCount;
+        return traits_type::not_eof(iCharacter);
+    }
+
+    std::streamsize xsputn(const char*, std::streamsize iCount) override
+    {
+        mCount += iCount;
+        return iCount;
+    }
+
+private:
+    long mCount = 0;
+};
+
+template <class Object>
+long CountOutput(const Object& iObject)
+{
+    CountingBuffer lBuffer;
+    std::ostream lStream(&lBuffer);
+    lStream << iObject;
+    return lBuffer.GetCount();
+}
+
+void AddValues(Cases& oCases)
+{
+    const char* const lGet = "QTalBase::Get<T>(const PropertyBag&, const wchar_t*, T)";
+    oCases.push_back(
+        OnBag(lGet, "text", Filled, [](BagSubject& o) { o.mText = QTalBase::Get<std::wstring>(*o.mBag, LONG_A); }));
+    oCases.push_back(OnBag(lGet, "a date", Filled, [](BagSubject& o) {
+        o.mNumber = QTalBase::Get<QDataType::DateTime>(*o.mBag, LONG_A) == QDataType::DateTime() ? 1 : 0;
+    }));
+    const char* const lSet = "QTalBase::Set(PropertyBag&, const wchar_t*, const T&)";
+    oCases.push_back(
+        OnBag(lSet, "text", Filled, [](BagSubject& o) { QTalBase::Set(*o.mBag, LONG_A, std::wstring_view(LONG_V)); }));
+    oCases.push_back(OnBag(lSet, "a number", Filled, [](BagSubject& o) { QTalBase::Set(*o.mBag, LONG_C, -1000000); }));
+}
+
+void AddPaths(Cases& oCases)
+{
+    const char* const lBagAt = "QTalBase::GetBagAt(const PropertyBag&, const wchar_t*)";
+    const char* const lValueAt = "QTalBase::GetValueAt(const PropertyBag&, const wchar_t*)";
+    oCases.push_back(
+        OnBag(lBagAt, "found", Filled, [](BagSubject& o) { o.mAnswer = QTalBase::GetBagAt(*o.mBag, L"n/m"); }));
+    oCases.push_back(OnBag(lBagAt, "unknown", Filled, [](BagSubject& o) {
+        o.mNumber = LengthOfRefusal([&] { o.mAnswer = QTalBase::GetBagAt(*o.mBag, L"n/x"); });
+    }));
+    oCases.push_back(
+        OnBag(lValueAt, "found", Filled, [](BagSubject& o) { o.mText = QTalBase::GetValueAt(*o.mBag, L"n/m/l"); }));
+    oCases.push_back(OnBag(lValueAt, "unknown", Filled, [](BagSubject& o) {
+        o.mNumber = LengthOfRefusal([&] { o.mText = QTalBase::GetValueAt(*o.mBag, L"n/m/x"); });
+    }));
+    oCases.push_back(OnBag("QTalBase::AsPathStep(std::wstring_view)", "", Filled,
+                           [](BagSubject& o) { o.mText = QTalBase::AsPathStep(LONG_A L"/" LONG_B); }));
+}
+
+void AddLoops(Cases& oCases)
+{
+    oCases.push_back(OnBag("QTalBase::begin(PropertyBag&)", "a whole loop", Filled, [](BagSubject& o) {
+        long lLength = 0;
+        for (const QTalBase::Property& lProperty : *o.mBag)
+        {
+            lLength += static_cast<long>(lProperty.GetName().GetLength());
+        }
+        o.mNumber = lLength;
+    }));
+    oCases.push_back(OnBag("operator<<(std::ostream&, const PropertyBag&)", "", Many,
+                           [](BagSubject& o) { o.mNumber = CountOutput(*o.mBag); }));
+}
+
+void AddTextChecks(Cases& oCases)
+{
+    const char* const lCheck = "QTalBase::CheckText(wchar_t const*)";
+    const char* const lCheckWithPair = "QTalBase::CheckText(wchar_t const*, wchar_t const*, wchar_t const*)";
+    const auto lChecked = [](const std::wstring& iText, bool iWithPair) {
+        return [=](BagSubject& o) {
+            QTalBase::TextCheckResult lResult =
+                iWithPair ? QTalBase::CheckText(iText.c_str(), L"++++", L"***") : QTalBase::CheckText(iText.c_str());
+            o.mText = std::move(lResult.mMessage);
+            o.mNumber = static_cast<long>(lResult.mPosition * 100 + lResult.mRemarks.size());
+        };
+    };
+    const std::wstring lHeader = Support::gHeader;
+    // Sorting the remarks takes longer without a buffer.
+    for (const std::wstring& lText : {Support::FullText(*Filled()), Support::FullText(*Many()),
+                                      lHeader + L"a++++***a++++1***a++++2***b++++c++++******tail", lHeader + L"a++++b",
+                                      std::wstring(L"a text without a header"), lHeader + L"***"})
+    {
+        oCases.push_back(OnBag(lCheck, "", Nothing, lChecked(lText, false)).MayDoWithout());
+        oCases.push_back(OnBag(lCheckWithPair, "", Nothing, lChecked(lText, true)).MayNotAllocate().MayDoWithout());
+    }
+}
+
+} // namespace
+
+Cases MakeViewCases()
+{
+    Cases lCases;
+    AddValues(lCases);
+    AddPaths(lCases);
+    AddLoops(lCases);
+    AddTextChecks(lCases);
+    return lCases;
+}
+
+} // namespace Failures
