@@ -13,6 +13,7 @@ file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/Links.txt CONTENT "${lLinks}")
 talbase_test(DocumentsTest
     SOURCES
         Documents/ArchitectureTest.cpp
+        Documents/ComingFromTest.cpp
         Documents/Document.cpp
         Documents/ErrorsTest.cpp
         Documents/LimitsTest.cpp

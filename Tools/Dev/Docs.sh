@@ -3,6 +3,10 @@
 
 gDocsPackages=(doxygen graphviz)
 
+# What the documents tell of other libraries is compiled with them; that of JSON also comes with the tool.
+# shellcheck disable=SC2034 # for ./dev check
+gToldPackages=(rapidjson-dev libboost-dev)
+
 # Makes HTML of the public headers and the documents in build/docs/html. Fails on whatever Doxygen has to say: it goes on
 # with nothing where one of the filters fails.
 build_html() {

@@ -1,7 +1,8 @@
 # Prints a document with what its blocks of code claim to be. A comment above a block says so:
 #   <!-- source: Examples/Guide/Job.h -->         that file
 #   <!-- source: Examples/Guide/Job.h, make -->   what stands in it between two lines "// [make]", without its indentation
-#   <!-- output: Examples/Guide/01-FirstBag.cpp -->   what that program prints
+#   <!-- output: Examples/Guide/01-FirstBag.cpp -->   what that program prints; with a name, what it prints between two
+#                                                     lines "[name]"
 # Every block of C++ has to be the source of something that is compiled.
 #   awk -v root=FOLDER -v outputs=FOLDER -f ShownCode.awk DOCUMENT    outputs: files named like the program, '_' for '/'
 
@@ -11,12 +12,12 @@ function Fail(iText) {
     exit 1
 }
 
-# Prints a file, or the named region of it.
-function Show(iFile, iRegion,    lLine, lIsInside, lIndent, lCount, lStatus) {
+# Prints a file, or the named region of it. iMark: what the lines around a region look like.
+function Show(iFile, iRegion, iMark,    lLine, lIsInside, lIndent, lCount, lStatus) {
     lIsInside = iRegion == ""
     lIndent = ""
     while ((lStatus = (getline lLine < iFile)) > 0) {
-        if (lLine ~ /^ *\/\/ \[[a-z-]+\]$/) {
+        if (lLine ~ iMark) {
             if (iRegion != "" && lLine ~ "\\[" iRegion "\\]") {
                 lIsInside = !lIsInside
                 lIndent = lLine
@@ -37,12 +38,12 @@ function Show(iFile, iRegion,    lLine, lIsInside, lIndent, lCount, lStatus) {
 function Fill(iMark,    lParts, lKind) {
     lKind = iMark ~ /^<!-- source: / ? "source" : "output"
     gsub(/^<!-- [a-z]+: | -->$/, "", iMark)
+    split(iMark, lParts, ", ")
     if (lKind == "source") {
-        split(iMark, lParts, ", ")
-        Show(root "/" lParts[1], lParts[2])
+        Show(root "/" lParts[1], lParts[2], "^ *// \\[[a-z-]+\\]$")
     } else {
-        gsub(/\//, "_", iMark)
-        Show(outputs "/" iMark, "")
+        gsub(/\//, "_", lParts[1])
+        Show(outputs "/" lParts[1], lParts[2], "^\\[[a-z-]+\\]$")
     }
 }
 
