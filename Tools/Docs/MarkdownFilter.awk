@@ -1,5 +1,6 @@
 # Doxygen's view of a document: prints it with what this Doxygen does not know of Markdown in words of its own.
-#   - Headings get the anchors that links use; links to documents lead to their pages, links to other files are left out.
+#   - Headings get the anchors that links use. Links to the documents in the project's folder and in Docs lead to their
+#     pages, links to other files are left out.
 #   - `code` gets two marks, since an apostrophe would end it otherwise.
 #   - A flowchart in mermaid, of the few kinds of lines that ours are made of, becomes a graph in dot.
 # The number of lines stays the same, so that what Doxygen says of a line is true of the document.
@@ -19,15 +20,17 @@ function Page(iPath) {
 }
 
 # Returns the link, whose text is Markdown, to a target as it stands in the document.
-function Link(iText, iTarget,    lHash, lPage) {
-    lHash = index(iTarget "#", "#")
-    lPage = lHash == 1 ? gPage : Page(substr(iTarget, 1, lHash - 1))
+function Link(iText, iTarget,    lHash, lFile, lPage) {
     if (iTarget ~ /^[a-z]+:\/\//) {
         return "[" iText "](" iTarget ")"
     }
-    if (lHash > 1 && substr(iTarget, 1, lHash - 1) !~ /\.md$/) {
+    lHash = index(iTarget "#", "#")
+    lFile = substr(iTarget, 1, lHash - 1)
+    sub(/^(\.\.\/|Docs\/)/, "", lFile)
+    if (lFile != "" && lFile !~ /^[^\/]*\.md$/) {
         return iText
     }
+    lPage = lFile == "" ? gPage : Page(lFile)
     if (lHash <= length(iTarget)) {
         return "[" iText "](@ref " lPage "-" substr(iTarget, lHash + 1) ")"
     }

@@ -20,17 +20,26 @@ namespace
 
 namespace fs = std::filesystem;
 
-// Returns the documents of the project, their paths relative to its folder.
+// Returns the documents of the project, their paths relative to its folder. Benchmarks/Notes.md is not one: it becomes a
+// part of Docs/Performance.md, where its links are true.
 std::vector<std::string> AllDocuments()
 {
     std::vector<std::string> lDocuments;
-    for (const char* lFolder : {".", "Docs"})
-    {
-        for (const auto& lFile : fs::directory_iterator(fs::path(TALBASE_SOURCE_DIR) / lFolder))
+    const auto lAdd = [&lDocuments](const fs::path& iFile) {
+        if (iFile.extension() == ".md" && iFile.filename() != "Notes.md")
         {
-            if (lFile.path().extension() == ".md")
+            lDocuments.push_back(fs::relative(iFile, TALBASE_SOURCE_DIR).string());
+        }
+    };
+    for (const auto& lEntry : fs::directory_iterator(TALBASE_SOURCE_DIR))
+    {
+        const std::string lName = lEntry.path().filename().string();
+        lAdd(lEntry.path());
+        if (lEntry.is_directory() && lName != "build" && lName.front() != '.')
+        {
+            for (const auto& lFile : fs::recursive_directory_iterator(lEntry.path()))
             {
-                lDocuments.push_back(fs::relative(lFile.path(), TALBASE_SOURCE_DIR).string());
+                lAdd(lFile.path());
             }
         }
     }
