@@ -46,10 +46,25 @@ void PutInto(const BagPtr& iBag, const std::wstring& iName, const std::wstring& 
     }
 }
 
-// The same at a path: the bags on the way that are not there are made, the innermost first, because an empty one could
-// not be embedded.
+// Throws where the text of a bag would not give a name back.
+void CheckNames(const QTalBase::PropertyBag& iBag, const Path& iPath)
+{
+    TextBuilder lBuilder(iBag.GetBeginDelimiter(), iBag.GetEndDelimiter());
+    for (const std::wstring& lName : iPath)
+    {
+        const Fault lFault = lBuilder.OpenBag(lName);
+        if (lFault != Fault::None)
+        {
+            throw DataError(ShowPath(iPath) + ": with these delimiters it would be " + Describe(lFault));
+        }
+    }
+}
+
+// Sets a property at a path: the bags on the way that are not there are made, the innermost first, because an empty one
+// could not be embedded.
 void Put(const BagPtr& iRoot, const Path& iPath, const std::wstring& iValue, BagPtr iNest)
 {
+    CheckNames(*iRoot, iPath);
     Path lPath = iPath;
     BagPtr lParent = FindParent(iRoot, lPath);
     while (!lParent)

@@ -104,8 +104,9 @@ int Redact(const RedactOptions& iOptions, const Streams& iStreams)
         lWalk.Removed();
         ++lCount;
     }
-    Save(lDocument, iOptions.mTarget, iStreams);
+    LeaveOutEmptyBags(lDocument.mBag, iStreams.mErr);
     iStreams.mErr << "talbase: " << Count(lCount, "property", "properties") << " taken out\n";
+    Save(lDocument, iOptions.mTarget, iStreams);
     return ExitGood;
 }
 
