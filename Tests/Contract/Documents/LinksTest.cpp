@@ -20,8 +20,8 @@ namespace
 
 namespace fs = std::filesystem;
 
-// Returns the documents of the project, their paths relative to its folder. Benchmarks/Notes.md is not one: it becomes a
-// part of Docs/Performance.md, where its links are true.
+// Returns the documents of the project, their paths relative to its folder. Benchmarks/Notes.md is not one: it becomes
+// a part of Docs/Performance.md, where its links are true.
 std::vector<std::string> AllDocuments()
 {
     std::vector<std::string> lDocuments;

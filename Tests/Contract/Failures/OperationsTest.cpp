@@ -85,11 +85,12 @@ std::set<std::string> VirtualOperations()
     return lOperations;
 }
 
-// An implementation's overriders are what its interface's operations run; the bases and streams are abstract.
+// An implementation's overriders are what its interface's operations run, the bases are abstract, and the streams in
+// memory are tried by the names under which they are exported.
 bool IsOfAnInterface(const std::string& iOperation)
 {
     static const std::regex lOthers(
-        R"((QBase::ReferenceCounted|QSerialization::SerializableObject|QSerialization::(Read|Write)DataStream|.*Impl)::.*)");
+        R"((QBase::ReferenceCounted|QSerialization::SerializableObject|QSerialization::(Memory)?(Read|Write)DataStream|.*Impl)::.*)");
     return !std::regex_match(iOperation, lOthers) ||
            iOperation.rfind("QTalBase::PropertyBagImpl::RemovePropertyIn", 0) == 0;
 }
