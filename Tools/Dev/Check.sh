@@ -1,7 +1,7 @@
 # Sourced by ../../dev: the steps of `./dev check`, in the order in which they run; the cheap ones come first.
 # shellcheck shell=bash
 
-gCheckSteps=(format shell documents tools release clang-release naming headers abi asan-ubsan tsan minimal)
+gCheckSteps=(format shell documents tools release clang-release naming headers abi asan-ubsan tsan minimal packages)
 
 # Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
 # A copy of the tree without its history is searched instead.

@@ -1,0 +1,103 @@
+#!/usr/bin/env bash
+# usage: Tests/Consumer/packages.sh FOLDER COMPILER...
+# Installs the packages of FOLDER with dpkg into a root of their own, looks at what is there, builds and runs a client of
+# it in every way that a host may take, as C++17 and as C++20, with each compiler, and purges the packages again.
+# Changes nothing outside a temporary folder; who is not root needs fakeroot.
+set -euo pipefail
+
+if [[ $# -lt 2 ]]; then
+    echo "usage: Tests/Consumer/packages.sh FOLDER COMPILER..." >&2
+    exit 2
+fi
+if [[ $EUID -ne 0 ]]; then
+    exec fakeroot "$0" "$@"
+fi
+gHere=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+gFolder=$1
+shift
+gCompilers=("$@")
+gWork=$(mktemp -d)
+trap 'rm -rf "$gWork"' EXIT
+gRoot=$gWork/root
+gTriplet=$(dpkg-architecture -qDEB_HOST_MULTIARCH)
+gLibraries=$gRoot/usr/lib/$gTriplet
+gRows=()
+
+fail() {
+    echo "packages.sh: $*" >&2
+    exit 1
+}
+
+in_root() {
+    dpkg --root="$gRoot" --log=/dev/null "$@"
+}
+
+# A root that has nothing but the record of those packages of this machine that the libraries rest on.
+make_root() {
+    local lPackage lInfo=$gRoot/var/lib/dpkg/info
+    mkdir -p "$lInfo" "$gRoot/var/lib/dpkg/updates"
+    for lPackage in libc6 libgcc-s1 libstdc++6; do
+        dpkg-query --status "$lPackage"
+        echo
+        : >"$lInfo/$lPackage:$(dpkg --print-architecture).list"
+    done >"$gRoot/var/lib/dpkg/status"
+}
+
+list_root() {
+    (cd "$gRoot" && find . -path ./var/lib/dpkg -prune -o -print | LC_ALL=C sort)
+}
+
+# Whether the files are where Debian has them, whole, and name no folder of the build.
+check_files() {
+    local lFile lDynamic
+    [[ -z $(in_root --verify) ]] || fail "dpkg --verify finds differences"
+    list_root | grep -v -E "^\.(/var(/lib)?|/usr(/(bin|include|lib|share)(/.*)?)?)?$" && fail "files in unexpected folders"
+    [[ $(readelf -d "$gLibraries/libTalBase.so.1") == *"soname: [libTalBase.so.1]"* ]] || fail "wrong soname"
+    while IFS= read -r -d '' lFile; do
+        lDynamic=$(readelf -d "$lFile" 2>/dev/null || true)
+        [[ $lDynamic != *PATH* ]] || fail "${lFile#"$gRoot"} has a path to libraries"
+        if LC_ALL=C grep -q -F "$(dirname "$(dirname "$gHere")")" "$lFile"; then
+            fail "${lFile#"$gRoot"} names a folder of the build"
+        fi
+    done < <(find "$gRoot/usr" -type f -print0)
+}
+
+# Runs a command for a row of the table at the end.
+row() {
+    local iWay=$1 iCompiler=$2
+    shift 2
+    if ! "$@" >"$gWork/log" 2>&1; then
+        cat "$gWork/log" >&2
+        fail "$iWay with $iCompiler"
+    fi
+    [[ $(grep -c '^client: 0 failures$' "$gWork/log") -eq 2 ]] || fail "$iWay with $iCompiler: not two clients have run"
+    gRows+=("$(printf '%-14s %-12s C++17 C++20  passed' "$iWay" "$iCompiler")")
+}
+
+find_package_client() {
+    local lBuild=$gWork/build-$1
+    cmake -S "$gHere/FindPackage" -B "$lBuild" -G Ninja -DCMAKE_CXX_COMPILER="$1" -DCMAKE_PREFIX_PATH="$gRoot/usr"
+    cmake --build "$lBuild"
+    LD_LIBRARY_PATH=$gLibraries ctest --test-dir "$lBuild" --verbose --no-tests=error
+    sed -i 's/^[0-9]*: //' "$gWork/log" # ctest's numbers
+}
+
+make_root
+list_root >"$gWork/before"
+in_root --install "$gFolder"/*.deb
+check_files
+in_root --remove libtalbase1 2>/dev/null && fail "libtalbase1 went although others need it"
+
+for gCompiler in "${gCompilers[@]}"; do
+    row "by hand" "$gCompiler" "$gHere/compile-by-hand.sh" "$gRoot/usr" "$gCompiler"
+    row "pkg-config" "$gCompiler" "$gHere/compile-by-hand.sh" --pkg-config "$gRoot/usr" "$gCompiler"
+    row "find_package" "$gCompiler" find_package_client "$gCompiler"
+done
+if [[ -e $gRoot/usr/bin/talbase ]]; then
+    LD_LIBRARY_PATH=$gLibraries "$gRoot/usr/bin/talbase" --version
+fi
+
+mapfile -t gNames < <(for gPackage in "$gFolder"/*.deb; do dpkg-deb --field "$gPackage" Package; done)
+in_root --purge "${gNames[@]}"
+list_root | diff "$gWork/before" - || fail "purging left something"
+printf '%s\n' "${gRows[@]}"
