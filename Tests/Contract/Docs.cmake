@@ -23,6 +23,17 @@ talbase_test(DocumentsTest
     LINK TalBaseInside Q8::Stream
     DEFINITIONS TALBASE_LINKS="${CMAKE_CURRENT_BINARY_DIR}/Links.txt")
 
+# What Docs/Limits.md says of time.
+talbase_test(GrowthTest
+    SOURCES
+        GrowthTest.cpp
+        ../../Benchmarks/Collisions.cpp
+        ../../Benchmarks/DepthCases.cpp
+        ../../Benchmarks/GrowthCases.cpp
+        ../../Benchmarks/SmallStack.cpp
+        ../../Benchmarks/Texts.cpp
+    LINK TalBase::TalBase Q8::Stream)
+
 # The code in the documents, and what it prints, is that of the programs that the examples build.
 if(TALBASE_BUILD_EXAMPLES)
     get_property(lPrograms GLOBAL PROPERTY TALBASE_SHOWN_PROGRAMS)

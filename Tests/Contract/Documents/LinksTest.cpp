@@ -134,11 +134,10 @@ bool LeadsSomewhere(const std::string& iDocument, const std::string& iTarget)
            (lHash == iTarget.size() || HasAnchor(lPath.string(), iTarget.substr(lHash + 1)));
 }
 
-// Returns the code spans of a document that look like a file of the project.
-std::vector<std::string> NamedFiles(const std::string& iDocument)
+// Returns the code spans of a document that look like the pattern.
+std::vector<std::string> Named(const std::string& iDocument, const std::regex& iPattern)
 {
-    const std::regex lPath("[A-Z][A-Za-z0-9]*(/[A-Za-z0-9.-]+)+\\.(h|cpp|cmake|md|sh|txt)");
-    std::vector<std::string> lFiles;
+    std::vector<std::string> lNames;
     std::istringstream lStream(ReadWithoutCode(iDocument));
     for (std::string lLine; std::getline(lStream, lLine);)
     {
@@ -148,13 +147,47 @@ std::vector<std::string> NamedFiles(const std::string& iDocument)
         }
         for (const std::string& lSpan : CodeSpans(lLine))
         {
-            if (std::regex_match(lSpan, lPath))
+            if (std::regex_match(lSpan, iPattern))
             {
-                lFiles.push_back(lSpan);
+                lNames.push_back(lSpan);
             }
         }
     }
-    return lFiles;
+    return lNames;
+}
+
+// Adds what the pattern finds in a file, its two parts joined by a dot.
+void AddMatches(const fs::path& iFile, const std::regex& iPattern, std::set<std::string>& oNames)
+{
+    const std::string lText = ReadProjectFile(fs::relative(iFile, TALBASE_SOURCE_DIR).string());
+    for (std::sregex_iterator lMatch(lText.begin(), lText.end(), iPattern); lMatch != std::sregex_iterator(); ++lMatch)
+    {
+        oNames.insert((*lMatch)[1].str() + "." + (*lMatch)[2].str());
+    }
+}
+
+// Returns the names of all tests: those of GoogleTest, and those that CMake's files add.
+std::set<std::string> TestNames()
+{
+    const std::regex lTest("\\nTEST(?:_[FP])?\\((\\w+),\\s*(\\w+)\\)");
+    const std::regex lAdded("NAME (\\w+)\\.(\\w+)");
+    std::set<std::string> lNames;
+    for (const char* lFolder : {"Examples", "Tests", "Tools"})
+    {
+        for (const auto& lFile : fs::recursive_directory_iterator(fs::path(TALBASE_SOURCE_DIR) / lFolder))
+        {
+            const fs::path& lPath = lFile.path();
+            if (lPath.extension() == ".cpp")
+            {
+                AddMatches(lPath, lTest, lNames);
+            }
+            else if (lPath.extension() == ".cmake" || lPath.filename() == "CMakeLists.txt")
+            {
+                AddMatches(lPath, lAdded, lNames);
+            }
+        }
+    }
+    return lNames;
 }
 
 } // namespace
@@ -198,10 +231,11 @@ TEST(AllDocuments, LinksLeadSomewhere)
 
 TEST(AllDocuments, NamedFilesAreThere)
 {
+    const std::regex lPath("[A-Z][A-Za-z0-9]*(/[A-Za-z0-9.-]+)+\\.(h|cpp|cmake|md|sh|txt)");
     std::size_t lCount = 0;
     for (const std::string& lDocument : AllDocuments())
     {
-        for (const std::string& lFile : NamedFiles(lDocument))
+        for (const std::string& lFile : Named(lDocument, lPath))
         {
             ++lCount;
             EXPECT_TRUE(fs::exists(fs::path(TALBASE_SOURCE_DIR) / lFile) ||
@@ -210,4 +244,19 @@ TEST(AllDocuments, NamedFilesAreThere)
         }
     }
     EXPECT_GT(lCount, 50U);
+}
+
+TEST(AllDocuments, NamedTestsAreThere)
+{
+    const std::set<std::string> lTests = TestNames();
+    std::size_t lCount = 0;
+    for (const std::string& lDocument : AllDocuments())
+    {
+        for (const std::string& lTest : Named(lDocument, std::regex("[A-Z]\\w+\\.[A-Z]\\w+")))
+        {
+            ++lCount;
+            EXPECT_EQ(lTests.count(lTest), 1U) << lDocument << " names " << lTest;
+        }
+    }
+    EXPECT_GT(lCount, 20U);
 }

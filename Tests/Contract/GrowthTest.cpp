@@ -1,0 +1,67 @@
+// The time of operations on hostile input grows with its length and not with the square of it. `./dev bench` measures
+// the growth closely; here each case has to stay far below a square, on any machine and under any load.
+
+#include "TalBase/PropertyBag.h"
+
+#include "Benchmarks/Cases.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <ctime>
+#include <vector>
+
+namespace
+{
+
+constexpr std::size_t gSize = 1 << 10;
+constexpr std::size_t gFactor = 32;    // a square would take 1,024 times as long
+constexpr double gLargestGrowth = 320; // ten times what is linear, for caches and whatever else disturbs
+constexpr double gLeastSeconds = 2e-5; // below that the clock counts for too much
+constexpr int gRounds = 3;             // the fastest counts
+
+double ProcessorSeconds()
+{
+    timespec lTime = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &lTime);
+    return static_cast<double>(lTime.tv_sec) + 1e-9 * static_cast<double>(lTime.tv_nsec);
+}
+
+// The operation and the end of what it made.
+double SecondsOnce(const Bench::HostileCase& iCase, std::size_t iSize)
+{
+    Bench::PreparedCase lCase = iCase.mPrepare(iSize);
+    const double lStart = ProcessorSeconds();
+    lCase.mRun();
+    double lSeconds = ProcessorSeconds() - lStart;
+    lCase.mCheck();
+    const double lEnd = ProcessorSeconds();
+    lCase = {};
+    return lSeconds + ProcessorSeconds() - lEnd;
+}
+
+double Seconds(const Bench::HostileCase& iCase, std::size_t iSize)
+{
+    double lFastest = SecondsOnce(iCase, iSize);
+    for (int lRound = 1; lRound < gRounds; ++lRound)
+    {
+        lFastest = std::min(lFastest, SecondsOnce(iCase, iSize));
+    }
+    return lFastest;
+}
+
+} // namespace
+
+TEST(Growth, HostileInputTakesTimeInProportionToItsLength)
+{
+    const std::vector<Bench::HostileCase> lCases = Bench::MakeGrowthCases();
+    EXPECT_GT(lCases.size(), 20U);
+    for (const Bench::HostileCase& lCase : lCases)
+    {
+        const double lShort = std::max(Seconds(lCase, gSize), gLeastSeconds);
+        const double lLong = Seconds(lCase, gFactor * gSize);
+        EXPECT_LT(lLong, gLargestGrowth * lShort) << lCase.mName;
+        fprintf(stderr, "%-50s %10.6f %10.6f %6.2f\n", lCase.mName.c_str(), lShort, lLong, lLong / lShort);
+    }
+}
