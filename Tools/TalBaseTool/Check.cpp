@@ -21,6 +21,7 @@ using QTalBase::TextRemarkKind;
 
 constexpr std::size_t gBefore = 40; // characters of a line that are shown before a place, and at it and behind
 constexpr std::size_t gBehind = 36;
+constexpr std::size_t gLongestName = 64; // that is looked for before a value
 constexpr wchar_t gMask = L'•';
 
 bool IsWordCharacter(wchar_t iCharacter)
@@ -72,8 +73,9 @@ private:
         {
             return lPart;
         }
-        // A value that reaches into the part has its name before the delimiter that comes last before it.
+        // A value that reaches into the part has its name not far before the delimiter that comes last before it.
         std::size_t lPlace = std::min(mText.rfind(mPair.mBegin, iStart), iStart);
+        lPlace -= std::min(lPlace, gLongestName);
         while (lPlace > 0 && IsWordCharacter(mText[lPlace - 1]))
         {
             --lPlace;

@@ -166,7 +166,7 @@ void AddRemove(CLI::App& oApp, ChosenCommand& oChosen)
         "Take a property out\n"
         "A nested bag goes with everything that it holds. A bag that is left without properties goes, too, because no "
         "text can hold it.",
-        "talbase remove Transport/Port job.bag", Remove, [](CLI::App& oCommand, RemoveOptions& oOptions) {
+        "talbase remove Transport/Route/Port job.bag", Remove, [](CLI::App& oCommand, RemoveOptions& oOptions) {
             oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
             AddFile(oCommand, oOptions.mFile);
             AddPair(oCommand, oOptions.mPair);
@@ -396,6 +396,23 @@ int ReportParseError(const CLI::App& iApp, const CLI::ParseError& iError, const 
     return ExitTrouble;
 }
 
+// CLI11 takes "[a,b]" for a list where an argument may be given several times, and such arguments are files here. The
+// value of an option is left as it is.
+std::vector<std::string> WithoutLists(std::vector<std::string> iArguments)
+{
+    for (std::size_t lIndex = 1; lIndex < iArguments.size(); ++lIndex)
+    {
+        std::string& lArgument = iArguments[lIndex];
+        const bool lIsValue = iArguments[lIndex - 1].rfind("-", 0) == 0 && iArguments[lIndex - 1] != "-" &&
+                              iArguments[lIndex - 1] != "--";
+        if (!lIsValue && !lArgument.empty() && lArgument.front() == '[' && lArgument.back() == ']')
+        {
+            lArgument.insert(0, "./");
+        }
+    }
+    return iArguments;
+}
+
 int RunChosen(const ChosenCommand& iChosen, const Streams& iStreams)
 {
     const int lStatus = iChosen(iStreams);
@@ -438,7 +455,9 @@ int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iS
     };
     try
     {
-        lApp->parse(std::vector<std::string>(iArguments.rbegin(), iArguments.rend()));
+        const bool lHasFiles = !iArguments.empty() && (iArguments[0] == "check" || iArguments[0] == "merge");
+        const std::vector<std::string> lArguments = lHasFiles ? WithoutLists(iArguments) : iArguments;
+        lApp->parse(std::vector<std::string>(lArguments.rbegin(), lArguments.rend()));
         return RunChosen(lChosen, iStreams);
     }
     catch (const CLI::ParseError& lError)

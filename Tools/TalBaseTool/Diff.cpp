@@ -82,7 +82,7 @@ public:
     // Returns the number of differences.
     std::size_t Run()
     {
-        mLevels.push_back({{}, mFirst.mBag, mSecond.mBag});
+        mLevels.push_back({gNone, mFirst.mBag, mSecond.mBag});
         while (!mLevels.empty())
         {
             const Level lLevel = std::move(mLevels.back());
@@ -95,12 +95,33 @@ public:
     }
 
 private:
+    // Bags that both sides have, by their name and the place of the bags around them.
+    struct Nest
+    {
+        std::wstring mName;
+        std::size_t mAround;
+    };
+
     struct Level
     {
-        Path mPath;
+        std::size_t mNest; // gNone for the outermost
         BagPtr mFirst;
         BagPtr mSecond;
     };
+
+    static constexpr std::size_t gNone = static_cast<std::size_t>(-1);
+
+    // The path of a property, which is put together only where it is shown: a deep bag has long ones.
+    Path hPath(const Level& iLevel, const std::wstring& iName) const
+    {
+        Path lPath{iName};
+        for (std::size_t lNest = iLevel.mNest; lNest != gNone; lNest = mNests[lNest].mAround)
+        {
+            lPath.push_back(mNests[lNest].mName);
+        }
+        std::reverse(lPath.begin(), lPath.end());
+        return lPath;
+    }
 
     void hCompare(const Level& iLevel)
     {
@@ -114,7 +135,7 @@ private:
             const unsigned int lOther = lNames.Find(lName);
             if (lOther == NameIndex::gNone || iLevel.mFirst->IsEmbedded(lIndex) != iLevel.mSecond->IsEmbedded(lOther))
             {
-                hReportWhole('-', mFirst, iLevel.mPath, *iLevel.mFirst, lIndex);
+                hReportWhole('-', mFirst, hPath(iLevel, lName), *iLevel.mFirst, lIndex);
                 continue;
             }
             lIsMatched[lOther] = true;
@@ -126,23 +147,23 @@ private:
         {
             if (!lIsMatched[lIndex])
             {
-                hReportWhole('+', mSecond, iLevel.mPath, *iLevel.mSecond, lIndex);
+                hReportWhole('+', mSecond, hPath(iLevel, iLevel.mSecond->GetName(lIndex).c_str()), *iLevel.mSecond,
+                             lIndex);
             }
         }
         if (mOptions.mIsOrdered)
         {
-            hReportMoved(iLevel.mPath, lCommon, lPlaces);
+            hReportMoved(iLevel, lCommon, lPlaces);
         }
     }
 
     void hCompareProperty(const Level& iLevel, const std::wstring& iName, unsigned int iFirst, unsigned int iSecond)
     {
-        Path lPath = iLevel.mPath;
-        lPath.push_back(iName);
         if (iLevel.mFirst->IsEmbedded(iFirst))
         {
-            mLevels.push_back(
-                {lPath, iLevel.mFirst->GetValuePropertyBag(iFirst), iLevel.mSecond->GetValuePropertyBag(iSecond)});
+            mNests.push_back({iName, iLevel.mNest});
+            mLevels.push_back({mNests.size() - 1, iLevel.mFirst->GetValuePropertyBag(iFirst),
+                               iLevel.mSecond->GetValuePropertyBag(iSecond)});
             return;
         }
         const std::wstring lFirst = mFirst.mEscaping.Unescape(iLevel.mFirst->GetValue(iFirst));
@@ -150,6 +171,7 @@ private:
         if (lFirst != lSecond)
         {
             ++mCount;
+            const Path lPath = hPath(iLevel, iName);
             const std::size_t lPlace = static_cast<std::size_t>(
                 std::mismatch(lFirst.begin(), lFirst.end(), lSecond.begin(), lSecond.end()).first - lFirst.begin());
             hWriteLine('-', mFirst, lPath, lFirst, lPlace);
@@ -162,22 +184,20 @@ private:
                       unsigned int iIndex)
     {
         ++mCount;
-        Path lPath = iPath;
-        lPath.emplace_back(iBag.GetName(iIndex).c_str());
         if (!iBag.IsEmbedded(iIndex))
         {
-            hWriteLine(iSign, iSide, lPath, iSide.mEscaping.Unescape(iBag.GetValue(iIndex)), 0);
+            hWriteLine(iSign, iSide, iPath, iSide.mEscaping.Unescape(iBag.GetValue(iIndex)), 0);
             return;
         }
         const BagPtr lNest = iBag.GetValuePropertyBag(iIndex);
-        hWrite(iSign, ShowPath(lPath) + "/");
-        if (hIsHidden(iSide, lPath))
+        hWrite(iSign, ShowPath(iPath) + "/");
+        if (hIsHidden(iSide, iPath))
         {
             return;
         }
         for (BagWalk lWalk(lNest); lWalk.Next();)
         {
-            Path lInside = lPath;
+            Path lInside = iPath;
             const Path lRest = lWalk.GetPath();
             lInside.insert(lInside.end(), lRest.begin(), lRest.end());
             if (lWalk.GetStep() == Step::Plain)
@@ -196,7 +216,7 @@ private:
     }
 
     // Places are counted among the properties that both sides have.
-    void hReportMoved(const Path& iPath, const std::vector<std::wstring>& iNames,
+    void hReportMoved(const Level& iLevel, const std::vector<std::wstring>& iNames,
                       const std::vector<unsigned int>& iPlaces)
     {
         std::vector<unsigned int> lSorted = iPlaces;
@@ -207,11 +227,9 @@ private:
             if (lIsMoved[lIndex])
             {
                 const auto lRank = std::lower_bound(lSorted.begin(), lSorted.end(), iPlaces[lIndex]) - lSorted.begin();
-                Path lPath = iPath;
-                lPath.push_back(iNames[lIndex]);
                 ++mCount;
-                hWrite('>', ShowPath(lPath) + " (place " + std::to_string(lRank + 1) + ", was " +
-                                std::to_string(lIndex + 1) + ")");
+                hWrite('>', ShowPath(hPath(iLevel, iNames[lIndex])) + " (place " + std::to_string(lRank + 1) +
+                                ", was " + std::to_string(lIndex + 1) + ")");
             }
         }
     }
@@ -243,6 +261,7 @@ private:
     std::ostream& mOut;
     Palette mPalette;
     std::vector<Level> mLevels; // still to be compared, the next one last
+    std::vector<Nest> mNests;
     std::size_t mCount = 0;
 };
 

@@ -47,16 +47,20 @@ std::string WordOf(const CommandHelp& iCommand)
 
 std::string DescribeInRoff(const ArgumentHelp& iArgument)
 {
-    std::string lText = ".TP\n";
-    std::string lNames;
+    std::string lText;
     for (const std::string& lName : iArgument.mNames)
     {
-        lNames += (lNames.empty() ? "\\fB" : "\\fR, \\fB") + Roff(lName);
+        lText += (lText.empty() ? "\\fB" : ", \\fB") + Roff(lName) + "\\fR";
     }
-    lText += lNames.empty() ? "\\fI" + Roff(iArgument.mPlaceholder) : lNames;
-    lText +=
-        iArgument.mNames.empty() || iArgument.mValue.empty() ? "\\fR\n" : " \\fI" + Roff(iArgument.mValue) + "\\fR\n";
-    return lText + Roff(iArgument.mText) + ".\n";
+    if (iArgument.mNames.empty())
+    {
+        lText = "\\fI" + Roff(iArgument.mPlaceholder) + "\\fR";
+    }
+    else if (!iArgument.mValue.empty())
+    {
+        lText += " \\fI" + Roff(iArgument.mValue) + "\\fR";
+    }
+    return ".TP\n" + lText + "\n" + Roff(iArgument.mText) + ".\n";
 }
 
 std::string Words(const ArgumentHelp& iArgument)

@@ -45,8 +45,11 @@ void MergeDeep(const BagPtr& iInto, const BagPtr& iFrom)
                 lOthers->Insert(lName.c_str());
             }
         }
-        const BagPtr lRest(lPair.mFrom->FilteredClone(lOthers.get()));
-        lPair.mInto->AddPropertyBag(lRest.get());
+        if (lOthers->GetCount() > 0)
+        {
+            const BagPtr lRest(lPair.mFrom->FilteredClone(lOthers.get()));
+            lPair.mInto->AddPropertyBag(lRest.get());
+        }
     }
 }
 

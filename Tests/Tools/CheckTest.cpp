@@ -1,0 +1,150 @@
+// check on damaged texts: whatever is missing, it says "valid" or names a place that the text has.
+
+#include "Commands.h"
+#include "Tests/Tools/RunTool.h"
+#include "Tests/Tools/Screens.h"
+
+#include "QBase/Convert.h"
+#include "TalBase/Initializer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+
+using namespace ToolTests;
+
+namespace
+{
+
+const QTalBase::Initializer gInitializer;
+
+struct Damage
+{
+    std::size_t mValid = 0;
+    std::size_t mInvalid = 0;
+};
+
+// As the command line does, without the time that this takes.
+ToolRun RunCheck(const std::string& iFile, std::size_t iMaxWarnings)
+{
+    TalBaseTool::CheckOptions lOptions;
+    lOptions.mFiles = {iFile};
+    lOptions.mMaxWarnings = iMaxWarnings;
+    std::ostringstream lOut;
+    std::ostringstream lErr;
+    const int lStatus = TalBaseTool::Check(lOptions, {lOut, lErr, false, false});
+    return {lStatus, lOut.str(), lErr.str()};
+}
+
+// Checks a text and looks at what is said of it.
+void CheckDamaged(const Workplace& iWorkplace, const std::string& iText, Damage& oDamage)
+{
+    const std::string lFile = iWorkplace.Write("damaged.bag", iText);
+    const ToolRun lRun = RunCheck(lFile, 0);
+    if (lRun.mStatus == 0)
+    {
+        EXPECT_EQ(lRun.mOut.rfind(lFile + ": valid", 0), 0U) << iText;
+        EXPECT_EQ(lRun.mErr, "") << iText;
+        ++oDamage.mValid;
+        return;
+    }
+    ++oDamage.mInvalid;
+    ASSERT_EQ(lRun.mStatus, 1) << iText << '\n' << lRun.mErr;
+    EXPECT_EQ(lRun.mOut, "") << iText;
+    // A place, a message, an excerpt and a caret.
+    const std::regex lShape("[^\n]*:([0-9]+):([0-9]+): ([^\n]+)\n  [^\n]*\n  ( *)\\^\n");
+    std::smatch lMatch;
+    ASSERT_TRUE(std::regex_match(lRun.mErr, lMatch, lShape)) << lRun.mErr;
+    const std::wstring lText = QBase::UTF8ToWideChar(iText, true);
+    const std::size_t lLine = std::stoul(lMatch[1]);
+    const std::size_t lColumn = std::stoul(lMatch[2]);
+    EXPECT_LE(lLine, static_cast<std::size_t>(std::count(lText.begin(), lText.end(), L'\n')) + 1) << iText;
+    EXPECT_GE(lColumn, 1U) << iText;
+    EXPECT_LE(lColumn, lText.size() + 1) << iText;
+    const std::string lMessage = lMatch[3];
+    EXPECT_EQ(lMessage.rfind("QTalBase::", 0), 0U) << lMessage;
+}
+
+Damage CheckEveryCut(const std::string& iBytes)
+{
+    const Workplace lWorkplace;
+    const std::wstring lText = QBase::UTF8ToWideChar(iBytes, true);
+    Damage lDamage;
+    for (std::size_t lCut = 0; lCut < lText.size(); ++lCut)
+    {
+        std::wstring lDamaged = lText;
+        lDamaged.erase(lCut, 1);
+        CheckDamaged(lWorkplace, QBase::WideCharToUTF8(lDamaged.c_str(), true), lDamage);
+    }
+    return lDamage;
+}
+
+Damage CheckEveryBeginning(const std::string& iBytes)
+{
+    const Workplace lWorkplace;
+    const std::wstring lText = QBase::UTF8ToWideChar(iBytes, true);
+    Damage lDamage;
+    for (std::size_t lLength = 0; lLength < lText.size(); ++lLength)
+    {
+        CheckDamaged(lWorkplace, QBase::WideCharToUTF8(lText.substr(0, lLength).c_str(), true), lDamage);
+    }
+    return lDamage;
+}
+
+} // namespace
+
+TEST(Check, TextWithOneCharacterCutIsValidOrHasAPlace)
+{
+    const Workplace lWorkplace;
+    for (const char* lName : {"job.bag", "brackets.bag", "lossy.bag", "long.bag"})
+    {
+        const Damage lDamage = CheckEveryCut(lWorkplace.Read(lName));
+        EXPECT_GT(lDamage.mValid, 10U) << lName;
+        EXPECT_GT(lDamage.mInvalid, 10U) << lName;
+    }
+}
+
+TEST(Check, TextThatEndsAnywhereIsValidOrHasAPlace)
+{
+    const Workplace lWorkplace;
+    for (const char* lName : {"job.bag", "brackets.bag", "lossy.bag"})
+    {
+        const Damage lDamage = CheckEveryBeginning(lWorkplace.Read(lName));
+        EXPECT_GT(lDamage.mValid, 0U) << lName;
+        EXPECT_GT(lDamage.mInvalid, 10U) << lName;
+    }
+}
+
+TEST(Check, SecretsAreNeverShown)
+{
+    const Workplace lWorkplace;
+    const std::string lText = lWorkplace.Read("job.bag");
+    for (std::size_t lCut = 0; lCut < lText.size(); ++lCut)
+    {
+        const std::string lName = "FTPServerPassword++++";
+        const bool lIsName = lText.rfind(lName, lCut) != std::string::npos &&
+                             lCut < lText.rfind(lName, lCut) + lName.size(); // then it is no secret any more
+        if (!lIsName)
+        {
+            const std::string lFile = lWorkplace.Write("damaged.bag", lText.substr(0, lCut) + lText.substr(lCut + 1));
+            const ToolRun lRun = RunCheck(lFile, 1000);
+            EXPECT_EQ((lRun.mOut + lRun.mErr).find("secret"), std::string::npos) << lCut << '\n' << lRun.mErr;
+        }
+    }
+}
+
+TEST(Check, DeepTextTakesNoStack)
+{
+    std::string lText = "EndDelimiter***BeginDelimiter++++***";
+    for (int lLevel = 0; lLevel < 100000; ++lLevel)
+    {
+        lText += "n++++";
+    }
+    const Workplace lWorkplace;
+    const std::string lFile = lWorkplace.Write("deep.bag", lText);
+    EXPECT_NE(RunTool({"check", lFile})
+                  .mErr.find(":1:500037: QTalBase::PropertyBagImpl::GetNextToken; A token was "
+                             "expected\n"),
+              std::string::npos);
+}

@@ -1,0 +1,193 @@
+// Files in and out: decoding, places, and what in-place changes leave of a file.
+
+#include "Files.h"
+
+#include "Errors.h"
+#include "Tests/Tools/RunTool.h"
+#include "Tests/Tools/Screens.h"
+
+#include "QBase/Convert.h"
+#include "TalBase/Initializer.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace TalBaseTool;
+using namespace ToolTests;
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+const QTalBase::Initializer gInitializer;
+
+std::string ErrorOfReading(const std::string& iFile)
+{
+    try
+    {
+        ReadText(iFile);
+        return "none";
+    }
+    catch (const TextError& lError)
+    {
+        return std::string(lError.what()).substr(iFile.size());
+    }
+}
+
+std::size_t CountFiles(const fs::path& iFolder)
+{
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(iFolder), fs::directory_iterator()));
+}
+
+} // namespace
+
+TEST(Files, PlacesCountLinesAndCharacters)
+{
+    const std::wstring lText = L"a\xE4\n\n漢x\n";
+    const auto lAt = [&](std::size_t iIndex) {
+        const Place lPlace = FindPlace(lText, iIndex);
+        return std::to_string(lPlace.mLine) + ":" + std::to_string(lPlace.mColumn);
+    };
+    EXPECT_EQ(lAt(0), "1:1");
+    EXPECT_EQ(lAt(2), "1:3");
+    EXPECT_EQ(lAt(3), "2:1");
+    EXPECT_EQ(lAt(5), "3:2");
+    EXPECT_EQ(lAt(7), "4:1");
+}
+
+TEST(Files, CharactersMayLieAcrossBlocks)
+{
+    const Workplace lWorkplace;
+    const std::size_t lBlock = std::size_t{1} << 20;
+    for (const char* lCharacter : {"\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"})
+    {
+        for (std::size_t lBefore = lBlock - 4; lBefore <= lBlock; ++lBefore)
+        {
+            const std::string lBytes = std::string(lBefore, 'x') + lCharacter + lCharacter;
+            EXPECT_EQ(QBase::WideCharToUTF8(ReadText(lWorkplace.Write("text", lBytes)).c_str(), true), lBytes);
+        }
+    }
+}
+
+TEST(Files, BytesThatAreNotUtf8HaveAPlace)
+{
+    const Workplace lWorkplace;
+    const auto lError = [&](const std::string& iBytes) { return ErrorOfReading(lWorkplace.Write("text", iBytes)); };
+    EXPECT_EQ(lError("good \xC3\xA4"), "none");
+    EXPECT_EQ(lError("\xFF"), ":1:1: byte 0xff is not UTF-8");
+    EXPECT_EQ(lError("a\nb\xC3\xA4\xC3"), ":2:3: byte 0xc3 is not UTF-8");
+    EXPECT_EQ(lError("a\xE2\x82 b"), ":1:2: byte 0xe2 is not UTF-8");
+    EXPECT_EQ(lError("a\xED\xA0\x80"), ":1:2: byte 0xed is not UTF-8");
+    EXPECT_EQ(lError("\x80"), ":1:1: byte 0x80 is not UTF-8");
+    EXPECT_EQ(lError(std::string("a\nb\0c", 5)), ":2:2: a zero character, which ends a text form");
+    const std::size_t lBlock = std::size_t{1} << 20;
+    EXPECT_EQ(lError(std::string(lBlock - 1, 'x') + "\xE2\x82"), ":1:1048576: byte 0xe2 is not UTF-8");
+    EXPECT_EQ(lError(std::string(lBlock, '\n') + "ab\xFE"), ":1048577:3: byte 0xfe is not UTF-8");
+}
+
+TEST(Files, FoldersAndMissingFilesAreTheSystemsTrouble)
+{
+    const Workplace lWorkplace;
+    EXPECT_THROW(ReadText(lWorkplace.GetFolder()), IoError);
+    EXPECT_THROW(ReadText(lWorkplace.GetFolder() / "nothing"), IoError);
+    EXPECT_EQ(RunTool({"show", lWorkplace.GetFolder()}).mStatus, 2);
+}
+
+TEST(InPlace, ModeAndLinkStay)
+{
+    const Workplace lWorkplace;
+    const fs::path lFile = lWorkplace.GetFolder() / "job.bag";
+    const fs::path lLink = lWorkplace.GetFolder() / "link.bag";
+    ASSERT_EQ(::chmod(lFile.c_str(), 0640), 0);
+    fs::create_symlink("job.bag", lLink);
+    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
+    EXPECT_EQ(RunTool({"set", "-i", "Job", "18", lLink}).mStatus, 0);
+    struct stat lStatus = {};
+    ASSERT_EQ(::stat(lFile.c_str(), &lStatus), 0);
+    EXPECT_EQ(lStatus.st_mode & 07777U, 0640U);
+    EXPECT_TRUE(fs::is_symlink(lLink));
+    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
+    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
+}
+
+TEST(InPlace, LineEndStays)
+{
+    const Workplace lWorkplace;
+    const std::string lHeader = "EndDelimiter***BeginDelimiter++++***";
+    for (const std::string lLineEnd : {"", "\n", "\r\n"})
+    {
+        const std::string lFile = lWorkplace.Write("a.bag", lHeader + "a++++1***" + lLineEnd);
+        EXPECT_EQ(RunTool({"set", "-i", "a", "2", lFile}).mStatus, 0);
+        EXPECT_EQ(lWorkplace.Read("a.bag"), lHeader + "a++++2***" + lLineEnd);
+    }
+    // Here the line end is the end delimiter.
+    const std::string lFile = lWorkplace.Write("a.txt", "a=1\n");
+    EXPECT_EQ(RunTool({"set", "-i", "--begin", "=", "--end", "\n", "b", "2", lFile}).mStatus, 0);
+    EXPECT_EQ(lWorkplace.Read("a.txt"), "a=1\nb=2\n");
+}
+
+TEST(InPlace, WhatIsRefusedLeavesTheFile)
+{
+    const Workplace lWorkplace;
+    const std::string lFile = lWorkplace.GetFolder() / "job.bag";
+    const std::string lBefore = lWorkplace.Read("job.bag");
+    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
+    EXPECT_EQ(RunTool({"set", "-i", "a+", "2", lFile}).mStatus, 1);
+    EXPECT_EQ(RunTool({"remove", "-i", "nothing", lFile}).mStatus, 1);
+    EXPECT_EQ(RunTool({"delimiters", "-i", "--begin", "+", "--end", " ", lFile}).mStatus, 1);
+    EXPECT_EQ(RunTool({"set", "-i", "a", "2"}).mErr, "talbase: --in-place needs a file\n");
+    EXPECT_EQ(lWorkplace.Read("job.bag"), lBefore);
+    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
+}
+
+// The disk is full, as far as the program can tell.
+TEST(InPlace, FailedWriteLeavesTheFileAndNothingElse)
+{
+    const Workplace lWorkplace;
+    lWorkplace.Write("a.bag", "EndDelimiter***BeginDelimiter++++***a++++" + std::string(5000, 'x') + "***");
+    const std::string lBefore = lWorkplace.Read("a.bag");
+    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
+    const Finished lFinished =
+        RunShell(lWorkplace.GetFolder(), "trap '' XFSZ; ulimit -f 1; talbase set -i b 2 a.bag 2>&1");
+    EXPECT_EQ(lFinished.mStatus, 2);
+    EXPECT_NE(lFinished.mOutput.find("talbase: cannot write "), std::string::npos) << lFinished.mOutput;
+    EXPECT_EQ(lWorkplace.Read("a.bag"), lBefore);
+    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
+}
+
+TEST(Program, DataGoesOutAndAllElseGoesToStandardError)
+{
+    const Workplace lWorkplace;
+    const auto lOutOf = [&](const std::string& iCommand) { return RunShell(lWorkplace.GetFolder(), iCommand).mOutput; };
+    EXPECT_EQ(lOutOf("talbase redact --name Transport job.bag 2>/dev/null"),
+              "EndDelimiter***BeginDelimiter++++***Job++++17***Subject++++Save 20% &#43; "
+              "shipping***DeliveryWindow++++ 0, 1, 2, 3, 4, 5,22,23,***");
+    EXPECT_EQ(lOutOf("talbase redact --name Transport job.bag 2>&1 >/dev/null"), "talbase: 2 properties taken out\n");
+    EXPECT_EQ(lOutOf("talbase check broken.bag lossy.bag 2>/dev/null"), "lossy.bag: valid, 6 warnings\n");
+    EXPECT_EQ(lOutOf("talbase show broken.bag 2>/dev/null"), "");
+    EXPECT_EQ(lOutOf("talbase show job.bag 2>&1 >/dev/full"), "talbase: cannot write to standard output\n");
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase show job.bag >/dev/full 2>&1").mStatus, 2);
+}
+
+TEST(Program, ExitStatusTellsGoodBadAndTrouble)
+{
+    const Workplace lWorkplace;
+    const auto lStatusOf = [&](const std::string& iCommand) {
+        return RunShell(lWorkplace.GetFolder(), "exec >/dev/null 2>&1; " + iCommand).mStatus;
+    };
+    EXPECT_EQ(lStatusOf("talbase --help"), 0);
+    EXPECT_EQ(lStatusOf("talbase show --help"), 0);
+    EXPECT_EQ(lStatusOf("talbase --version"), 0);
+    EXPECT_EQ(lStatusOf("talbase diff job.bag job.bag"), 0);
+    EXPECT_EQ(lStatusOf("talbase diff job.bag job-new.bag"), 1);
+    EXPECT_EQ(lStatusOf("talbase check broken.bag"), 1);
+    EXPECT_EQ(lStatusOf("talbase get nothing job.bag"), 1);
+    EXPECT_EQ(lStatusOf("talbase"), 2);
+    EXPECT_EQ(lStatusOf("talbase nonsense"), 2);
+    EXPECT_EQ(lStatusOf("talbase show --nonsense"), 2);
+    EXPECT_EQ(lStatusOf("talbase show $'\\xff'"), 2);
+    EXPECT_EQ(lStatusOf("talbase set x $'\\xff' job.bag"), 2);
+    EXPECT_EQ(lStatusOf("talbase check nothing.bag broken.bag"), 2);
+}

@@ -1,0 +1,149 @@
+// The help, the manual pages and the completions tell all there is.
+
+#include "Pages.h"
+
+#include "CommandLine.h"
+#include "Tests/Tools/RunTool.h"
+#include "Tests/Tools/Screens.h"
+
+#include <CLI/CLI.hpp>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace TalBaseTool;
+using namespace ToolTests;
+
+namespace
+{
+
+std::vector<CommandHelp> Commands()
+{
+    ChosenCommand lChosen;
+    return ReadCommands(*MakeParser(lChosen));
+}
+
+std::string Word(const CommandHelp& iCommand)
+{
+    return iCommand.mName.substr(iCommand.mName.find(' ') + 1);
+}
+
+// Runs the completion of a command line as bash does; the last word is the one that is completed.
+std::string Complete(const std::string& iWords)
+{
+    const Workplace lWorkplace;
+    const std::string lScript = TALBASE_TOOL_SHARE "/bash-completion/completions/talbase";
+    return RunShell(lWorkplace.GetFolder(), "source " + lScript + "; COMP_WORDS=(" + iWords +
+                                                "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _talbase; echo "
+                                                "\"${COMPREPLY[*]}\"")
+        .mOutput;
+}
+
+} // namespace
+
+TEST(Help, EveryCommandHasASummaryDetailsAndAnExample)
+{
+    EXPECT_EQ(Commands().size(), 15U);
+    for (const CommandHelp& lCommand : Commands())
+    {
+        const ToolRun lRun = RunTool({Word(lCommand), "--help"});
+        EXPECT_EQ(lRun.mStatus, 0);
+        EXPECT_EQ(lRun.mErr, "");
+        EXPECT_EQ(lRun.mOut.rfind("usage: " + lCommand.mName + " [OPTION]...", 0), 0U) << lRun.mOut;
+        EXPECT_NE(lRun.mOut.find("\nExample:\n  " + lCommand.mName), std::string::npos) << lRun.mOut;
+        EXPECT_GT(lCommand.mDetails.size(), 20U) << lCommand.mName;
+        std::size_t lStart = 0;
+        for (std::size_t lStop; (lStop = lRun.mOut.find('\n', lStart)) != std::string::npos; lStart = lStop + 1)
+        {
+            EXPECT_LE(lStop - lStart, 80U) << lRun.mOut.substr(lStart, lStop - lStart);
+        }
+        for (const ArgumentHelp& lOption : lCommand.mOptions)
+        {
+            EXPECT_NE(lRun.mOut.find(lOption.mNames.back()), std::string::npos) << lOption.mNames.back();
+            EXPECT_FALSE(lOption.mText.empty()) << lOption.mNames.back();
+        }
+    }
+}
+
+// They are commands that work, in a folder with those files.
+TEST(Help, ExamplesRun)
+{
+    for (const CommandHelp& lCommand : Commands())
+    {
+        const Workplace lWorkplace;
+        for (const char* lFile : {"route.bag", "defaults.bag", "old.bag", "new.bag"})
+        {
+            lWorkplace.Write(lFile, lWorkplace.Read("brackets.bag"));
+        }
+        lWorkplace.Write("job.json", "{\"a\": \"b\"}");
+        const bool lIsMove = Word(lCommand) == "move";
+        const std::string lReady =
+            lIsMove ? "talbase remove -i Transport job.bag; talbase set -i Host h job.bag; " : "";
+        const Finished lFinished = RunShell(lWorkplace.GetFolder(), lReady + lCommand.mExample + " 2>&1");
+        EXPECT_EQ(lFinished.mStatus, 0) << lCommand.mExample << '\n' << lFinished.mOutput;
+    }
+}
+
+TEST(ManualPages, HaveEveryOptionOfTheirCommand)
+{
+    for (const CommandHelp& lCommand : Commands())
+    {
+        const std::string lPage = ReadFile(TALBASE_TOOL_SHARE "/man/man1/talbase-" + Word(lCommand) + ".1");
+        EXPECT_EQ(lPage, MakeManualPage(lCommand, {}));
+        for (const char* lSection : {".SH NAME\n", ".SH SYNOPSIS\n", ".SH DESCRIPTION\n", ".SH OPTIONS\n",
+                                     ".SH EXIT STATUS\n", ".SH EXAMPLE\n", ".SH SEE ALSO\n"})
+        {
+            EXPECT_NE(lPage.find(lSection), std::string::npos) << lCommand.mName << ": " << lSection;
+        }
+        for (const ArgumentHelp& lOption : lCommand.mOptions)
+        {
+            std::string lName = lOption.mNames.back();
+            for (std::size_t lPlace = lName.find('-'); lPlace != std::string::npos;
+                 lPlace = lName.find('-', lPlace + 2))
+            {
+                lName.insert(lPlace, "\\");
+            }
+            EXPECT_NE(lPage.find("\\fB" + lName + "\\fR"), std::string::npos) << lCommand.mName << ": " << lName;
+        }
+    }
+    const std::string lPage = ReadFile(TALBASE_TOOL_SHARE "/man/man1/talbase.1");
+    for (const CommandHelp& lCommand : Commands())
+    {
+        EXPECT_NE(lPage.find(lCommand.mSummary), std::string::npos) << lCommand.mName;
+    }
+}
+
+TEST(BashCompletion, KnowsCommandsOptionsWordsAndFiles)
+{
+    const std::string lCommands = Complete("talbase ''");
+    for (const CommandHelp& lCommand : Commands())
+    {
+        EXPECT_NE(lCommands.find(Word(lCommand) + " "), std::string::npos) << lCommand.mName;
+    }
+    EXPECT_EQ(Complete("talbase sh"), "show\n");
+    EXPECT_EQ(Complete("talbase show --c"), "--color --cut\n");
+    EXPECT_EQ(Complete("talbase show --color ''"), "auto always never\n");
+    EXPECT_EQ(Complete("talbase show --color = ne"), "never\n");
+    EXPECT_EQ(Complete("talbase show --color ="), "auto always never\n");
+    EXPECT_EQ(Complete("talbase show jo"), "job-new.bag job.bag\n");
+    EXPECT_EQ(Complete("talbase set --value-from li"), "lines.txt\n");
+    EXPECT_EQ(Complete("talbase set --begin ''"), "\n");
+}
+
+TEST(Completions, HaveEveryOption)
+{
+    const std::string lZsh = ReadFile(TALBASE_TOOL_SHARE "/zsh/site-functions/_talbase");
+    const std::string lFish = ReadFile(TALBASE_TOOL_SHARE "/fish/vendor_completions.d/talbase.fish");
+    for (const CommandHelp& lCommand : Commands())
+    {
+        EXPECT_NE(lZsh.find("'" + Word(lCommand) + ":"), std::string::npos);
+        for (const ArgumentHelp& lOption : lCommand.mOptions)
+        {
+            const std::string& lName = lOption.mNames.back();
+            const std::string lFlag = lName.rfind("--", 0) == 0 ? " -l " + lName.substr(2) : " -s " + lName.substr(1);
+            EXPECT_NE(lZsh.find("'*" + lName), std::string::npos) << lCommand.mName << lName;
+            EXPECT_NE(lFish.find("__fish_seen_subcommand_from " + Word(lCommand) + "'"), std::string::npos);
+            EXPECT_NE(lFish.find(lFlag + " "), std::string::npos) << lCommand.mName << lName;
+        }
+    }
+}

@@ -1,0 +1,82 @@
+// Colours and progress are for terminals only: the real program on one, and not.
+
+#include "Tests/Tools/Screens.h"
+
+#include <gtest/gtest.h>
+
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace ToolTests;
+
+namespace
+{
+
+// Runs a command line by bash on a terminal of its own, and returns what appears there.
+std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iCommand)
+{
+    int lTerminal = -1;
+    const pid_t lChild = ::forkpty(&lTerminal, nullptr, nullptr, nullptr);
+    if (lChild == 0)
+    {
+        const std::string lPath = std::filesystem::path(TALBASE_TOOL_PROGRAM).parent_path().string();
+        const std::string lLine = "cd '" + iWorkplace.GetFolder().string() + "' && PATH='" + lPath +
+                                  "':$PATH; unset NO_COLOR; export TERM=xterm; " + iCommand;
+        ::execlp("bash", "bash", "-c", lLine.c_str(), static_cast<char*>(nullptr));
+        ::_exit(127);
+    }
+    std::string lScreen;
+    char lBuffer[4096];
+    for (ssize_t lCount; (lCount = ::read(lTerminal, lBuffer, sizeof lBuffer)) > 0;) // ends with an error
+    {
+        lScreen.append(lBuffer, static_cast<std::size_t>(lCount));
+    }
+    ::close(lTerminal);
+    ::waitpid(lChild, nullptr, 0);
+    return lScreen;
+}
+
+bool HasColor(const std::string& iScreen)
+{
+    return iScreen.find("\033[") != std::string::npos;
+}
+
+} // namespace
+
+TEST(Terminal, GetsColoursUnlessTheyAreRefused)
+{
+    const Workplace lWorkplace;
+    for (const char* lCommand : {"talbase show job.bag", "talbase diff job.bag job-new.bag", "talbase window job.bag",
+                                 "talbase check broken.bag"})
+    {
+        const std::string lLine = lCommand;
+        EXPECT_TRUE(HasColor(RunOnTerminal(lWorkplace, lLine))) << lLine;
+        EXPECT_FALSE(HasColor(RunOnTerminal(lWorkplace, lLine + " --color=never"))) << lLine;
+        EXPECT_FALSE(HasColor(RunOnTerminal(lWorkplace, "NO_COLOR=1 " + lLine))) << lLine;
+        EXPECT_FALSE(HasColor(RunOnTerminal(lWorkplace, "TERM=dumb " + lLine))) << lLine;
+        EXPECT_FALSE(HasColor(RunOnTerminal(lWorkplace, lLine + " 2>&1 | cat"))) << lLine;
+        EXPECT_TRUE(HasColor(RunOnTerminal(lWorkplace, "NO_COLOR=1 " + lLine + " --color=always 2>&1 | cat"))) << lLine;
+    }
+    EXPECT_TRUE(HasColor(RunOnTerminal(lWorkplace, "NO_COLOR= talbase show job.bag")));
+}
+
+TEST(Terminal, GetsALineEndBehindATextForm)
+{
+    const Workplace lWorkplace;
+    const std::string lText = lWorkplace.Read("brackets.bag");
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase merge brackets.bag brackets.bag"), lText + "\r\n");
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase merge brackets.bag brackets.bag").mOutput, lText);
+}
+
+TEST(Terminal, GetsProgressOfWhatIsLarge)
+{
+    const Workplace lWorkplace;
+    lWorkplace.Write("large.bag", "EndDelimiter***BeginDelimiter++++***a++++" + std::string(17000000, 'x') + "***");
+    const std::string lScreen = RunOnTerminal(lWorkplace, "talbase check large.bag");
+    EXPECT_NE(lScreen.find("reading large.bag 16 of 17 MB"), std::string::npos) << lScreen;
+    EXPECT_NE(lScreen.find("checking large.bag"), std::string::npos) << lScreen;
+    EXPECT_NE(lScreen.find("large.bag: valid\r\n"), std::string::npos) << lScreen;
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase check large.bag 2>&1").mOutput, "large.bag: valid\n");
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase check job.bag"), "job.bag: valid\r\n");
+}
