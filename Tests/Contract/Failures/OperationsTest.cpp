@@ -123,12 +123,24 @@ bool IsPublicFunction(const std::string& iFunction)
     return std::regex_match(iFunction, lOurs) && !std::regex_match(iFunction, lOthers);
 }
 
+// "wchar_t const*" is how the symbol table writes "const wchar_t*".
+std::string Spelled(const std::string& iOperation)
+{
+    static const std::regex lConstBehind(R"(([A-Za-z_][A-Za-z_:]*) const([*&]))");
+    return std::regex_replace(iOperation, lConstBehind, "const $1$2");
+}
+
 std::string Missing(const std::set<std::string>& iOperations, const std::set<std::string>& iTried)
 {
+    std::set<std::string> lTried;
+    for (const std::string& lOperation : iTried)
+    {
+        lTried.insert(Spelled(lOperation));
+    }
     std::string lMissing;
     for (const std::string& lOperation : iOperations)
     {
-        lMissing += iTried.count(lOperation) == 0 ? lOperation + "\n" : "";
+        lMissing += lTried.count(Spelled(lOperation)) == 0 ? lOperation + "\n" : "";
     }
     return lMissing;
 }
