@@ -253,7 +253,7 @@ private:
 
     // Finds the next delimiter, asking for the likelier one first, and drops the candidates up to its end.
     Found hFind(const Delimiter& iLikely, Found iLikelyFound, const Delimiter& iOther, Found iOtherFound,
-                Window& oWindow, bool& oMayHoldFirst, const wchar_t*& opPlace) const noexcept
+                Window& oWindow, bool& oMayHoldFirst, const wchar_t*& oPlace) const noexcept
     {
         for (;;)
         {
@@ -266,13 +266,13 @@ private:
                 hLoadBlock(oWindow);
             }
             const std::size_t lIndex = static_cast<std::size_t>(__builtin_ctzll(oWindow.mCandidates));
-            opPlace = oWindow.mBlock + lIndex;
-            if (iLikely.IsAt(opPlace, mTextStop))
+            oPlace = oWindow.mBlock + lIndex;
+            if (iLikely.IsAt(oPlace, mTextStop))
             {
                 hSkip(lIndex + iLikely.GetLength(), oWindow);
                 return iLikelyFound;
             }
-            if (iOther.IsAt(opPlace, mTextStop))
+            if (iOther.IsAt(oPlace, mTextStop))
             {
                 hSkip(lIndex + iOther.GetLength(), oWindow);
                 return iOtherFound;

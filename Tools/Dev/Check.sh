@@ -2,6 +2,7 @@
 # shellcheck shell=bash
 
 gCheckSteps=(format shell documents tools release clang-release naming headers abi asan-ubsan tsan minimal packages)
+gNightSteps=(naming-tests) # run when they are named
 
 # Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
 # A copy of the tree without its history is searched instead.
@@ -46,14 +47,24 @@ step_clang-release() {
     show cmake --workflow --preset clang-release
 }
 
-# Every file that the clang build compiles, and with it every header of the project, follows the naming conventions.
+# The files that the clang build compiles, and with them the project's headers, follow the naming conventions: those that
+# match a pattern, or do not where that is asked for.
 # clang-tidy reports what it left out of the system's headers after each file; that is not ours to read.
-step_naming() {
+check_names() {
     local lBuild=build/clang-release
     show cmake --preset clang-release
     sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$lBuild/compile_commands.json" | grep -v "/$lBuild/" | sort -u |
-        tr '\n' '\0' | show xargs -0 -n 2 -P 2 clang-tidy-14 --quiet -p "$lBuild" 2>&1 |
+        grep "$@" | tr '\n' '\0' | show xargs -0 -n 2 -P 2 clang-tidy-14 --quiet -p "$lBuild" 2>&1 |
         { grep -v -E '^[0-9]+ warnings? generated\.$' || true; }
+}
+
+step_naming() {
+    check_names -v -E "^$PWD/(Tests|Fuzz)/"
+}
+
+# The same for the tests, which takes longer than all the rest: a step for the night, or for whoever changed tests.
+step_naming-tests() {
+    check_names -E "^$PWD/(Tests|Fuzz)/"
 }
 
 # Every public header, alone and first, in each language version that a client may use, with both compilers.

@@ -23,14 +23,14 @@ RunOnBag Asked(const Operation& iOperation)
     };
 }
 
-RunOnBag AskedByName(QBase::ReturnWString (PropertyBag::*ipOperation)(const wchar_t*) const, const wchar_t* ipName)
+RunOnBag AskedByName(QBase::ReturnWString (PropertyBag::*iOperation)(const wchar_t*) const, const wchar_t* ipName)
 {
-    return Asked([=](const PropertyBag& iBag, BagSubject& oSubject) { oSubject.mText = (iBag.*ipOperation)(ipName); });
+    return Asked([=](const PropertyBag& iBag, BagSubject& oSubject) { oSubject.mText = (iBag.*iOperation)(ipName); });
 }
 
-RunOnBag AskedByIndex(QBase::ReturnWString (PropertyBag::*ipOperation)(unsigned int) const, unsigned int iIndex)
+RunOnBag AskedByIndex(QBase::ReturnWString (PropertyBag::*iOperation)(unsigned int) const, unsigned int iIndex)
 {
-    return Asked([=](const PropertyBag& iBag, BagSubject& oSubject) { oSubject.mText = (iBag.*ipOperation)(iIndex); });
+    return Asked([=](const PropertyBag& iBag, BagSubject& oSubject) { oSubject.mText = (iBag.*iOperation)(iIndex); });
 }
 
 void AddTextsByName(Cases& oCases)
@@ -78,8 +78,8 @@ void AddNestAnswers(Cases& oCases)
 
 void AddNumbers(Cases& oCases)
 {
-    const auto lNumber = [&](const char* ipOperation, auto iAsk) {
-        return OnBag(ipOperation, "", Filled, Asked([iAsk](const PropertyBag& iBag, BagSubject& oSubject) {
+    const auto lNumber = [&](const char* iOperation, auto iAsk) {
+        return OnBag(iOperation, "", Filled, Asked([iAsk](const PropertyBag& iBag, BagSubject& oSubject) {
                          oSubject.mNumber = static_cast<long>(iAsk(iBag));
                      }));
     };

@@ -108,45 +108,48 @@ void ReadThreeBags(BagsSubject& oSubject)
 void AddBagCollections(Cases& oCases)
 {
     oCases.push_back(OnCollection("QTalBase::CreatePropertyBags()", "",
-                                  [](BagsSubject& o) { o.mClone = QTalBase::CreatePropertyBags(); }));
+                                  [](BagsSubject& oSubject) { oSubject.mClone = QTalBase::CreatePropertyBags(); }));
     const char* const lAdd = "QTalBase::PropertyBags::Add(const wchar_t*, const QTalBase::PropertyBag*)";
-    oCases.push_back(OnCollection(lAdd, "", [](BagsSubject& o) { o.mBags->Add(LONG_C, o.mGiven.get()); }));
-    oCases.push_back(OnCollection(
-        lAdd, "null", [](BagsSubject& o) { o.mNumber = LengthOfRefusal([&] { o.mBags->Add(LONG_C, nullptr); }); }));
-    oCases.push_back(OnCollection("QTalBase::PropertyBags::GetCount() const", "", [](BagsSubject& o) {
-                         o.mNumber = static_cast<long>(o.mBags->GetCount());
+    oCases.push_back(
+        OnCollection(lAdd, "", [](BagsSubject& oSubject) { oSubject.mBags->Add(LONG_C, oSubject.mGiven.get()); }));
+    oCases.push_back(OnCollection(lAdd, "null", [](BagsSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mBags->Add(LONG_C, nullptr); });
+    }));
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::GetCount() const", "", [](BagsSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(oSubject.mBags->GetCount());
                      }).CannotFail());
     const char* const lGetName = "QTalBase::PropertyBags::GetName(unsigned int) const";
-    oCases.push_back(OnCollection(lGetName, "", [](BagsSubject& o) {
-                         o.mNumber = static_cast<long>(std::wcslen(o.mBags->GetName(2)));
+    oCases.push_back(OnCollection(lGetName, "", [](BagsSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mBags->GetName(2)));
                      }).CannotFail());
-    oCases.push_back(OnCollection(lGetName, "out of range", [](BagsSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { static_cast<void>(o.mBags->GetName(3)); });
+    oCases.push_back(OnCollection(lGetName, "out of range", [](BagsSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { static_cast<void>(oSubject.mBags->GetName(3)); });
     }));
     const char* const lGetBag = "QTalBase::PropertyBags::GetPropertyBag(unsigned int) const";
-    oCases.push_back(OnCollection(lGetBag, "", [](BagsSubject& o) { o.mAnswer = o.mBags->GetPropertyBag(1); }));
-    oCases.push_back(OnCollection(lGetBag, "out of range", [](BagsSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mAnswer = o.mBags->GetPropertyBag(3); });
+    oCases.push_back(
+        OnCollection(lGetBag, "", [](BagsSubject& oSubject) { oSubject.mAnswer = oSubject.mBags->GetPropertyBag(1); }));
+    oCases.push_back(OnCollection(lGetBag, "out of range", [](BagsSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mAnswer = oSubject.mBags->GetPropertyBag(3); });
     }));
     const char* const lByName = "QTalBase::PropertyBags::GetPropertyBagByName(const wchar_t*) const";
-    oCases.push_back(
-        OnCollection(lByName, "", [](BagsSubject& o) { o.mAnswer = o.mBags->GetPropertyBagByName(LONG_B); }));
-    oCases.push_back(OnCollection(lByName, "unknown", [](BagsSubject& o) {
-                         o.mAnswer = o.mBags->GetPropertyBagByName(L"x");
+    oCases.push_back(OnCollection(
+        lByName, "", [](BagsSubject& oSubject) { oSubject.mAnswer = oSubject.mBags->GetPropertyBagByName(LONG_B); }));
+    oCases.push_back(OnCollection(lByName, "unknown", [](BagsSubject& oSubject) {
+                         oSubject.mAnswer = oSubject.mBags->GetPropertyBagByName(L"x");
                      }).CannotFail());
-    oCases.push_back(
-        OnCollection("QTalBase::PropertyBags::Clone() const", "", [](BagsSubject& o) { o.mClone = o.mBags->Clone(); }));
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::Clone() const", "",
+                                  [](BagsSubject& oSubject) { oSubject.mClone = oSubject.mBags->Clone(); }));
     oCases.push_back(OnCollection("QTalBase::PropertyBags::Serialize(QSerialization::WriteDataStream&) const", "",
-                                  [](BagsSubject& o) {
+                                  [](BagsSubject& oSubject) {
                                       QSerialization::MemoryWriteDataStream lStream;
-                                      o.mBags->Serialize(lStream);
-                                      o.mNumber = static_cast<long>(lStream.GetBytes().size());
+                                      oSubject.mBags->Serialize(lStream);
+                                      oSubject.mNumber = static_cast<long>(lStream.GetBytes().size());
                                   }));
     oCases.push_back(
         OnCollection("QTalBase::PropertyBags::DeSerialize(QSerialization::ReadDataStream&)", "", ReadThreeBags)
             .MayLeave(BeginningsOfBags()));
-    oCases.push_back(OnCollection("QTalBase::PropertyBags::AddRef() const", "", [](BagsSubject& o) {
-                         const BagsPtr lSecond = o.mBags;
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::AddRef() const", "", [](BagsSubject& oSubject) {
+                         const BagsPtr lSecond = oSubject.mBags;
                      }).CannotFail());
     oCases.push_back(On<BagsSubject>(
                          "QTalBase::PropertyBags::Release() const", "the last reference",
@@ -155,7 +158,7 @@ void AddBagCollections(Cases& oCases)
                              lSubject->mClone = ThreeBags()->mBags;
                              return lSubject;
                          },
-                         [](BagsSubject& o) { o.mClone = nullptr; })
+                         [](BagsSubject& oSubject) { oSubject.mClone = nullptr; })
                          .CannotFail());
 }
 
@@ -219,12 +222,14 @@ std::vector<std::wstring> StringsRead(bool iAndAgain)
 
 void AddStringCollections(Cases& oCases)
 {
-    oCases.push_back(OnStrings("QTalBase::CreateSerializableStringCollection()", "",
-                               [](StringsSubject& o) { o.mMade = QTalBase::CreateSerializableStringCollection(); }));
+    oCases.push_back(OnStrings("QTalBase::CreateSerializableStringCollection()", "", [](StringsSubject& oSubject) {
+        oSubject.mMade = QTalBase::CreateSerializableStringCollection();
+    }));
     const char* const lInsert = "QTalBase::SerializableStringCollection::Insert(const wchar_t*)";
-    oCases.push_back(OnStrings(lInsert, "", [](StringsSubject& o) { o.mStrings->Insert(LONG_C); }));
-    oCases.push_back(
-        OnStrings(lInsert, "one of its own", [](StringsSubject& o) { o.mStrings->Insert(o.mStrings->GetString(1)); }));
+    oCases.push_back(OnStrings(lInsert, "", [](StringsSubject& oSubject) { oSubject.mStrings->Insert(LONG_C); }));
+    oCases.push_back(OnStrings(lInsert, "one of its own", [](StringsSubject& oSubject) {
+        oSubject.mStrings->Insert(oSubject.mStrings->GetString(1));
+    }));
     oCases.push_back(On<StringsSubject>(
         "QTalBase::SerializableStringCollection::Insert(const QDataType::StringCollection&)", "",
         [] {
@@ -232,36 +237,39 @@ void AddStringCollections(Cases& oCases)
             lSubject->mAnswer.reset(lSubject->mStrings->GetStringCollection());
             return lSubject;
         },
-        [](StringsSubject& o) { o.mStrings->Insert(*o.mAnswer); }));
-    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::GetCount() const", "", [](StringsSubject& o) {
-                         o.mNumber = static_cast<long>(o.mStrings->GetCount());
-                     }).CannotFail());
+        [](StringsSubject& oSubject) { oSubject.mStrings->Insert(*oSubject.mAnswer); }));
+    oCases.push_back(
+        OnStrings("QTalBase::SerializableStringCollection::GetCount() const", "", [](StringsSubject& oSubject) {
+            oSubject.mNumber = static_cast<long>(oSubject.mStrings->GetCount());
+        }).CannotFail());
     const char* const lGet = "QTalBase::SerializableStringCollection::GetString(unsigned long) const";
-    oCases.push_back(OnStrings(lGet, "", [](StringsSubject& o) {
-                         o.mNumber = static_cast<long>(std::wcslen(o.mStrings->GetString(1)));
+    oCases.push_back(OnStrings(lGet, "", [](StringsSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mStrings->GetString(1)));
                      }).CannotFail());
-    oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { static_cast<void>(o.mStrings->GetString(2)); });
+    oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { static_cast<void>(oSubject.mStrings->GetString(2)); });
     }));
-    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::Clear()", "", [](StringsSubject& o) {
-                         o.mStrings->Clear();
+    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::Clear()", "", [](StringsSubject& oSubject) {
+                         oSubject.mStrings->Clear();
                      }).CannotFail());
-    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::GetStringCollection() const", "",
-                               [](StringsSubject& o) { o.mAnswer.reset(o.mStrings->GetStringCollection()); }));
+    oCases.push_back(
+        OnStrings("QTalBase::SerializableStringCollection::GetStringCollection() const", "",
+                  [](StringsSubject& oSubject) { oSubject.mAnswer.reset(oSubject.mStrings->GetStringCollection()); }));
     oCases.push_back(
         OnStrings("QTalBase::SerializableStringCollection::Serialize(QSerialization::WriteDataStream&) const", "",
-                  [](StringsSubject& o) {
+                  [](StringsSubject& oSubject) {
                       QSerialization::MemoryWriteDataStream lStream;
-                      o.mStrings->Serialize(lStream);
-                      o.mNumber = static_cast<long>(lStream.GetBytes().size());
+                      oSubject.mStrings->Serialize(lStream);
+                      oSubject.mNumber = static_cast<long>(lStream.GetBytes().size());
                   }));
     oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::DeSerialize(QSerialization::ReadDataStream&)",
                                "", ReadTwoStrings)
                          .MayLeave(StringsRead(false))
                          .MayComeLast(StringsRead(true)));
-    oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::AddRef() const", "", [](StringsSubject& o) {
-                         o.mMade = o.mStrings;
-                     }).CannotFail());
+    oCases.push_back(
+        OnStrings("QTalBase::SerializableStringCollection::AddRef() const", "", [](StringsSubject& oSubject) {
+            oSubject.mMade = oSubject.mStrings;
+        }).CannotFail());
     oCases.push_back(On<StringsSubject>(
                          "QTalBase::SerializableStringCollection::Release() const", "the last reference",
                          [] {
@@ -269,7 +277,7 @@ void AddStringCollections(Cases& oCases)
                              lSubject->mMade = TwoStrings()->mStrings;
                              return lSubject;
                          },
-                         [](StringsSubject& o) { o.mMade = nullptr; })
+                         [](StringsSubject& oSubject) { oSubject.mMade = nullptr; })
                          .CannotFail());
 }
 

@@ -50,17 +50,17 @@ template <class Value>
 Case Stringizing(const char* ipType, const Value& iValue)
 {
     return OnText((std::string("QTalBase::Stringize(") + ipType + ")").c_str(),
-                  [iValue](TextSubject& o) { o.mText = QTalBase::Stringize(iValue); });
+                  [iValue](TextSubject& oSubject) { oSubject.mText = QTalBase::Stringize(iValue); });
 }
 
 template <class Value>
 Case UnStringizing(const char* ipType, const wchar_t* ipText)
 {
     return OnText((std::string("QTalBase::UnStringize(wchar_t const*, ") + ipType + "&)").c_str(),
-                  [ipText](TextSubject& o) {
+                  [ipText](TextSubject& oSubject) {
                       Value lValue{};
                       QTalBase::UnStringize(ipText, lValue);
-                      o.mNumber = static_cast<long>(lValue);
+                      oSubject.mNumber = static_cast<long>(lValue);
                   })
         .CannotFail();
 }
@@ -89,22 +89,22 @@ void AddUnStringizing(Cases& oCases)
     oCases.push_back(UnStringizing<bool>("bool", L"true"));
     oCases.push_back(UnStringizing<float>("float", L"12.5"));
     oCases.push_back(UnStringizing<double>("double", L"12.5"));
-    oCases.push_back(OnText("QTalBase::UnStringize(wchar_t const*, _GUID&)", [](TextSubject& o) {
+    oCases.push_back(OnText("QTalBase::UnStringize(wchar_t const*, _GUID&)", [](TextSubject& oSubject) {
                          _GUID lGuid{};
                          QTalBase::UnStringize(L"{00112233-4455-6677-8899-aabbccddeeff}", lGuid);
-                         o.mNumber = lGuid.Data4[7];
+                         oSubject.mNumber = lGuid.Data4[7];
                      }).CannotFail());
     oCases.push_back(OnText("QTalBase::UnStringize(wchar_t const*, QDataType::DateTime&)",
-                            [](TextSubject& o) { QTalBase::UnStringize(gTime, o.mTime); }));
+                            [](TextSubject& oSubject) { QTalBase::UnStringize(gTime, oSubject.mTime); }));
 }
 
 void AddIdentifiers(Cases& oCases)
 {
-    oCases.push_back(OnText("QTalBase::Guid::GenerateUniqueGUID()", [](TextSubject& o) {
-                         o.mNumber = QTalBase::Guid::GenerateUniqueGUID().Data3 >> 12; // its version
+    oCases.push_back(OnText("QTalBase::Guid::GenerateUniqueGUID()", [](TextSubject& oSubject) {
+                         oSubject.mNumber = QTalBase::Guid::GenerateUniqueGUID().Data3 >> 12; // its version
                      }).CannotFail());
-    oCases.push_back(OnText("QTalBase::Guid::GenerateUniqueString()", [](TextSubject& o) {
-        o.mNumber = static_cast<long>(QTalBase::Guid::GenerateUniqueString().GetLength());
+    oCases.push_back(OnText("QTalBase::Guid::GenerateUniqueString()", [](TextSubject& oSubject) {
+        oSubject.mNumber = static_cast<long>(QTalBase::Guid::GenerateUniqueString().GetLength());
     }));
 }
 
@@ -115,9 +115,9 @@ Case Wrapping(const char* ipConstructor)
     const auto lMessage = std::make_shared<QBase::Message>();
     lMessage->SetMessage(LONG_A);
     return OnText(ipConstructor,
-                  [lMessage](TextSubject& o) {
+                  [lMessage](TextSubject& oSubject) {
                       const QBase::ExceptionImpl<Exception> lException(*lMessage);
-                      o.mNumber = static_cast<long>(std::wcslen(lException.GetMessage()));
+                      oSubject.mNumber = static_cast<long>(std::wcslen(lException.GetMessage()));
                   })
         .CannotFail();
 }
@@ -174,14 +174,16 @@ Case OnStart(const char* ipOperation, const char* ipSituation, bool iIsStarted,
 void AddStarts(Cases& oCases)
 {
     const char* const lInitializer = "QTalBase::Initializer::Initializer()";
-    oCases.push_back(OnStart(lInitializer, "the first", false, [](StartSubject& o) { o.mFirst.emplace(); }));
     oCases.push_back(
-        OnStart(lInitializer, "the second", true, [](StartSubject& o) { o.mSecond.emplace(); }).CannotFail());
-    oCases.push_back(OnStart("QTalBase::Initializer::~Initializer()", "the last", true, [](StartSubject& o) {
-                         o.mFirst.reset();
+        OnStart(lInitializer, "the first", false, [](StartSubject& oSubject) { oSubject.mFirst.emplace(); }));
+    oCases.push_back(OnStart(lInitializer, "the second", true, [](StartSubject& oSubject) {
+                         oSubject.mSecond.emplace();
                      }).CannotFail());
-    oCases.push_back(
-        OnStart("QTalBase::ModuleMainBase::ModuleMainBase()", "", false, [](StartSubject& o) { o.mModule.emplace(); }));
+    oCases.push_back(OnStart("QTalBase::Initializer::~Initializer()", "the last", true, [](StartSubject& oSubject) {
+                         oSubject.mFirst.reset();
+                     }).CannotFail());
+    oCases.push_back(OnStart("QTalBase::ModuleMainBase::ModuleMainBase()", "", false,
+                             [](StartSubject& oSubject) { oSubject.mModule.emplace(); }));
 }
 
 } // namespace

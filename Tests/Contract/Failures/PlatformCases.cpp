@@ -63,118 +63,127 @@ Case OnBase(const char* ipOperation, const char* ipSituation, const std::functio
 
 void AddMessages(Cases& oCases)
 {
-    oCases.push_back(OnBase("QBase::Message::Message()", "", [](BaseSubject& o) {
-                         o.mNumber = QBase::Message().GetID();
+    oCases.push_back(OnBase("QBase::Message::Message()", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = QBase::Message().GetID();
                      }).CannotFail());
-    oCases.push_back(OnBase("QBase::Message::Message(QBase::Message const&)", "", [](BaseSubject& o) {
-                         const QBase::Message lCopy = o.mMessage;
-                         o.mNumber = static_cast<long>(std::wcslen(lCopy.GetMessage()));
+    oCases.push_back(OnBase("QBase::Message::Message(QBase::Message const&)", "", [](BaseSubject& oSubject) {
+                         const QBase::Message lCopy = oSubject.mMessage;
+                         oSubject.mNumber = static_cast<long>(std::wcslen(lCopy.GetMessage()));
                      }).CannotFail());
-    oCases.push_back(OnBase("QBase::Message::operator=(QBase::Message const&)", "", [](BaseSubject& o) {
-                         o.mOther = o.mMessage;
+    oCases.push_back(OnBase("QBase::Message::operator=(QBase::Message const&)", "", [](BaseSubject& oSubject) {
+                         oSubject.mOther = oSubject.mMessage;
                      }).CannotFail());
-    oCases.push_back(OnBase("QBase::Message::SetDomainAndID(unsigned short, int)", "", [](BaseSubject& o) {
-                         o.mMessage.SetDomainAndID(1, 2);
+    oCases.push_back(OnBase("QBase::Message::SetDomainAndID(unsigned short, int)", "", [](BaseSubject& oSubject) {
+                         oSubject.mMessage.SetDomainAndID(1, 2);
                      }).CannotFail());
     const char* const lSet = "QBase::Message::SetMessage(wchar_t const*)";
-    oCases.push_back(OnBase(lSet, "", [](BaseSubject& o) { o.mMessage.SetMessage(LONG_A); }));
-    oCases.push_back(
-        OnBase(lSet, "its own", [](BaseSubject& o) { o.mMessage.SetMessage(o.mMessage.GetMessage() + 1); }));
-    oCases.push_back(OnBase(lSet, "null", [](BaseSubject& o) { o.mMessage.SetMessage(nullptr); }));
-    oCases.push_back(OnBase("QBase::Message::GetMessage() const", "", [](BaseSubject& o) {
-                         o.mNumber = static_cast<long>(std::wcslen(o.mMessage.GetMessage()));
+    oCases.push_back(OnBase(lSet, "", [](BaseSubject& oSubject) { oSubject.mMessage.SetMessage(LONG_A); }));
+    oCases.push_back(OnBase(lSet, "its own", [](BaseSubject& oSubject) {
+        oSubject.mMessage.SetMessage(oSubject.mMessage.GetMessage() + 1);
+    }));
+    oCases.push_back(OnBase(lSet, "null", [](BaseSubject& oSubject) { oSubject.mMessage.SetMessage(nullptr); }));
+    oCases.push_back(OnBase("QBase::Message::GetMessage() const", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mMessage.GetMessage()));
                      }).CannotFail());
-    oCases.push_back(OnBase("QBase::Message::GetDomain() const", "", [](BaseSubject& o) {
-                         o.mNumber = o.mMessage.GetDomain();
+    oCases.push_back(OnBase("QBase::Message::GetDomain() const", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = oSubject.mMessage.GetDomain();
                      }).CannotFail());
-    oCases.push_back(OnBase("QBase::Message::GetID() const", "", [](BaseSubject& o) {
-                         o.mNumber = o.mMessage.GetID();
+    oCases.push_back(OnBase("QBase::Message::GetID() const", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = oSubject.mMessage.GetID();
                      }).CannotFail());
-    oCases.push_back(
-        OnBase("QSerialization::StreamException::StreamException(QBase::Message const&)", "thrown", [](BaseSubject& o) {
-            o.mNumber =
-                LengthOfRefusal([&] { throw QBase::ExceptionImpl<QSerialization::StreamException>(o.mMessage); });
-        }).CannotFail());
+    oCases.push_back(OnBase("QSerialization::StreamException::StreamException(QBase::Message const&)", "thrown",
+                            [](BaseSubject& oSubject) {
+                                oSubject.mNumber = LengthOfRefusal([&] {
+                                    throw QBase::ExceptionImpl<QSerialization::StreamException>(oSubject.mMessage);
+                                });
+                            })
+                         .CannotFail());
 }
 
 void AddTexts(Cases& oCases)
 {
     const char* const lFromText = "QBase::ReturnWString::ReturnWString(const wchar_t*)";
-    oCases.push_back(OnBase(lFromText, "", [](BaseSubject& o) { o.mText = QBase::ReturnWString(LONG_A); }));
-    oCases.push_back(OnBase(lFromText, "null", [](BaseSubject& o) {
-                         o.mText = QBase::ReturnWString(static_cast<const wchar_t*>(nullptr));
+    oCases.push_back(
+        OnBase(lFromText, "", [](BaseSubject& oSubject) { oSubject.mText = QBase::ReturnWString(LONG_A); }));
+    oCases.push_back(OnBase(lFromText, "null", [](BaseSubject& oSubject) {
+                         oSubject.mText = QBase::ReturnWString(static_cast<const wchar_t*>(nullptr));
                      }).CannotFail());
     oCases.push_back(OnBase("QBase::ReturnWString::ReturnWString(const wchar_t*, std::size_t)", "",
-                            [](BaseSubject& o) { o.mText = QBase::ReturnWString(LONG_A, 30); }));
-    oCases.push_back(OnBase("QBase::ReturnWString::ReturnWString(std::__cxx11::basic_string<wchar_t, "
-                            "std::char_traits<wchar_t>, std::allocator<wchar_t> >&&)",
-                            "", [](BaseSubject& o) { o.mText = QBase::ReturnWString(std::move(o.mWide)); })
-                         .CannotFail());
+                            [](BaseSubject& oSubject) { oSubject.mText = QBase::ReturnWString(LONG_A, 30); }));
+    oCases.push_back(
+        OnBase("QBase::ReturnWString::ReturnWString(std::__cxx11::basic_string<wchar_t, "
+               "std::char_traits<wchar_t>, std::allocator<wchar_t> >&&)",
+               "", [](BaseSubject& oSubject) { oSubject.mText = QBase::ReturnWString(std::move(oSubject.mWide)); })
+            .CannotFail());
     oCases.push_back(OnBase("QBase::ReturnWString::ReturnWString(const ReturnWString&)", "",
-                            [](BaseSubject& o) { const QBase::ReturnWString lCopy(o.mSource); }));
+                            [](BaseSubject& oSubject) { const QBase::ReturnWString lCopy(oSubject.mSource); }));
     oCases.push_back(OnBase("QBase::ReturnWString::operator=(const ReturnWString&)", "",
-                            [](BaseSubject& o) { o.mText = o.mSource; }));
-    oCases.push_back(OnBase("QBase::ReturnWString::operator=(ReturnWString&&)", "", [](BaseSubject& o) {
-                         o.mText = std::move(o.mSource);
+                            [](BaseSubject& oSubject) { oSubject.mText = oSubject.mSource; }));
+    oCases.push_back(OnBase("QBase::ReturnWString::operator=(ReturnWString&&)", "", [](BaseSubject& oSubject) {
+                         oSubject.mText = std::move(oSubject.mSource);
                      }).CannotFail());
 }
 
 void AddConversions(Cases& oCases)
 {
     oCases.push_back(OnBase("QBase::ToDecimalWString(int)", "",
-                            [](BaseSubject& o) { o.mText = QBase::ToDecimalWString(-2147483647 - 1); }));
-    oCases.push_back(OnBase("QBase::DecimalToInt(wchar_t const*)", "", [](BaseSubject& o) {
-                         o.mNumber = QBase::DecimalToInt(L" -2147483648x");
+                            [](BaseSubject& oSubject) { oSubject.mText = QBase::ToDecimalWString(-2147483647 - 1); }));
+    oCases.push_back(OnBase("QBase::DecimalToInt(wchar_t const*)", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = QBase::DecimalToInt(L" -2147483648x");
                      }).CannotFail());
     const char* const lToUTF8 = "QBase::WideCharToUTF8[abi:cxx11](wchar_t const*, bool)";
     const char* const lFromUTF8 =
         "QBase::UTF8ToWideChar[abi:cxx11](std::basic_string_view<char, std::char_traits<char> >, bool)";
-    oCases.push_back(OnBase(lToUTF8, "", [](BaseSubject& o) { o.mNarrow = QBase::WideCharToUTF8(LONG_A, true); }));
-    oCases.push_back(OnBase(lToUTF8, "refused", [](BaseSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mNarrow = QBase::WideCharToUTF8(L"a\xD800", true); });
+    oCases.push_back(
+        OnBase(lToUTF8, "", [](BaseSubject& oSubject) { oSubject.mNarrow = QBase::WideCharToUTF8(LONG_A, true); }));
+    oCases.push_back(OnBase(lToUTF8, "refused", [](BaseSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mNarrow = QBase::WideCharToUTF8(L"a\xD800", true); });
     }));
-    oCases.push_back(OnBase(lFromUTF8, "", [](BaseSubject& o) {
-        o.mWide = QBase::UTF8ToWideChar("a text that is longer than a string object", true);
+    oCases.push_back(OnBase(lFromUTF8, "", [](BaseSubject& oSubject) {
+        oSubject.mWide = QBase::UTF8ToWideChar("a text that is longer than a string object", true);
     }));
-    oCases.push_back(OnBase(lFromUTF8, "refused", [](BaseSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mWide = QBase::UTF8ToWideChar("\xFF", true); });
+    oCases.push_back(OnBase(lFromUTF8, "refused", [](BaseSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mWide = QBase::UTF8ToWideChar("\xFF", true); });
     }));
 }
 
 void AddIdentifiersAndTimes(Cases& oCases)
 {
-    oCases.push_back(OnBase("QBase::CreateGUID(_GUID&)", "", [](BaseSubject& o) {
+    oCases.push_back(OnBase("QBase::CreateGUID(_GUID&)", "", [](BaseSubject& oSubject) {
                          _GUID lGuid{};
                          QBase::CreateGUID(lGuid);
-                         o.mNumber = lGuid.Data3 >> 12; // its version
+                         oSubject.mNumber = lGuid.Data3 >> 12; // its version
                      }).CannotFail());
-    oCases.push_back(
-        OnBase("QBase::Guid2String(_GUID const&)", "", [](BaseSubject& o) { o.mText = QBase::Guid2String(_GUID{}); }));
-    oCases.push_back(OnBase("QBase::String2Guid(_GUID&, wchar_t const*)", "", [](BaseSubject& o) {
+    oCases.push_back(OnBase("QBase::Guid2String(_GUID const&)", "",
+                            [](BaseSubject& oSubject) { oSubject.mText = QBase::Guid2String(_GUID{}); }));
+    oCases.push_back(OnBase("QBase::String2Guid(_GUID&, wchar_t const*)", "", [](BaseSubject& oSubject) {
                          _GUID lGuid{};
-                         o.mNumber = QBase::String2Guid(lGuid, L"00112233-4455-6677-8899-aabbccddeeff") ? 1 : 0;
+                         oSubject.mNumber = QBase::String2Guid(lGuid, L"00112233-4455-6677-8899-aabbccddeeff") ? 1 : 0;
                      }).CannotFail());
-    oCases.push_back(OnBase("QDataType::DateTime::DateTime()", "", [](BaseSubject& o) {
-                         o.mTime = QDataType::DateTime();
+    oCases.push_back(OnBase("QDataType::DateTime::DateTime()", "", [](BaseSubject& oSubject) {
+                         oSubject.mTime = QDataType::DateTime();
                      }).CannotFail());
-    oCases.push_back(
-        OnBase("QDataType::DateTime::DateTime(std::chrono::time_point<std::chrono::_V2::system_clock, "
-               "std::chrono::duration<long, std::ratio<1l, 1000000l> > >)",
-               "", [](BaseSubject& o) { o.mTime = QDataType::DateTime::TimePoint(std::chrono::microseconds(1)); })
-            .CannotFail());
-    oCases.push_back(OnBase("QDataType::DateTime::Now()", "", [](BaseSubject& o) {
-                         o.mNumber = QDataType::DateTime::Now() > QDataType::DateTime() ? 1 : 0;
-                     }).CannotFail());
-    oCases.push_back(OnBase("QDataType::DateTime::ToTimePoint() const", "", [](BaseSubject& o) {
-                         o.mNumber = o.mTime.ToTimePoint().time_since_epoch().count();
-                     }).CannotFail());
-    oCases.push_back(
-        OnBase("QDataType::DateTime::ToWString() const", "", [](BaseSubject& o) { o.mText = o.mTime.ToWString(); }));
-    const auto lText = std::make_shared<std::string>("2026-11-21T02:49:00.000001Z");
-    oCases.push_back(OnBase("QDataType::DateTime::FromString(std::__cxx11::basic_string<char, std::char_traits<char>, "
-                            "std::allocator<char> > const&)",
-                            "", [lText](BaseSubject& o) { o.mNumber = o.mTime.FromString(*lText) ? 1 : 0; })
+    oCases.push_back(OnBase("QDataType::DateTime::DateTime(std::chrono::time_point<std::chrono::_V2::system_clock, "
+                            "std::chrono::duration<long, std::ratio<1l, 1000000l> > >)",
+                            "",
+                            [](BaseSubject& oSubject) {
+                                oSubject.mTime = QDataType::DateTime::TimePoint(std::chrono::microseconds(1));
+                            })
                          .CannotFail());
+    oCases.push_back(OnBase("QDataType::DateTime::Now()", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = QDataType::DateTime::Now() > QDataType::DateTime() ? 1 : 0;
+                     }).CannotFail());
+    oCases.push_back(OnBase("QDataType::DateTime::ToTimePoint() const", "", [](BaseSubject& oSubject) {
+                         oSubject.mNumber = oSubject.mTime.ToTimePoint().time_since_epoch().count();
+                     }).CannotFail());
+    oCases.push_back(OnBase("QDataType::DateTime::ToWString() const", "",
+                            [](BaseSubject& oSubject) { oSubject.mText = oSubject.mTime.ToWString(); }));
+    const auto lText = std::make_shared<std::string>("2026-11-21T02:49:00.000001Z");
+    oCases.push_back(
+        OnBase("QDataType::DateTime::FromString(std::__cxx11::basic_string<char, std::char_traits<char>, "
+               "std::allocator<char> > const&)",
+               "", [lText](BaseSubject& oSubject) { oSubject.mNumber = oSubject.mTime.FromString(*lText) ? 1 : 0; })
+            .CannotFail());
 }
 
 struct StringsSubject
@@ -214,26 +223,28 @@ Case OnStrings(const char* ipOperation, const char* ipSituation, const std::func
 
 void AddStringCollections(Cases& oCases)
 {
-    oCases.push_back(OnStrings("QDataType::CreateStringCollection()", "",
-                               [](StringsSubject& o) { o.mMade.reset(QDataType::CreateStringCollection()); }));
+    oCases.push_back(OnStrings("QDataType::CreateStringCollection()", "", [](StringsSubject& oSubject) {
+        oSubject.mMade.reset(QDataType::CreateStringCollection());
+    }));
     const char* const lInsert = "QDataType::StringCollection::Insert(const wchar_t*)";
-    oCases.push_back(OnStrings(lInsert, "", [](StringsSubject& o) { o.mStrings->Insert(LONG_C); }));
-    oCases.push_back(
-        OnStrings(lInsert, "its own", [](StringsSubject& o) { o.mStrings->Insert(o.mStrings->GetString(0)); }));
+    oCases.push_back(OnStrings(lInsert, "", [](StringsSubject& oSubject) { oSubject.mStrings->Insert(LONG_C); }));
+    oCases.push_back(OnStrings(lInsert, "its own", [](StringsSubject& oSubject) {
+        oSubject.mStrings->Insert(oSubject.mStrings->GetString(0));
+    }));
     oCases.push_back(OnStrings("QDataType::StringCollection::Insert(const QDataType::StringCollection&)", "itself",
-                               [](StringsSubject& o) { o.mStrings->Insert(*o.mStrings); }));
-    oCases.push_back(OnStrings("QDataType::StringCollection::GetCount() const", "", [](StringsSubject& o) {
-                         o.mNumber = static_cast<long>(o.mStrings->GetCount());
+                               [](StringsSubject& oSubject) { oSubject.mStrings->Insert(*oSubject.mStrings); }));
+    oCases.push_back(OnStrings("QDataType::StringCollection::GetCount() const", "", [](StringsSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(oSubject.mStrings->GetCount());
                      }).CannotFail());
     const char* const lGet = "QDataType::StringCollection::GetString(unsigned long) const";
-    oCases.push_back(OnStrings(lGet, "", [](StringsSubject& o) {
-                         o.mNumber = static_cast<long>(std::wcslen(o.mStrings->GetString(1)));
+    oCases.push_back(OnStrings(lGet, "", [](StringsSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mStrings->GetString(1)));
                      }).CannotFail());
-    oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { static_cast<void>(o.mStrings->GetString(2)); });
+    oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { static_cast<void>(oSubject.mStrings->GetString(2)); });
     }));
-    oCases.push_back(OnStrings("QDataType::StringCollection::Clear()", "", [](StringsSubject& o) {
-                         o.mStrings->Clear();
+    oCases.push_back(OnStrings("QDataType::StringCollection::Clear()", "", [](StringsSubject& oSubject) {
+                         oSubject.mStrings->Clear();
                      }).CannotFail());
 }
 
@@ -268,32 +279,36 @@ Case OnRouter(const char* ipOperation, const std::function<void(RouterSubject&)>
 
 void AddRouters(Cases& oCases)
 {
-    oCases.push_back(OnRouter("QLog::CreateRouter(char const*, char const*, int)", [](RouterSubject& o) {
-        o.mSecond = QLog::CreateRouter("a module whose name is longer than a string",
-                                       "a level whose name is longer than a string", 1);
+    oCases.push_back(OnRouter("QLog::CreateRouter(char const*, char const*, int)", [](RouterSubject& oSubject) {
+        oSubject.mSecond = QLog::CreateRouter("a module whose name is longer than a string",
+                                              "a level whose name is longer than a string", 1);
     }));
-    oCases.push_back(
-        OnRouter("QLog::Router::AddRef() const", [](RouterSubject& o) { o.mSecond = o.mRouter; }).CannotFail());
-    oCases.push_back(
-        OnRouter("QLog::Router::Release() const", [](RouterSubject& o) { o.mRouter = nullptr; }).CannotFail());
-    oCases.push_back(OnRouter("QLog::Router::GetModule() const", [](RouterSubject& o) {
-                         o.mNumber = o.mRouter->GetModule()[0];
+    oCases.push_back(OnRouter("QLog::Router::AddRef() const", [](RouterSubject& oSubject) {
+                         oSubject.mSecond = oSubject.mRouter;
                      }).CannotFail());
-    oCases.push_back(OnRouter("QLog::Router::GetLevel() const", [](RouterSubject& o) {
-                         o.mNumber = o.mRouter->GetLevel()[0];
+    oCases.push_back(OnRouter("QLog::Router::Release() const", [](RouterSubject& oSubject) {
+                         oSubject.mRouter = nullptr;
                      }).CannotFail());
-    oCases.push_back(OnRouter("QLog::Router::GetCategory() const", [](RouterSubject& o) {
-                         o.mNumber = o.mRouter->GetCategory();
+    oCases.push_back(OnRouter("QLog::Router::GetModule() const", [](RouterSubject& oSubject) {
+                         oSubject.mNumber = oSubject.mRouter->GetModule()[0];
                      }).CannotFail());
-    oCases.push_back(
-        OnRouter("QLog::Initializer::Initializer()", [](RouterSubject& o) { o.mLog.emplace(); }).CannotFail());
-    oCases.push_back(
-        OnRouter("QSynch::Initializer::Initializer()", [](RouterSubject& o) { o.mSynch.emplace(); }).CannotFail());
-    oCases.push_back(OnRouter("QLog::Initializer::GetCount()", [](RouterSubject& o) {
-                         o.mNumber = QLog::Initializer::GetCount();
+    oCases.push_back(OnRouter("QLog::Router::GetLevel() const", [](RouterSubject& oSubject) {
+                         oSubject.mNumber = oSubject.mRouter->GetLevel()[0];
                      }).CannotFail());
-    oCases.push_back(OnRouter("QSynch::Initializer::GetCount()", [](RouterSubject& o) {
-                         o.mNumber = QSynch::Initializer::GetCount();
+    oCases.push_back(OnRouter("QLog::Router::GetCategory() const", [](RouterSubject& oSubject) {
+                         oSubject.mNumber = oSubject.mRouter->GetCategory();
+                     }).CannotFail());
+    oCases.push_back(OnRouter("QLog::Initializer::Initializer()", [](RouterSubject& oSubject) {
+                         oSubject.mLog.emplace();
+                     }).CannotFail());
+    oCases.push_back(OnRouter("QSynch::Initializer::Initializer()", [](RouterSubject& oSubject) {
+                         oSubject.mSynch.emplace();
+                     }).CannotFail());
+    oCases.push_back(OnRouter("QLog::Initializer::GetCount()", [](RouterSubject& oSubject) {
+                         oSubject.mNumber = QLog::Initializer::GetCount();
+                     }).CannotFail());
+    oCases.push_back(OnRouter("QSynch::Initializer::GetCount()", [](RouterSubject& oSubject) {
+                         oSubject.mNumber = QSynch::Initializer::GetCount();
                      }).CannotFail());
 }
 
@@ -352,45 +367,49 @@ Case OnStream(const char* ipOperation, const std::function<void(StreamSubject&)>
 void AddStreams(Cases& oCases)
 {
     StreamSubject::Bytes();
-    oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::MemoryWriteDataStream()", [](StreamSubject& o) {
-                         o.mNumber = static_cast<long>(QSerialization::MemoryWriteDataStream().GetBytes().size());
-                     }).CannotFail());
+    oCases.push_back(
+        OnStream("QSerialization::MemoryWriteDataStream::MemoryWriteDataStream()", [](StreamSubject& oSubject) {
+            oSubject.mNumber = static_cast<long>(QSerialization::MemoryWriteDataStream().GetBytes().size());
+        }).CannotFail());
     oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::WriteWString(wchar_t const*)",
-                              [](StreamSubject& o) { o.mWritten.WriteWString(LONG_A); }));
+                              [](StreamSubject& oSubject) { oSubject.mWritten.WriteWString(LONG_A); }));
     oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::WriteBool(bool)",
-                              [](StreamSubject& o) { o.mWritten.WriteBool(true); }));
+                              [](StreamSubject& oSubject) { oSubject.mWritten.WriteBool(true); }));
     oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::WriteUInt32(unsigned int)",
-                              [](StreamSubject& o) { o.mWritten.WriteUInt32(1); }));
+                              [](StreamSubject& oSubject) { oSubject.mWritten.WriteUInt32(1); }));
     oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::WriteUInt64(unsigned long)",
-                              [](StreamSubject& o) { o.mWritten.WriteUInt64(1); }));
-    oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::GetBytes() const", [](StreamSubject& o) {
-                         o.mNumber = static_cast<long>(o.mWritten.GetBytes().size());
+                              [](StreamSubject& oSubject) { oSubject.mWritten.WriteUInt64(1); }));
+    oCases.push_back(OnStream("QSerialization::MemoryWriteDataStream::GetBytes() const", [](StreamSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(oSubject.mWritten.GetBytes().size());
                      }).CannotFail());
     oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::MemoryReadDataStream(void const*, unsigned long)",
-                              [](StreamSubject& o) {
-                                  o.mNumber = static_cast<long>(
+                              [](StreamSubject& oSubject) {
+                                  oSubject.mNumber = static_cast<long>(
                                       QSerialization::MemoryReadDataStream(nullptr, 0).GetRemaining());
                               })
                          .CannotFail());
     oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::ReadWString()",
-                              [](StreamSubject& o) { o.mText = o.mRead.ReadWString(); }));
-    oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::ReadBool(bool&)", [](StreamSubject& o) {
+                              [](StreamSubject& oSubject) { oSubject.mText = oSubject.mRead.ReadWString(); }));
+    oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::ReadBool(bool&)", [](StreamSubject& oSubject) {
         bool lFlag = false;
-        o.mNumber = LengthOfRefusal([&] { o.mRead.ReadBool(lFlag); }); // the first byte is no flag
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mRead.ReadBool(lFlag); }); // the first byte is no flag
     }));
-    oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::ReadUInt32(unsigned int&)", [](StreamSubject& o) {
-                         unsigned int lNumber = 0;
-                         o.mRead.ReadUInt32(lNumber);
-                         o.mNumber = static_cast<long>(lNumber);
-                     }).CannotFail());
-    oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::ReadUInt64(unsigned long&)", [](StreamSubject& o) {
-                         unsigned long lNumber = 0;
-                         o.mRead.ReadUInt64(lNumber);
-                         o.mNumber = static_cast<long>(lNumber);
-                     }).CannotFail());
-    oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::GetRemaining() const", [](StreamSubject& o) {
-                         o.mNumber = static_cast<long>(o.mRead.GetRemaining());
-                     }).CannotFail());
+    oCases.push_back(
+        OnStream("QSerialization::MemoryReadDataStream::ReadUInt32(unsigned int&)", [](StreamSubject& oSubject) {
+            unsigned int lNumber = 0;
+            oSubject.mRead.ReadUInt32(lNumber);
+            oSubject.mNumber = static_cast<long>(lNumber);
+        }).CannotFail());
+    oCases.push_back(
+        OnStream("QSerialization::MemoryReadDataStream::ReadUInt64(unsigned long&)", [](StreamSubject& oSubject) {
+            unsigned long lNumber = 0;
+            oSubject.mRead.ReadUInt64(lNumber);
+            oSubject.mNumber = static_cast<long>(lNumber);
+        }).CannotFail());
+    oCases.push_back(
+        OnStream("QSerialization::MemoryReadDataStream::GetRemaining() const", [](StreamSubject& oSubject) {
+            oSubject.mNumber = static_cast<long>(oSubject.mRead.GetRemaining());
+        }).CannotFail());
 }
 
 } // namespace

@@ -93,24 +93,25 @@ void WriteAndRead(EntriesSubject& oSubject)
 Cases MakeTemplateCases()
 {
     Cases lCases;
-    lCases.push_back(OnEntries("operator<<(WriteDataStream&, const std::vector<Entry>&)", [](EntriesSubject& o) {
+    lCases.push_back(OnEntries("operator<<(WriteDataStream&, const std::vector<Entry>&)", [](EntriesSubject& oSubject) {
         QSerialization::MemoryWriteDataStream lStream;
-        lStream << o.mEntries;
-        o.mNumber = static_cast<long>(lStream.GetBytes().size());
+        lStream << oSubject.mEntries;
+        oSubject.mNumber = static_cast<long>(lStream.GetBytes().size());
     }));
     lCases.push_back(
         OnEntries("operator>>(ReadDataStream&, std::vector<Entry>&)", WriteAndRead).MayLeave(Beginnings()));
-    lCases.push_back(
-        OnEntries("QSerialization::operator>>(ReadDataStream&, SmartPtrI<const PropertyBag>&)", [](EntriesSubject& o) {
-            const unsigned char lAbsent[] = {0};
-            QSerialization::MemoryReadDataStream lStream(lAbsent, sizeof lAbsent);
-            QSerialization::operator>>(lStream, o.mEntries.back().second);
-        }).CannotFail());
-    lCases.push_back(OnEntries("QClone::Clear(std::vector<Entry>&)", [](EntriesSubject& o) {
-                         QClone::Clear(o.mEntries);
+    lCases.push_back(OnEntries("QSerialization::operator>>(ReadDataStream&, SmartPtrI<const PropertyBag>&)",
+                               [](EntriesSubject& oSubject) {
+                                   const unsigned char lAbsent[] = {0};
+                                   QSerialization::MemoryReadDataStream lStream(lAbsent, sizeof lAbsent);
+                                   QSerialization::operator>>(lStream, oSubject.mEntries.back().second);
+                               })
+                         .CannotFail());
+    lCases.push_back(OnEntries("QClone::Clear(std::vector<Entry>&)", [](EntriesSubject& oSubject) {
+                         QClone::Clear(oSubject.mEntries);
                      }).CannotFail());
-    lCases.push_back(OnEntries("QClone::Deep(std::vector<Entry>&, std::vector<Entry>)", [](EntriesSubject& o) {
-                         QClone::Deep(o.mDestination, o.mEntries);
+    lCases.push_back(OnEntries("QClone::Deep(std::vector<Entry>&, std::vector<Entry>)", [](EntriesSubject& oSubject) {
+                         QClone::Deep(oSubject.mDestination, oSubject.mEntries);
                      }).MayLeave(Beginnings()));
     return lCases;
 }

@@ -56,39 +56,41 @@ Case OnBuffer(const char* ipOperation, const char* ipSituation, const std::funct
 void AddBuffers(Cases& oCases)
 {
     oCases.push_back(OnBuffer("QTalBase::CreateBufferedWString()", "",
-                              [](BufferSubject& o) { o.mMade = QTalBase::CreateBufferedWString(); }));
+                              [](BufferSubject& oSubject) { oSubject.mMade = QTalBase::CreateBufferedWString(); }));
     const char* const lCreate = "QTalBase::CreateBufferedWString(unsigned long, unsigned long)";
-    oCases.push_back(
-        OnBuffer(lCreate, "", [](BufferSubject& o) { o.mMade = QTalBase::CreateBufferedWString(100, 0); }));
-    oCases.push_back(OnBuffer(lCreate, "both 0", [](BufferSubject& o) {
+    oCases.push_back(OnBuffer(
+        lCreate, "", [](BufferSubject& oSubject) { oSubject.mMade = QTalBase::CreateBufferedWString(100, 0); }));
+    oCases.push_back(OnBuffer(lCreate, "both 0", [](BufferSubject& oSubject) {
         try
         {
-            o.mMade = QTalBase::CreateBufferedWString(0, 0);
+            oSubject.mMade = QTalBase::CreateBufferedWString(0, 0);
         }
         catch (const std::invalid_argument&)
         {
-            o.mNumber = 1;
+            oSubject.mNumber = 1;
         }
     }));
     const char* const lAppend = "QTalBase::BufferedWString::operator+=(const wchar_t*)";
-    oCases.push_back(OnBuffer(lAppend, "", [](BufferSubject& o) { *o.mBuffer += L"defg"; }));
-    oCases.push_back(OnBuffer(lAppend, "what fits", [](BufferSubject& o) { *o.mBuffer += L"d"; }).CannotFail());
-    oCases.push_back(OnBuffer(lAppend, "its own text", [](BufferSubject& o) { *o.mBuffer += o.mBuffer->c_str(); }));
+    oCases.push_back(OnBuffer(lAppend, "", [](BufferSubject& oSubject) { *oSubject.mBuffer += L"defg"; }));
+    oCases.push_back(
+        OnBuffer(lAppend, "what fits", [](BufferSubject& oSubject) { *oSubject.mBuffer += L"d"; }).CannotFail());
+    oCases.push_back(OnBuffer(lAppend, "its own text",
+                              [](BufferSubject& oSubject) { *oSubject.mBuffer += oSubject.mBuffer->c_str(); }));
     oCases.push_back(OnBuffer("QTalBase::BufferedWString::operator+=(const std::wstring&)", "",
-                              [](BufferSubject& o) { *o.mBuffer += o.mText; }));
+                              [](BufferSubject& oSubject) { *oSubject.mBuffer += oSubject.mText; }));
     oCases.push_back(OnBuffer("QTalBase::BufferedWString::operator+=(const QBase::ReturnWString&)", "",
-                              [](BufferSubject& o) { *o.mBuffer += o.mReturned; }));
-    oCases.push_back(OnBuffer("QTalBase::BufferedWString::c_str() const", "", [](BufferSubject& o) {
-                         o.mNumber = static_cast<long>(*o.mBuffer->c_str());
+                              [](BufferSubject& oSubject) { *oSubject.mBuffer += oSubject.mReturned; }));
+    oCases.push_back(OnBuffer("QTalBase::BufferedWString::c_str() const", "", [](BufferSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(*oSubject.mBuffer->c_str());
                      }).CannotFail());
-    oCases.push_back(OnBuffer("QTalBase::BufferedWString::size() const", "", [](BufferSubject& o) {
-                         o.mNumber = static_cast<long>(o.mBuffer->size());
+    oCases.push_back(OnBuffer("QTalBase::BufferedWString::size() const", "", [](BufferSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(oSubject.mBuffer->size());
                      }).CannotFail());
-    oCases.push_back(OnBuffer("QTalBase::BufferedWString::capacity() const", "", [](BufferSubject& o) {
-                         o.mNumber = static_cast<long>(o.mBuffer->capacity());
+    oCases.push_back(OnBuffer("QTalBase::BufferedWString::capacity() const", "", [](BufferSubject& oSubject) {
+                         oSubject.mNumber = static_cast<long>(oSubject.mBuffer->capacity());
                      }).CannotFail());
-    oCases.push_back(OnBuffer("QTalBase::BufferedWString::AddRef() const", "", [](BufferSubject& o) {
-                         o.mMade = o.mBuffer;
+    oCases.push_back(OnBuffer("QTalBase::BufferedWString::AddRef() const", "", [](BufferSubject& oSubject) {
+                         oSubject.mMade = oSubject.mBuffer;
                      }).CannotFail());
     oCases.push_back(On<BufferSubject>(
                          "QTalBase::BufferedWString::Release() const", "the last reference",
@@ -97,7 +99,7 @@ void AddBuffers(Cases& oCases)
                              lSubject->mMade = QTalBase::CreateBufferedWString(4, 3);
                              return lSubject;
                          },
-                         [](BufferSubject& o) { o.mMade = nullptr; })
+                         [](BufferSubject& oSubject) { oSubject.mMade = nullptr; })
                          .CannotFail());
 }
 
@@ -155,22 +157,26 @@ Case OnWindow(const char* ipOperation, const char* ipSituation, const std::funct
 void AddWindowBlocks(Cases& oCases)
 {
     oCases.push_back(OnWindow("QTalBase::CreateDeliveryWindow()", "",
-                              [](WindowSubject& o) { o.mAnswer = QTalBase::CreateDeliveryWindow(); }));
+                              [](WindowSubject& oSubject) { oSubject.mAnswer = QTalBase::CreateDeliveryWindow(); }));
     const char* const lDisable = "QTalBase::DeliveryWindow::DisableTimeBlock(unsigned int, unsigned int)";
     const char* const lEnable = "QTalBase::DeliveryWindow::EnableTimeBlock(unsigned int, unsigned int)";
-    oCases.push_back(OnWindow(lDisable, "", [](WindowSubject& o) { o.mWindow->DisableTimeBlock(22, 2); }).CannotFail());
-    oCases.push_back(OnWindow(lEnable, "", [](WindowSubject& o) { o.mWindow->EnableTimeBlock(9, 17); }).CannotFail());
-    oCases.push_back(OnWindow(lDisable, "out of range", [](WindowSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mWindow->DisableTimeBlock(0, 24); });
-    }));
-    oCases.push_back(OnWindow(lEnable, "out of range", [](WindowSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mWindow->EnableTimeBlock(24, 0); });
-    }));
-    oCases.push_back(OnWindow("QTalBase::DeliveryWindow::IsEnabled(unsigned int) const", "", [](WindowSubject& o) {
-                         o.mNumber = o.mWindow->IsEnabled(99) ? 1 : 0;
+    oCases.push_back(OnWindow(lDisable, "", [](WindowSubject& oSubject) {
+                         oSubject.mWindow->DisableTimeBlock(22, 2);
                      }).CannotFail());
-    oCases.push_back(OnWindow("QTalBase::DeliveryWindow::AddRef() const", "", [](WindowSubject& o) {
-                         o.mAnswer = o.mWindow;
+    oCases.push_back(
+        OnWindow(lEnable, "", [](WindowSubject& oSubject) { oSubject.mWindow->EnableTimeBlock(9, 17); }).CannotFail());
+    oCases.push_back(OnWindow(lDisable, "out of range", [](WindowSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mWindow->DisableTimeBlock(0, 24); });
+    }));
+    oCases.push_back(OnWindow(lEnable, "out of range", [](WindowSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mWindow->EnableTimeBlock(24, 0); });
+    }));
+    oCases.push_back(
+        OnWindow("QTalBase::DeliveryWindow::IsEnabled(unsigned int) const", "", [](WindowSubject& oSubject) {
+            oSubject.mNumber = oSubject.mWindow->IsEnabled(99) ? 1 : 0;
+        }).CannotFail());
+    oCases.push_back(OnWindow("QTalBase::DeliveryWindow::AddRef() const", "", [](WindowSubject& oSubject) {
+                         oSubject.mAnswer = oSubject.mWindow;
                      }).CannotFail());
     oCases.push_back(On<WindowSubject>(
                          "QTalBase::DeliveryWindow::Release() const", "the last reference",
@@ -179,31 +185,34 @@ void AddWindowBlocks(Cases& oCases)
                              lSubject->mAnswer = Noon()->mWindow;
                              return lSubject;
                          },
-                         [](WindowSubject& o) { o.mAnswer = nullptr; })
+                         [](WindowSubject& oSubject) { oSubject.mAnswer = nullptr; })
                          .CannotFail());
 }
 
 void AddWindowForms(Cases& oCases)
 {
     oCases.push_back(OnWindow("QTalBase::DeliveryWindow::Clone() const", "",
-                              [](WindowSubject& o) { o.mAnswer = o.mWindow->Clone(); }));
+                              [](WindowSubject& oSubject) { oSubject.mAnswer = oSubject.mWindow->Clone(); }));
     const char* const lToBag = "QTalBase::DeliveryWindow::SerializeToPropertyBag(const wchar_t*, const wchar_t*, const "
                                "wchar_t*) const";
-    oCases.push_back(OnWindow(lToBag, "", [](WindowSubject& o) {
-        o.mBag = o.mWindow->SerializeToPropertyBag(LONG_A, LONG_BEGIN, LONG_END);
+    oCases.push_back(OnWindow(lToBag, "", [](WindowSubject& oSubject) {
+        oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, LONG_BEGIN, LONG_END);
     }));
-    oCases.push_back(OnWindow(lToBag, "an invalid pair", [](WindowSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mBag = o.mWindow->SerializeToPropertyBag(LONG_A, L"x", L"x"); });
+    oCases.push_back(OnWindow(lToBag, "an invalid pair", [](WindowSubject& oSubject) {
+        oSubject.mNumber =
+            LengthOfRefusal([&] { oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, L"x", L"x"); });
     }));
-    oCases.push_back(OnWindow(lToBag, "a prefix with a delimiter", [](WindowSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mBag = o.mWindow->SerializeToPropertyBag(LONG_A, L"the", L"]"); });
+    oCases.push_back(OnWindow(lToBag, "a prefix with a delimiter", [](WindowSubject& oSubject) {
+        oSubject.mNumber =
+            LengthOfRefusal([&] { oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, L"the", L"]"); });
     }));
     const char* const lFromBag = "QTalBase::DeliveryWindow::DeSerializeFromPropertyBag(const wchar_t*, const "
                                  "QTalBase::PropertyBag*)";
     const auto lRead = [](const wchar_t* ipPrefix, bool iWithBag) {
-        return [=](WindowSubject& o) {
-            o.mNumber = LengthOfRefusal(
-                [&] { o.mWindow->DeSerializeFromPropertyBag(ipPrefix, iWithBag ? o.mBag.get() : nullptr); });
+        return [=](WindowSubject& oSubject) {
+            oSubject.mNumber = LengthOfRefusal([&] {
+                oSubject.mWindow->DeSerializeFromPropertyBag(ipPrefix, iWithBag ? oSubject.mBag.get() : nullptr);
+            });
         };
     };
     oCases.push_back(OnWindow(lFromBag, "", lRead(LONG_A, true)));
@@ -212,17 +221,18 @@ void AddWindowForms(Cases& oCases)
     oCases.push_back(OnWindow(lFromBag, "unknown", lRead(L"x", true)));
     oCases.push_back(OnWindow(lFromBag, "no bag", lRead(LONG_A, false)));
     oCases.push_back(OnWindow("QTalBase::DeliveryWindow::Serialize(QSerialization::WriteDataStream&) const", "",
-                              [](WindowSubject& o) {
+                              [](WindowSubject& oSubject) {
                                   QSerialization::MemoryWriteDataStream lStream;
-                                  o.mWindow->Serialize(lStream);
-                                  o.mNumber = static_cast<long>(lStream.GetBytes().size());
+                                  oSubject.mWindow->Serialize(lStream);
+                                  oSubject.mNumber = static_cast<long>(lStream.GetBytes().size());
                               }));
-    oCases.push_back(
-        OnWindow("QTalBase::DeliveryWindow::DeSerialize(QSerialization::ReadDataStream&)", "", [](WindowSubject& o) {
-            const unsigned char lBytes[] = {1, 2, 3, 4};
-            QSerialization::MemoryReadDataStream lStream(lBytes, sizeof lBytes);
-            o.mWindow->DeSerialize(lStream);
-        }).CannotFail());
+    oCases.push_back(OnWindow("QTalBase::DeliveryWindow::DeSerialize(QSerialization::ReadDataStream&)", "",
+                              [](WindowSubject& oSubject) {
+                                  const unsigned char lBytes[] = {1, 2, 3, 4};
+                                  QSerialization::MemoryReadDataStream lStream(lBytes, sizeof lBytes);
+                                  oSubject.mWindow->DeSerialize(lStream);
+                              })
+                         .CannotFail());
 }
 
 } // namespace

@@ -55,47 +55,52 @@ long CountOutput(const Object& iObject)
 void AddValues(Cases& oCases)
 {
     const char* const lGet = "QTalBase::Get<T>(const PropertyBag&, const wchar_t*, T)";
-    oCases.push_back(
-        OnBag(lGet, "text", Filled, [](BagSubject& o) { o.mText = QTalBase::Get<std::wstring>(*o.mBag, LONG_A); }));
-    oCases.push_back(OnBag(lGet, "a date", Filled, [](BagSubject& o) {
-        o.mNumber = QTalBase::Get<QDataType::DateTime>(*o.mBag, LONG_A) == QDataType::DateTime() ? 1 : 0;
+    oCases.push_back(OnBag(lGet, "text", Filled, [](BagSubject& oSubject) {
+        oSubject.mText = QTalBase::Get<std::wstring>(*oSubject.mBag, LONG_A);
+    }));
+    oCases.push_back(OnBag(lGet, "a date", Filled, [](BagSubject& oSubject) {
+        oSubject.mNumber = QTalBase::Get<QDataType::DateTime>(*oSubject.mBag, LONG_A) == QDataType::DateTime() ? 1 : 0;
     }));
     const char* const lSet = "QTalBase::Set(PropertyBag&, const wchar_t*, const T&)";
+    oCases.push_back(OnBag(lSet, "text", Filled, [](BagSubject& oSubject) {
+        QTalBase::Set(*oSubject.mBag, LONG_A, std::wstring_view(LONG_V));
+    }));
     oCases.push_back(
-        OnBag(lSet, "text", Filled, [](BagSubject& o) { QTalBase::Set(*o.mBag, LONG_A, std::wstring_view(LONG_V)); }));
-    oCases.push_back(OnBag(lSet, "a number", Filled, [](BagSubject& o) { QTalBase::Set(*o.mBag, LONG_C, -1000000); }));
+        OnBag(lSet, "a number", Filled, [](BagSubject& oSubject) { QTalBase::Set(*oSubject.mBag, LONG_C, -1000000); }));
 }
 
 void AddPaths(Cases& oCases)
 {
     const char* const lBagAt = "QTalBase::GetBagAt(const PropertyBag&, const wchar_t*)";
     const char* const lValueAt = "QTalBase::GetValueAt(const PropertyBag&, const wchar_t*)";
-    oCases.push_back(
-        OnBag(lBagAt, "found", Filled, [](BagSubject& o) { o.mAnswer = QTalBase::GetBagAt(*o.mBag, L"n/m"); }));
-    oCases.push_back(OnBag(lBagAt, "unknown", Filled, [](BagSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mAnswer = QTalBase::GetBagAt(*o.mBag, L"n/x"); });
+    oCases.push_back(OnBag(lBagAt, "found", Filled, [](BagSubject& oSubject) {
+        oSubject.mAnswer = QTalBase::GetBagAt(*oSubject.mBag, L"n/m");
     }));
-    oCases.push_back(
-        OnBag(lValueAt, "found", Filled, [](BagSubject& o) { o.mText = QTalBase::GetValueAt(*o.mBag, L"n/m/l"); }));
-    oCases.push_back(OnBag(lValueAt, "unknown", Filled, [](BagSubject& o) {
-        o.mNumber = LengthOfRefusal([&] { o.mText = QTalBase::GetValueAt(*o.mBag, L"n/m/x"); });
+    oCases.push_back(OnBag(lBagAt, "unknown", Filled, [](BagSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mAnswer = QTalBase::GetBagAt(*oSubject.mBag, L"n/x"); });
+    }));
+    oCases.push_back(OnBag(lValueAt, "found", Filled, [](BagSubject& oSubject) {
+        oSubject.mText = QTalBase::GetValueAt(*oSubject.mBag, L"n/m/l");
+    }));
+    oCases.push_back(OnBag(lValueAt, "unknown", Filled, [](BagSubject& oSubject) {
+        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mText = QTalBase::GetValueAt(*oSubject.mBag, L"n/m/x"); });
     }));
     oCases.push_back(OnBag("QTalBase::AsPathStep(std::wstring_view)", "", Filled,
-                           [](BagSubject& o) { o.mText = QTalBase::AsPathStep(LONG_A L"/" LONG_B); }));
+                           [](BagSubject& oSubject) { oSubject.mText = QTalBase::AsPathStep(LONG_A L"/" LONG_B); }));
 }
 
 void AddLoops(Cases& oCases)
 {
-    oCases.push_back(OnBag("QTalBase::begin(PropertyBag&)", "a whole loop", Filled, [](BagSubject& o) {
+    oCases.push_back(OnBag("QTalBase::begin(PropertyBag&)", "a whole loop", Filled, [](BagSubject& oSubject) {
         long lLength = 0;
-        for (const QTalBase::Property& lProperty : *o.mBag)
+        for (const QTalBase::Property& lProperty : *oSubject.mBag)
         {
             lLength += static_cast<long>(lProperty.GetName().GetLength());
         }
-        o.mNumber = lLength;
+        oSubject.mNumber = lLength;
     }));
     oCases.push_back(OnBag("operator<<(std::ostream&, const PropertyBag&)", "", Many,
-                           [](BagSubject& o) { o.mNumber = CountOutput(*o.mBag); }));
+                           [](BagSubject& oSubject) { oSubject.mNumber = CountOutput(*oSubject.mBag); }));
 }
 
 void AddTextChecks(Cases& oCases)
@@ -103,11 +108,11 @@ void AddTextChecks(Cases& oCases)
     const char* const lCheck = "QTalBase::CheckText(wchar_t const*)";
     const char* const lCheckWithPair = "QTalBase::CheckText(wchar_t const*, wchar_t const*, wchar_t const*)";
     const auto lChecked = [](const std::wstring& iText, bool iWithPair) {
-        return [=](BagSubject& o) {
+        return [=](BagSubject& oSubject) {
             QTalBase::TextCheckResult lResult =
                 iWithPair ? QTalBase::CheckText(iText.c_str(), L"++++", L"***") : QTalBase::CheckText(iText.c_str());
-            o.mText = std::move(lResult.mMessage);
-            o.mNumber = static_cast<long>(lResult.mPosition * 100 + lResult.mRemarks.size());
+            oSubject.mText = std::move(lResult.mMessage);
+            oSubject.mNumber = static_cast<long>(lResult.mPosition * 100 + lResult.mRemarks.size());
         };
     };
     const std::wstring lHeader = Support::gHeader;
