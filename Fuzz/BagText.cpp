@@ -1,5 +1,6 @@
 // Reading texts into bags: the outcome and the bag are those of the plain implementation, a text that cannot be read
-// changes nothing, and what was read comes back from its own text and stream.
+// changes nothing, and what was read comes back from its own text and stream. Checking a text says what reading it
+// does, and leaves no loss unsaid.
 //
 // Two bytes choose the encoding, the delimiters and the bag; the rest is the text. In the first encoding small bytes
 // stand for delimiters, pieces of them, words of headers and repetitions, and all others for themselves.
@@ -8,10 +9,12 @@
 #include "Fuzz/Support/Input.h"
 #include "Fuzz/Support/Target.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/TextCheck.h"
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/RepointedDefaults.h"
 #include "Tests/Support/Twins.h"
 
+#include <algorithm>
 #include <cwchar>
 
 namespace
@@ -184,6 +187,57 @@ void CheckBag(const PropertyBag& iBag)
     }
 }
 
+// As Outcome writes it, without the class.
+bool HasOutcome(const QTalBase::TextCheckResult& iCheck, const std::wstring& iOutcome)
+{
+    const std::wstring lMessage = iCheck.mMessage.c_str();
+    const bool lIsThrown = iOutcome.rfind(L"throws ", 0) == 0;
+    return iCheck.mIsValid ? !lIsThrown
+                           : lIsThrown && (iOutcome == L"throws std::out_of_range" ||
+                                           (iOutcome.size() > lMessage.size() &&
+                                            iOutcome.substr(iOutcome.size() - lMessage.size()) == lMessage));
+}
+
+void CheckPlaces(const QTalBase::TextCheckResult& iCheck, const std::wstring& iText)
+{
+    Fuzz::Require(iCheck.mPosition <= (iCheck.mIsValid ? 0 : iText.size()), "a failure has no place in the text");
+    std::size_t lLast = 0;
+    for (const QTalBase::TextRemark& lRemark : iCheck.mRemarks)
+    {
+        Fuzz::Require(lRemark.mPosition >= lLast && lRemark.mLength > 0 &&
+                          lRemark.mPosition + lRemark.mLength <= iText.size(),
+                      "a remark has no place in the text");
+        lLast = lRemark.mPosition;
+    }
+}
+
+// Every begin delimiter begins something that is in the bag, where no remark says otherwise.
+bool TellsOfLoss(const QTalBase::TextCheckResult& iCheck)
+{
+    using Kind = QTalBase::TextRemarkKind;
+    return std::any_of(iCheck.mRemarks.begin(), iCheck.mRemarks.end(), [](const QTalBase::TextRemark& iRemark) {
+        return iRemark.mKind == Kind::EmptyValue || iRemark.mKind == Kind::EmptyBag ||
+               iRemark.mKind == Kind::RepeatedName;
+    });
+}
+
+void CheckTextChecks(const Case& iCase)
+{
+    const QTalBase::TextCheckResult lCreation = QTalBase::CheckText(iCase.mText.c_str());
+    Fuzz::Require(HasOutcome(lCreation, Created(Library, iCase.mText)),
+                  "a text is checked wrongly for CreatePropertyBag");
+    CheckPlaces(lCreation, iCase.mText);
+
+    const BagPtr lBag = MakeBag(Library, iCase.mPair.mBegin, iCase.mPair.mEnd);
+    const QTalBase::TextCheckResult lCheck =
+        QTalBase::CheckText(iCase.mText.c_str(), iCase.mPair.mBegin.c_str(), iCase.mPair.mEnd.c_str());
+    Fuzz::Require(HasOutcome(lCheck, Add(lBag, iCase.mText)), "a text is checked wrongly for AddString");
+    CheckPlaces(lCheck, iCase.mText);
+    Fuzz::Require(!lCheck.mIsValid || TellsOfLoss(lCheck) ||
+                      TalBaseTest::CountAll(*lBag) == TalBaseTest::ShapeOfText(iCase.mText, iCase.mPair).mBegins,
+                  "a text loses something and no remark says so");
+}
+
 void CheckAgainstPlain(const Case& iCase, const std::wstring& iOutcome, const std::wstring& iState)
 {
     const BagPtr lPlain = NewBag(PlainSide, iCase);
@@ -212,6 +266,7 @@ void Check(const Case& iCase)
     {
         CheckBag(*lBag);
     }
+    CheckTextChecks(iCase);
 }
 
 } // namespace

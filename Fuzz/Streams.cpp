@@ -18,6 +18,7 @@
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/Twins.h"
 
+#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -159,60 +160,63 @@ Observed ObserveReference(Side iSide, ReadDataStream& iRead, WriteDataStream& iW
     return lObserved;
 }
 
-// What a collection of the library hands out by position: clones of its bags.
-Entries Unpacked(const QTalBase::PropertyBags& iBags)
-{
-    Entries lEntries;
-    for (unsigned int lIndex = 0; lIndex < iBags.GetCount(); ++lIndex)
-    {
-        lEntries.emplace_back(iBags.GetName(lIndex), iBags.GetPropertyBag(lIndex));
-    }
-    return lEntries;
-}
-
 // Names are told apart whole, though what is seen of one ends at its first zero.
-QBase::SmartPtrI<const PropertyBag> PlainFind(const Entries& iEntries, const wchar_t* ipName)
+const PropertyBag* PlainFind(const Entries& iEntries, const wchar_t* ipName)
 {
     for (const auto& [lName, lBag] : iEntries)
     {
         if (lName == ipName)
         {
-            return lBag;
+            return lBag.get();
         }
     }
     return nullptr;
 }
 
-Observed ObserveBags(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)
+// A clone is refused where a stream brought delimiters that no bag may have.
+std::wstring StateOfClone(const PropertyBag* ipBag)
+{
+    return Outcome([&] { return StateOf(BagPtr(ipBag != nullptr ? ipBag->Clone() : nullptr).get()); });
+}
+
+Observed ObservePlainBags(ReadDataStream& iRead, WriteDataStream& iWrite)
 {
     Observed lObserved;
     Entries lEntries;
-    const QBase::SmartPtrI<QTalBase::PropertyBags> lBags(QTalBase::CreatePropertyBags());
-    if (iSide == PlainSide)
-    {
-        lObserved.mRead = Done([&] { PlainRead(iRead, lEntries); });
-        lObserved.mWritten = Done([&] { PlainWrite(iWrite, lEntries); });
-    }
-    else
-    {
-        lBags->Add(L"old", MakeBag(Library).get());
-        lObserved.mRead = Done([&] { lBags->DeSerialize(iRead); });
-        lObserved.mWritten = Done([&] { lBags->Serialize(iWrite); });
-        const QBase::SmartPtrI<QTalBase::PropertyBags> lClone(lBags->Clone());
-        lEntries = Unpacked(*lClone);
-    }
-    Entries lShown;
+    lObserved.mRead = Done([&] { PlainRead(iRead, lEntries); });
+    lObserved.mWritten = Done([&] { PlainWrite(iWrite, lEntries); });
     for (const auto& [lName, lBag] : lEntries)
     {
-        lShown.emplace_back(lName.c_str(), lBag);
-        const QBase::SmartPtrI<const PropertyBag> lFound =
-            iSide == PlainSide ? PlainFind(lEntries, lName.c_str()) : lBags->GetPropertyBagByName(lName.c_str());
-        lObserved.mState += L"found " + StateOf(lFound.get()) + L"\n";
-        // A name with a zero in it is not the one that is seen, but it is the one that is written.
-        lObserved.mComesBack =
-            lObserved.mComesBack && StateOf(lFound.get()) == StateOf(PlainFind(lShown, lName.c_str()).get());
+        lObserved.mState += std::wstring(lName.c_str()) + L" " + StateOfClone(lBag.get()) + L" " +
+                            StateOfClone(PlainFind(lEntries, lName.c_str())) + L"\n";
     }
-    Describe(lShown, lObserved);
+    return lObserved;
+}
+
+Observed ObserveBags(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)
+{
+    if (iSide == PlainSide)
+    {
+        return ObservePlainBags(iRead, iWrite);
+    }
+    const QBase::SmartPtrI<QTalBase::PropertyBags> lRead(QTalBase::CreatePropertyBags());
+    lRead->Add(L"old", MakeBag(Library).get());
+    Observed lObserved;
+    lObserved.mRead = Done([&] { lRead->DeSerialize(iRead); });
+    lObserved.mWritten = Done([&] { lRead->Serialize(iWrite); });
+    const QBase::SmartPtrI<const QTalBase::PropertyBags> lBags(lRead->Clone());
+    std::map<std::wstring, std::wstring> lFirstSeen;
+    for (unsigned int lIndex = 0; lIndex < lBags->GetCount(); ++lIndex)
+    {
+        const std::wstring lName = lBags->GetName(lIndex);
+        BagPtr lBag;
+        const std::wstring lThis = Outcome([&] { return StateOf((lBag = lBags->GetPropertyBag(lIndex)).get()); });
+        const std::wstring lFirst = Outcome([&] { return StateOf(lBags->GetPropertyBagByName(lName.c_str()).get()); });
+        lObserved.mState += lName + L" " + lThis + L" " + lFirst + L"\n";
+        // Where that is not the first one seen, a name holds a zero, and is written without what follows.
+        const bool lIsFirst = lFirstSeen.emplace(lName, lThis).first->second == lFirst;
+        lObserved.mComesBack = lObserved.mComesBack && ComesBack(lBag.get()) && lIsFirst;
+    }
     return lObserved;
 }
 

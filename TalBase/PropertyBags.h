@@ -42,11 +42,12 @@ public:
 
     // Returns a clone of an entry's bag (its nested bags are shared with the stored one), or null where the entry's bag
     // is null, which only a stream can bring. Throws PropertyBagUserErrorException
-    // "QTalBase::PropertyBagsImpl::GetPropertyBag; index is out of range" for an index not below the count.
+    // "QTalBase::PropertyBagsImpl::GetPropertyBag; index is out of range" for an index not below the count, and what
+    // PropertyBag::Clone throws.
     virtual QBase::SmartPtrI<PropertyBag> GetPropertyBag(unsigned int iIndex) const = 0;
 
     // Returns a clone of the bag of the first entry of that name, or null where there is none or its bag is null.
-    // ipName may not be null.
+    // ipName may not be null. Throws what PropertyBag::Clone throws.
     virtual QBase::SmartPtrI<PropertyBag> GetPropertyBagByName(const wchar_t* ipName) const = 0;
 
     // Returns a new collection, reference count 0, with the same names in the same order and the same bags, each with

@@ -38,6 +38,8 @@ talbase_test(DifferentialTest
         ../Support/BagTexts.cpp
         ../Support/Choices.cpp
         ../Support/Differential.cpp
+        ../Support/DifferentialChanges.cpp
+        ../Support/DifferentialQuestions.cpp
         ../Support/PlainPropertyBag.cpp
         ../Support/Twins.cpp
     LINK TalBase::TalBase Q8::Stream)

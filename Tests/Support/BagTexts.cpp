@@ -297,8 +297,9 @@ std::wstring BagTexts::Mutated(std::wstring iText)
     return iText;
 }
 
-unsigned int DepthOfText(const std::wstring& iText, const DelimiterPair& iPair)
+TextShape ShapeOfText(const std::wstring& iText, const DelimiterPair& iPair)
 {
+    TextShape lShape;
     Plain::PlainPropertyBag::Delimiters lDelimiters{iPair.mBegin, iPair.mEnd};
     std::size_t lPosition = 0;
     try
@@ -307,30 +308,30 @@ unsigned int DepthOfText(const std::wstring& iText, const DelimiterPair& iPair)
     }
     catch (const QBase::Message&)
     {
-        return 0;
+        return lShape;
     }
     catch (const std::out_of_range&)
     {
-        return 0;
+        return lShape;
     }
     unsigned int lDepth = 0;
-    unsigned int lDeepest = 0;
     while (lPosition < iText.size())
     {
         const bool lIsBegin = IsAt(iText, lPosition, lDelimiters.mBegin);
         const bool lIsEnd = !lIsBegin && IsAt(iText, lPosition, lDelimiters.mEnd);
         lDepth = lIsBegin ? lDepth + 1 : lDepth - (lIsEnd && lDepth > 0 ? 1 : 0);
-        lDeepest = std::max(lDeepest, lDepth);
+        lShape.mDepth = std::max(lShape.mDepth, lDepth);
+        lShape.mBegins += lIsBegin ? 1 : 0;
         lPosition += lIsBegin ? lDelimiters.mBegin.size() : lIsEnd ? lDelimiters.mEnd.size() : 1;
     }
-    return lDeepest;
+    return lShape;
 }
 
 bool IsAffordable(const std::wstring& iText, const DelimiterPair& iPair)
 {
     const std::size_t lLimit = 1000000;
     std::size_t lCost = iText.size();
-    for (unsigned int lDepth = DepthOfText(iText, iPair); lDepth > 0 && lCost < lLimit; --lDepth)
+    for (unsigned int lDepth = ShapeOfText(iText, iPair).mDepth; lDepth > 0 && lCost < lLimit; --lDepth)
     {
         lCost *= 5;
     }

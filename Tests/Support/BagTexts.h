@@ -56,9 +56,16 @@ private:
     Choices& mChoices;
 };
 
-// Returns how deep the nests of a text are, counting what is opened and never closed, when it is read with its header's
-// delimiters or, without one, with iPair.
-unsigned int DepthOfText(const std::wstring& iText, const DelimiterPair& iPair);
+// What is seen of a text that is read with its header's delimiters or, without one, with iPair: how deep its nests are,
+// counting what is opened and never closed, and how many begin delimiters it has. What the plain implementation does
+// grows with the power of the depth.
+struct TextShape
+{
+    unsigned int mDepth = 0;
+    std::size_t mBegins = 0;
+};
+
+TextShape ShapeOfText(const std::wstring& iText, const DelimiterPair& iPair);
 
 // Returns whether the plain implementation, which takes some five times longer for every level of nests, reads such a
 // text in a moment.

@@ -153,6 +153,14 @@ unsigned int DepthOf(const PropertyBag& iBag)
     return lDeepest;
 }
 
+std::size_t CountAll(const PropertyBag& iBag)
+{
+    std::size_t lCount = 0;
+    Walk(
+        iBag, [](const PropertyBag&) {}, [&](const PropertyBag&, unsigned int) { ++lCount; }, [] {});
+    return lCount;
+}
+
 bool ComesBackFromText(const PropertyBag& iBag)
 {
     const std::wstring lBegin = iBag.GetBeginDelimiter();

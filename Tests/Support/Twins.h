@@ -39,8 +39,9 @@ bool IsKeeper(const QTalBase::PropertyBag& iBag);
 // The whole state of a bag: its delimiters, names and values as they are stored, and its nests.
 std::wstring DescribeState(const QTalBase::PropertyBag& iBag);
 
-// How many levels of nests a bag has.
+// How many levels of nests a bag has, and how many properties and nests at all of them.
 unsigned int DepthOf(const QTalBase::PropertyBag& iBag);
+std::size_t CountAll(const QTalBase::PropertyBag& iBag);
 
 // Returns whether a bag must come back from its text form, with or without header, and from its binary form exactly as
 // it is: one pair of delimiters throughout that a header can carry and that shares no character with a name or a value,

@@ -129,6 +129,17 @@ TEST(PropertyBagsStream, FirstEntryOfANameIsFoundEvenWhenItsBagIsNull)
     EXPECT_TRUE(lBags->GetPropertyBag(1));
 }
 
+// A text with a header is read whatever the delimiters beside it are; only a clone is refused then.
+TEST(PropertyBagsStream, EntryWithEqualDelimitersIsReadAndNotHandedOut)
+{
+    const BagsPtr lBags = ReadFrom({1U, L"job", true, L"=", L"=", L"EndDelimiter***BeginDelimiter++++***n++++1***"});
+    const wchar_t* const lRefusal = L"QTalBase::PropertyBagImpl::CheckValidityOfDelimiters; Begin and End may not be "
+                                    L"equal";
+    EXPECT_MESSAGE(lBags->GetPropertyBag(0), QTalBase::PropertyBagException, lRefusal);
+    EXPECT_MESSAGE(lBags->GetPropertyBagByName(L"job"), QTalBase::PropertyBagException, lRefusal);
+    EXPECT_STREQ(lBags->GetName(0), L"job");
+}
+
 TEST(PropertyBagsStream, CloneKeepsANullBag)
 {
     const BagsPtr lClone(ReadFrom(gThreeEntries)->Clone());
