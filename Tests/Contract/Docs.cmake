@@ -44,10 +44,12 @@ if(TALBASE_BUILD_EXAMPLES)
     file(GLOB lDocuments CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
         ${PROJECT_SOURCE_DIR}/*.md ${PROJECT_SOURCE_DIR}/*/*.md ${PROJECT_SOURCE_DIR}/*/*/*.md)
     list(FILTER lDocuments EXCLUDE REGEX "^build/")
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " lEmulator)
+    set(lCommand ${CMAKE_COMMAND} -E env "TALBASE_EMULATOR=${lEmulator}" ${lScript})
     foreach(lDocument IN LISTS lDocuments)
-        add_test(NAME Documents.${lDocument}ShowsRealCode COMMAND ${lScript} check ${lList} ${lDocument})
+        add_test(NAME Documents.${lDocument}ShowsRealCode COMMAND ${lCommand} check ${lList} ${lDocument})
     endforeach()
-    add_test(NAME Documents.ShownProgramsRunAndAreShown COMMAND ${lScript} programs ${lList} ${lDocuments})
+    add_test(NAME Documents.ShownProgramsRunAndAreShown COMMAND ${lCommand} programs ${lList} ${lDocuments})
     add_custom_target(shown-code
         COMMAND ${lScript} write ${lList} ${lDocuments}
         DEPENDS ${lTargets} COMMENT "Writing the code in the documents" VERBATIM)

@@ -5,7 +5,7 @@
 #   ShownCode.sh write    PROGRAMS DOCUMENT...   writes the blocks of the documents again
 #   ShownCode.sh programs PROGRAMS DOCUMENT...   runs every program, and looks whether a document shows it
 # PROGRAMS is a file with a line for each program: its source, a blank, its executable. All paths of sources and documents
-# are relative to the project's folder.
+# are relative to the project's folder. TALBASE_EMULATOR: the command that runs programs of another machine, if they are.
 set -eu
 
 lHere=$(cd "$(dirname "$0")" && pwd)
@@ -29,7 +29,8 @@ run() {
     lProgram=$(sed -n "s|^$1 ||p" "$lPrograms")
     [ -n "$lProgram" ] || fail "$1 is no program that is built"
     mkdir "$lFolder/run"
-    (cd "$lFolder/run" && "$lProgram") >"$lOutput" || fail "$1 ends with status $?"
+    # shellcheck disable=SC2086 # several words
+    (cd "$lFolder/run" && ${TALBASE_EMULATOR:-} "$lProgram") >"$lOutput" || fail "$1 ends with status $?"
     rm -rf "$lFolder/run"
     [ -s "$lOutput" ] || fail "$1 prints nothing"
 }
