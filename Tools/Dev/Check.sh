@@ -141,5 +141,9 @@ run_steps() {
 }
 
 run_check_steps() {
-    run_steps check "${gCheckSteps[*]}" "$@"
+    if [[ $# -eq 0 ]]; then
+        run_steps check "${gCheckSteps[*]}"
+    else
+        run_steps check "${gCheckSteps[*]} ${gNightSteps[*]}" "$@"
+    fi
 }
