@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <malloc.h>
+#include <new>
 
 // The thread sanitizer's own operators are linked firmly into each program. Nothing is counted there; what is lost or
 // freed twice it sees itself, and tests that let allocations fail are not for it.
@@ -98,6 +99,24 @@ void* operator new(std::size_t iSize)
 void* operator new[](std::size_t iSize)
 {
     return Allocate(iSize);
+}
+
+// The same for the two that answer null.
+void* operator new(std::size_t iSize, const std::nothrow_t&) noexcept
+{
+    try
+    {
+        return Allocate(iSize);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
+void* operator new[](std::size_t iSize, const std::nothrow_t& iNothrow) noexcept
+{
+    return operator new(iSize, iNothrow);
 }
 
 void operator delete(void* ipMemory) noexcept

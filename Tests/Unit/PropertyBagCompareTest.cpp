@@ -96,7 +96,7 @@ TEST(PropertyBag, EqualsPlainNeverMatchesNestedAtAnyDepth)
     {
         EXPECT_FALSE(*lPlain.get() == *lNested.get()) << lDepth;
         EXPECT_FALSE(*lNested.get() == *lPlain.get()) << lDepth;
-        EXPECT_TRUE(*lNested.get() == *BagPtr(lNested)->Clone()) << lDepth;
+        EXPECT_TRUE(*lNested.get() == *BagPtr(lNested.get()->Clone())) << lDepth;
         lPlain = BagBuilder().Nest(L"n", lPlain);
         lNested = BagBuilder().Nest(L"n", lNested);
     }
