@@ -5,7 +5,6 @@ import resource
 import shutil
 import signal
 import subprocess
-import time
 
 MEMORY = 4 << 30  # of each test program, so that a mutant that fills the memory ends soon
 SPARE_SECONDS = 3  # of processor time, over several times what the test program needs without a change
@@ -23,7 +22,7 @@ class Program:
 
 
 def run_quietly(command, folder, environment=None, limit=None):
-    """Returns (exit status, output, processor seconds, whether a limit ended it)."""
+    """Returns (exit status, output, whether a limit ended it)."""
     def restrict():
         os.setsid()
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
@@ -32,16 +31,23 @@ def run_quietly(command, folder, environment=None, limit=None):
             resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds + 1))
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
 
-    before = time.monotonic()
     process = subprocess.Popen(command, cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                               stderr=subprocess.STDOUT, preexec_fn=restrict, start_new_session=False)
-    try:
-        output, _ = process.communicate(timeout=None if limit is None else max(STUCK_SECONDS, 10 * limit))
-    except subprocess.TimeoutExpired:
-        os.killpg(process.pid, signal.SIGKILL)
-        output, _ = process.communicate()
-        return process.returncode, output, time.monotonic() - before, True
-    return process.returncode, output, time.monotonic() - before, process.returncode == -signal.SIGXCPU
+                               stderr=subprocess.STDOUT, preexec_fn=restrict)
+    while True:
+        try:
+            output, _ = process.communicate(timeout=None if limit is None else max(STUCK_SECONDS, 10 * limit))
+            return process.returncode, output, process.returncode == -signal.SIGXCPU
+        except subprocess.TimeoutExpired:
+            if not is_stopped(process.pid):
+                os.killpg(process.pid, signal.SIGKILL)
+                output, _ = process.communicate()
+                return process.returncode, output, True
+
+
+def is_stopped(number):
+    """Whether somebody holds the process (SIGSTOP), so that the clock tells nothing about it."""
+    with open(f"/proc/{number}/stat", encoding="utf-8", errors="replace") as file:
+        return file.read().rpartition(")")[2].split()[0] == "T"
 
 
 class Worker:
@@ -82,12 +88,12 @@ class Worker:
 
     def _judge_changed(self):
         for programs in self.rounds:
-            status, _, _, _ = run_quietly(self.build + [program.target for program in programs], self.folder, self.judging)
+            status, _, _ = run_quietly(self.build + [program.target for program in programs], self.folder, self.judging)
             if status != 0:
                 return "not compiled", ""
             for program in programs:
                 limit = SPARE_SECONDS + SLOWER * program.seconds
-                status, _, _, is_late = run_quietly(self._command(program), self.folder, self.environment, limit)
+                status, _, is_late = run_quietly(self._command(program), self.folder, self.environment, limit)
                 if status != 0:
                     return "timeout" if is_late else "killed", program.target
         return "survived", ""
@@ -96,7 +102,7 @@ class Worker:
         return [os.path.join(self.folder, program.path), "--gtest_fail_fast", "--gtest_brief=1"]
 
     def _must_pass(self, command):
-        status, output, _, _ = run_quietly(command, self.folder, self.environment)
+        status, output, _ = run_quietly(command, self.folder, self.environment)
         if status != 0:
             raise RuntimeError(f"fails without a change: {' '.join(command)}\n{output.decode(errors='replace')}")
 
