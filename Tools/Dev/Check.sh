@@ -1,8 +1,8 @@
 # Sourced by ../../dev: the steps of `./dev check`, in the order in which they run; the cheap ones come first.
 # shellcheck shell=bash
 
-gCheckSteps=(format shell documents tools release clang-release naming headers abi asan-ubsan tsan minimal packages)
-gNightSteps=(naming-tests) # run when they are named
+gCheckSteps=(format shell documents tools release headers abi asan-ubsan naming tsan minimal packages)
+gNightSteps=(clang-release naming-tests) # they run when they are named
 
 # Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
 # A copy of the tree without its history is searched instead.
@@ -47,12 +47,12 @@ step_clang-release() {
     show cmake --workflow --preset clang-release
 }
 
-# The files that the clang build compiles, and with them the project's headers, follow the naming conventions: those that
+# The files that the sanitized build compiles, which is clang's, and with them the project's headers, follow the naming conventions: those that
 # match a pattern, or do not where that is asked for.
 # clang-tidy reports what it left out of the system's headers after each file; that is not ours to read.
 check_names() {
-    local lBuild=build/clang-release
-    show cmake --preset clang-release
+    local lBuild=build/asan-ubsan
+    show cmake --preset asan-ubsan
     sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$lBuild/compile_commands.json" | grep -v "/$lBuild/" | sort -u |
         grep "$@" | tr '\n' '\0' | show xargs -0 -n 2 -P 2 clang-tidy-14 --quiet -p "$lBuild" 2>&1 |
         { grep -v -E '^[0-9]+ warnings? generated\.$' || true; }
