@@ -12,6 +12,7 @@
 #include "TalBase/TextCheck.h"
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/RepointedDefaults.h"
+#include "Tests/Support/TextChecks.h"
 #include "Tests/Support/Twins.h"
 
 #include <algorithm>
@@ -247,8 +248,26 @@ void CheckAgainstPlain(const Case& iCase, const std::wstring& iOutcome, const st
                        "CreatePropertyBag differs from the plain implementation's");
 }
 
+// What is said of a text is what reading it throws, with a place inside the text.
+void CheckWhatIsSaid(const Case& iCase)
+{
+    const wchar_t* lText = iCase.mText.c_str();
+    const QTalBase::TextCheckResult lSaid = QTalBase::CheckText(lText);
+    Fuzz::RequireEqual(Support::DescribeCheck(lSaid), Support::DescribeReading([&] { MakeBag(Library, iCase.mText); }),
+                       "CheckText differs from CreatePropertyBag");
+    Fuzz::Require(Support::IsInside(lSaid, iCase.mText), "CheckText names a place outside of the text");
+    const wchar_t* lBegin = iCase.mPair.mBegin.c_str();
+    const wchar_t* lEnd = iCase.mPair.mEnd.c_str();
+    const QTalBase::TextCheckResult lSaidWithPair = QTalBase::CheckText(lText, lBegin, lEnd);
+    const auto lAdd = [&] { MakeBag(Library, iCase.mPair.mBegin, iCase.mPair.mEnd)->AddString(lText); };
+    Fuzz::RequireEqual(Support::DescribeCheck(lSaidWithPair), Support::DescribeReading(lAdd),
+                       "CheckText with delimiters differs from AddString");
+    Fuzz::Require(Support::IsInside(lSaidWithPair, iCase.mText), "CheckText names a place outside of the text");
+}
+
 void Check(const Case& iCase)
 {
+    CheckWhatIsSaid(iCase);
     const BagPtr lBag = NewBag(Library, iCase);
     const std::wstring lBefore = DescribeState(*lBag);
     const std::wstring lOutcome = Add(lBag, iCase.mText);

@@ -8,19 +8,21 @@
 #include "TalBase/Initializer.h"
 #include "TalBase/PropertyBag.h"
 #include "Tests/Support/RepointedDefaults.h"
+#include "Tests/Support/TextChecks.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
 #include <random>
-#include <stdexcept>
 #include <string>
 
 using QTalBase::CheckText;
 using QTalBase::PropertyBag;
 using QTalBase::TextCheckResult;
-using QTalBase::TextRemark;
+using Support::DescribeCheck;
+using Support::DescribeReading;
+using Support::IsInside;
 
 namespace
 {
@@ -95,48 +97,10 @@ private:
     std::mt19937 mEngine;
 };
 
-template <class Read>
-std::wstring OutcomeOf(const Read& iRead)
-{
-    try
-    {
-        iRead();
-        return L"read";
-    }
-    catch (const QTalBase::PropertyBagException& lException)
-    {
-        return std::wstring(L"refused: ") + lException.GetMessage();
-    }
-    catch (const std::out_of_range& lException)
-    {
-        const std::string lWhat = lException.what();
-        return L"refused: " + std::wstring(lWhat.begin(), lWhat.end());
-    }
-}
-
-std::wstring OutcomeOf(const TextCheckResult& iResult)
-{
-    return iResult.mIsValid ? L"read" : std::wstring(L"refused: ") + iResult.mMessage.c_str();
-}
-
 std::wstring WithoutData(const std::wstring& iOutcome)
 {
     const std::wstring lShort = iOutcome.substr(0, iOutcome.find(L" - lPropertyString"));
     return lShort.substr(0, lShort.find(L". ipValue"));
-}
-
-void ExpectInside(const TextCheckResult& iResult, const std::wstring& iText)
-{
-    EXPECT_LE(iResult.mPosition, iText.size());
-    EXPECT_TRUE(!iResult.mIsValid || iResult.mPosition == 0);
-    std::size_t lLast = 0;
-    for (const TextRemark& lRemark : iResult.mRemarks)
-    {
-        EXPECT_GT(lRemark.mLength, 0U);
-        EXPECT_GE(lRemark.mPosition, lLast);
-        EXPECT_LE(lRemark.mPosition + lRemark.mLength, iText.size());
-        lLast = lRemark.mPosition;
-    }
 }
 
 // A description of what differs is the text itself.
@@ -161,15 +125,15 @@ TEST(TextCheckDifferential, SaysWhatReadingThrows)
         const std::wstring lText = lTrial.Text(lTrial.Below(3) == 0 ? lTrial.Pair() : lPair);
 
         const TextCheckResult lWithHeader = CheckText(lText.c_str());
-        const std::wstring lRead = OutcomeOf([&] { BagPtr(QTalBase::CreatePropertyBag(lText.c_str())); });
-        ASSERT_EQ(OutcomeOf(lWithHeader), lRead) << Readable(lText, lPair);
-        ExpectInside(lWithHeader, lText);
+        const std::wstring lRead = DescribeReading([&] { BagPtr(QTalBase::CreatePropertyBag(lText.c_str())); });
+        ASSERT_EQ(DescribeCheck(lWithHeader), lRead) << Readable(lText, lPair);
+        ASSERT_TRUE(IsInside(lWithHeader, lText)) << Readable(lText, lPair);
 
         const TextCheckResult lWithPair = CheckText(lText.c_str(), lPair[0], lPair[1]);
         const std::wstring lAdded =
-            OutcomeOf([&] { BagPtr(QTalBase::CreatePropertyBag(lPair[0], lPair[1]))->AddString(lText.c_str()); });
-        ASSERT_EQ(OutcomeOf(lWithPair), lAdded) << Readable(lText, lPair);
-        ExpectInside(lWithPair, lText);
+            DescribeReading([&] { BagPtr(QTalBase::CreatePropertyBag(lPair[0], lPair[1]))->AddString(lText.c_str()); });
+        ASSERT_EQ(DescribeCheck(lWithPair), lAdded) << Readable(lText, lPair);
+        ASSERT_TRUE(IsInside(lWithPair, lText)) << Readable(lText, lPair);
         ++lSeen[WithoutData(lRead)];
         ++lSeen[WithoutData(lAdded)];
     }
