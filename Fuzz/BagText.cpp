@@ -114,6 +114,14 @@ Case ReadCase(Fuzz::Input& iInput)
     return lCase;
 }
 
+bool CanHeaderCarry(const DelimiterPair& iPair)
+{
+    return Outcome([&] {
+               const BagPtr lBag = MakeBag(PlainSide, HeaderOf(iPair));
+               return std::wstring(lBag->GetBeginDelimiter()) + L" " + lBag->GetEndDelimiter();
+           }) == iPair.mBegin + L" " + iPair.mEnd;
+}
+
 BagPtr NewBag(TalBaseTest::Side iSide, const Case& iCase)
 {
     const BagPtr lBag = MakeBag(iSide, iCase.mPair.mBegin, iCase.mPair.mEnd);
@@ -272,7 +280,9 @@ void Check(const Case& iCase)
     const std::wstring lBefore = DescribeState(*lBag);
     const std::wstring lOutcome = Add(lBag, iCase.mText);
     const std::wstring lState = DescribeState(*lBag);
-    const bool lIsMergeRefused = lOutcome.find(L"PropertyBagImpl::SetProperty;") != std::wstring::npos;
+    // A nest is read once more while it is merged, which fails where no header can carry the delimiters.
+    const bool lIsMergeRefused =
+        lOutcome.find(L"PropertyBagImpl::SetProperty;") != std::wstring::npos || !CanHeaderCarry(iCase.mPair);
     if (lOutcome != L"read" && !lIsMergeRefused)
     {
         Fuzz::RequireEqual(lState, lBefore, "a text that cannot be read changed the bag");
