@@ -8,6 +8,7 @@
 #include "TalBase/Initializer.h"
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBags.h"
+#include "TalBase/TextCheck.h"
 #include "TalBase/Views.h"
 
 #include <cstdio>
@@ -159,6 +160,7 @@ void Text()
     {
         std::printf("%ls\n%u property\n", lError.GetMessage(), lBag->GetCount());
     }
+    std::printf("at character %zu\n", CheckText(L"b++++2***c***", L"++++", L"***").mPosition);
     // [text]
 }
 

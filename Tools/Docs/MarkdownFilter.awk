@@ -5,6 +5,12 @@
 #   - A flowchart in mermaid, of the few kinds of lines that ours are made of, becomes a graph in dot.
 # The number of lines stays the same, so that what Doxygen says of a line is true of the document.
 
+# Doxygen does not ask how a filter ends, but who runs it listens to what it says.
+function Fail(iText) {
+    print FILENAME ":" FNR ": error: " iText > "/dev/stderr"
+    exit 1
+}
+
 function Anchor(iText) {
     iText = tolower(iText)
     gsub(/[^a-z0-9 -]/, "", iText)
@@ -44,6 +50,9 @@ function WithLinks(iLine,    lResult, lEnd, lText) {
         lResult = lResult substr(iLine, 1, RSTART - 1) Link(lText, substr(iLine, RSTART + lEnd + 1, RLENGTH - lEnd - 2))
         iLine = substr(iLine, RSTART + RLENGTH)
     }
+    if (iLine ~ /\]\([^()]*\.md/) {
+        Fail("a link to a document has to stand in one line")
+    }
     return lResult iLine
 }
 
@@ -74,8 +83,7 @@ function Dot(iLine,    lText, lFrom, lTo, lParts) {
         return lFrom " [label=\"" lText "\"];"
     }
     if (iLine !~ /^[A-Za-z0-9]+ (-->|-\.->)(\|[^|]*\|)? [A-Za-z0-9]+$/) {
-        print FILENAME ":" FNR ": error: this line of a flowchart is not known to Tools/Docs/MarkdownFilter.awk" > "/dev/stderr"
-        exit 1
+        Fail("this line of a flowchart is not known to Tools/Docs/MarkdownFilter.awk")
     }
     lFrom = substr(iLine, 1, index(iLine, " ") - 1)
     lTo = iLine
