@@ -117,7 +117,7 @@ std::string QuoteForFish(const std::string& iText)
     return "'" + Replaced(Replaced(iText, "\\", "\\\\"), "'", "\\'") + "'";
 }
 
-// The text about an argument in a specification for zsh's _arguments.
+// The text about an argument as zsh's _arguments reads it.
 std::string ZshText(std::string iText)
 {
     for (const char* lCharacter : {"\\", "[", "]", ":"})
