@@ -82,6 +82,22 @@ find_package_client() {
     sed -i 's/^[0-9]*: //' "$gWork/log" # ctest's numbers
 }
 
+# Whether gdb loads the printers and the symbols by itself, as it does where the root is the machine's own: so it is
+# told where the folders of that are.
+gdb_client() {
+    local lScripts=$gWork/auto-load lShown
+    mkdir -p "$lScripts$(dirname "$gRoot")"
+    ln -s "$gRoot/usr/share/gdb/auto-load" "$lScripts$gRoot"
+    # shellcheck disable=SC2046 # the options are words
+    "$1" -g -O0 -std=c++17 "$gHere/../../Examples/Documents/Example.cpp" -o "$gWork/example" \
+        $(PKG_CONFIG_LIBDIR=$gLibraries/pkgconfig pkg-config --cflags --libs talbase)
+    lShown=$(LD_LIBRARY_PATH=$gLibraries gdb -nx -batch -iex "set auto-load scripts-directory $lScripts" \
+        -iex "set auto-load safe-path $lScripts" -iex "set debug-file-directory $gRoot/usr/lib/debug" \
+        -ex 'set startup-with-shell off' -ex 'break printf' -ex run -ex up -ex 'print lCopy' "$gWork/example" 2>&1)
+    [[ $lShown == *'Transport = bag of 1 property, 1 reference = {Host = "ftp.example.com"}'* ]] ||
+        fail "gdb does not show a bag: $lShown"
+}
+
 make_root
 list_root >"$gWork/before"
 in_root --install "$gFolder"/*.deb
@@ -93,6 +109,7 @@ for gCompiler in "${gCompilers[@]}"; do
     row "pkg-config" "$gCompiler" "$gHere/compile-by-hand.sh" --pkg-config "$gRoot/usr" "$gCompiler"
     row "find_package" "$gCompiler" find_package_client "$gCompiler"
 done
+gdb_client "${gCompilers[0]}"
 if [[ -e $gRoot/usr/bin/talbase ]]; then
     LD_LIBRARY_PATH=$gLibraries "$gRoot/usr/bin/talbase" --version
 fi

@@ -1,7 +1,7 @@
 # Sourced by ../../dev: the Debian packages.
 # shellcheck shell=bash
 
-gPackagePackages=(binutils dpkg-dev file lintian)
+gPackagePackages=(binutils dpkg-dev file gdb lintian lldb-14 python3-lldb-14)
 gPackageFolder=build/package/packages
 
 # Builds them with the date of their changelog, so that the same sources give the same packages.
