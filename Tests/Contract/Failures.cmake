@@ -47,3 +47,4 @@ foreach(lTest IN ITEMS BagLifetimeTest BagOverridersTest FailedAllocationTest Fa
     list(APPEND lPrograms $<TARGET_FILE:${lTest}>)
 endforeach()
 add_test(NAME Failures.Tally COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/Failures/tally.sh 5000 1500 ${lPrograms})
+set_tests_properties(Failures.Tally PROPERTIES LABELS host) # starts them without an emulator

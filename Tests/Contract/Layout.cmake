@@ -8,7 +8,7 @@ if(TALBASE_LAYOUT_CLANG)
         COMMAND ${lTables} golden ${TALBASE_LAYOUT_CLANG} ${lIncludes})
     add_test(NAME Layout.VirtualSlotsDocumentIsUpToDate
         COMMAND ${lTables} document ${TALBASE_LAYOUT_CLANG} ${lIncludes})
-    # They ask a compiler of this machine, whatever machine the tests are built for.
+    # They start a compiler of this machine, whatever machine the tests are built for.
     set_tests_properties(Layout.VirtualTablesEqualGoldenFile Layout.VirtualSlotsDocumentIsUpToDate
         PROPERTIES LABELS host)
     add_custom_target(virtual-slots

@@ -7,7 +7,12 @@ set(lHasCommaLocale 0)
 find_program(TALBASE_LOCALEDEF localedef)
 if(TALBASE_LOCALEDEF)
     file(MAKE_DIRECTORY ${lLocales})
-    execute_process(COMMAND ${TALBASE_LOCALEDEF} -i de_DE -f UTF-8 ${lLocales}/de_DE.UTF-8
+    if(CMAKE_CXX_BYTE_ORDER STREQUAL "BIG_ENDIAN") # of the machine that the tests are built for
+        set(lByteOrder --big-endian)
+    else()
+        set(lByteOrder --little-endian)
+    endif()
+    execute_process(COMMAND ${TALBASE_LOCALEDEF} ${lByteOrder} -i de_DE -f UTF-8 ${lLocales}/de_DE.UTF-8
         RESULT_VARIABLE lResult OUTPUT_QUIET ERROR_QUIET)
     if(lResult EQUAL 0)
         set(lHasCommaLocale 1)

@@ -1,6 +1,6 @@
 # Sourced by ../../dev: the word `cross`, the tests with another standard library and on other machines. What the
-# presets leave out is labelled: `consumer` builds clients with the compiler of this machine, `host` asks a compiler of
-# this machine for its layout. Under qemu the differential test does fewer operations.
+# presets leave out is labelled: `consumer` builds clients with the compiler of this machine, `host` starts programs of
+# this machine, such as its compiler. Under qemu the differential test does fewer operations.
 # shellcheck shell=bash
 
 gCrossSteps=(libcxx aarch64 s390x)
