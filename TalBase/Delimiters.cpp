@@ -58,6 +58,20 @@ private:
     std::wstring mSorted;
 };
 
+void PointAt(std::size_t iPlace, std::size_t* opPlace) noexcept
+{
+    if (opPlace != nullptr)
+    {
+        *opPlace = iPlace;
+    }
+}
+
+[[noreturn]] void RefuseHeader(const wchar_t* ipText, std::size_t iPlace, std::size_t* opPlace)
+{
+    PointAt(iPlace, opPlace);
+    Throw<PropertyBagException>(ipText);
+}
+
 bool IsEscapable(wchar_t iCharacter) noexcept
 {
     return iCharacter == L'*' || iCharacter == L'+';
@@ -180,12 +194,6 @@ bool IsNeutralToEscapes(const DelimiterPair& iPair) noexcept
 // are skipped unseen, and a header that ends too early makes the copy of the begin delimiter fail as a string's does.
 unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPlace)
 {
-    const auto lPointAt = [opPlace](std::size_t iPlace) {
-        if (opPlace != nullptr)
-        {
-            *opPlace = iPlace;
-        }
-    };
     if (!AreEqualTexts(iText.substr(0, gHeaderEndWord.size()), gHeaderEndWord))
     {
         return 0;
@@ -200,25 +208,22 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size
     const std::size_t lEndStop = iText.find_first_of(gHeaderBeginWord, lEndStart);
     if (lEndStop == std::wstring_view::npos)
     {
-        lPointAt(iText.size());
-        Throw<PropertyBagException>(Messages::gMetadataNoBegin);
+        RefuseHeader(Messages::gMetadataNoBegin, iText.size(), opPlace);
     }
     if (lEndStop == lEndStart)
     {
-        lPointAt(lEndStart);
-        Throw<PropertyBagException>(Messages::gMetadataEmptyEnd);
+        RefuseHeader(Messages::gMetadataEmptyEnd, lEndStart, opPlace);
     }
     const std::wstring_view lEnd = iText.substr(lEndStart, lEndStop - lEndStart);
     const std::size_t lBeginStart = lEndStop + gHeaderBeginWord.size();
     const std::size_t lBeginStop = CharacterSet(lEnd).FindFirstIn(iText, lEndStop);
     if (lBeginStop != std::wstring_view::npos && lBeginStop <= lBeginStart)
     {
-        lPointAt(lBeginStop);
-        Throw<PropertyBagException>(Messages::gMetadataEmptyBegin);
+        RefuseHeader(Messages::gMetadataEmptyBegin, lBeginStop, opPlace);
     }
     if (lBeginStart > iText.size())
     {
-        lPointAt(iText.size());
+        PointAt(iText.size(), opPlace);
         throw std::out_of_range("QTalBase::PropertyBag: the header ends too early");
     }
     oPair = DelimiterPair{iText.substr(lBeginStart, lBeginStop - lBeginStart), lEnd};

@@ -43,7 +43,7 @@ std::uint64_t Load(const wchar_t* ipText, std::size_t iCount) noexcept
     {
         return iCount == 0 ? 0 : static_cast<std::uint32_t>(*ipText);
     }
-    std::uint64_t lNumber;
+    std::uint64_t lNumber = 0;
     std::memcpy(&lNumber, ipText, sizeof(lNumber));
     return lNumber;
 }

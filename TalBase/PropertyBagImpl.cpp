@@ -130,36 +130,42 @@ void PropertyBagImpl::SetProperty(const wchar_t* ipName, const wchar_t* ipValue,
     {
         Throw<PropertyBagUserErrorException>(Messages::gValueNull);
     }
-    std::wstring_view lValue(ipValue);
-    std::wstring lEscaped;
     if (!iIsPropertyBag)
     {
-        if (CountEscapable(lValue) != 0 && AreDefaultDelimiters(hPair()))
-        {
-            lEscaped = Escaped(lValue);
-            lValue = lEscaped;
-        }
-        if (Contains(lValue, lEnd.View()) || Contains(lValue, lBegin.View()))
-        {
-            Messages::ThrowValueHasDelimiter(lValue, lBegin.View(), lEnd.View());
-        }
+        hSetPlain(ipName, ipValue);
+        return;
     }
-    if (!iIsPropertyBag && !lValue.empty())
+    RemoveProperty(ipName);
+    if (const std::wstring_view lText(ipValue); !lText.empty())
+    {
+        const QBase::SmartPtrI<PropertyBagImpl> lBag = hMakeNested(lText);
+        mEmbeddedContent.emplace_back(AsName(lName), lBag);
+    }
+}
+
+void PropertyBagImpl::hSetPlain(const wchar_t* ipName, std::wstring_view iValue)
+{
+    std::wstring_view lValue = iValue;
+    std::wstring lEscaped;
+    if (CountEscapable(lValue) != 0 && AreDefaultDelimiters(hPair()))
+    {
+        lEscaped = Escaped(lValue);
+        lValue = lEscaped;
+    }
+    if (Contains(lValue, mEndDelimiter.View()) || Contains(lValue, mBeginDelimiter.View()))
+    {
+        Messages::ThrowValueHasDelimiter(lValue, mBeginDelimiter.View(), mEndDelimiter.View());
+    }
+    const std::wstring_view lName(ipName);
+    if (!lValue.empty())
     {
         mValueContent.ReserveForOne(lName.size() + lValue.size()); // a failure comes before anything is removed
     }
     RemoveProperty(ipName);
-    if (lValue.empty())
-    {
-        return;
-    }
-    if (!iIsPropertyBag)
+    if (!lValue.empty())
     {
         mValueContent.Append(lName, lValue);
-        return;
     }
-    const QBase::SmartPtrI<PropertyBagImpl> lBag = hMakeNested(lValue);
-    mEmbeddedContent.emplace_back(AsName(lName), lBag);
 }
 
 void PropertyBagImpl::EmbedProperty(const wchar_t* ipName, const PropertyBag* ipPropertyBag)
@@ -277,7 +283,14 @@ QBase::SmartPtrI<PropertyBag> PropertyBagImpl::GetValuePropertyBag(unsigned int 
 
 void PropertyBagImpl::AddString(const wchar_t* ipString)
 {
-    hAddText(ipString);
+    if (hMayRepeatNames())
+    {
+        hAddTextOneByOne(ipString);
+    }
+    else
+    {
+        hAddText(ipString);
+    }
 }
 
 void PropertyBagImpl::AddPropertyBag(const PropertyBag* ipPropertyBag)
@@ -652,7 +665,31 @@ std::wstring PropertyBagImpl::hTextOfNest(const PropertyBagImpl& iNest) const
     return TextWriter(iNest).With(mBeginDelimiter.c_str(), mEndDelimiter.c_str()).WriteToString(false);
 }
 
-// Merges a text; returns whether it was clean throughout (see TextReader).
+// A reader of texts with a pair, which is checked first.
+TextReader PropertyBagImpl::hMakeReader(const DelimiterPair& iPair)
+{
+    const bool lIsOwnPair = hIsOwnPair(iPair);
+    if (!lIsOwnPair || !mAreDelimitersValid)
+    {
+        QTalBase::CheckValidityOfDelimiters(iPair);
+        mAreDelimitersValid = mAreDelimitersValid || lIsOwnPair;
+    }
+    return TextReader(lIsOwnPair ? mBeginDelimiter : SharedWString(iPair.mBegin),
+                      lIsOwnPair ? mEndDelimiter : SharedWString(iPair.mEnd));
+}
+
+// Merges a text into a bag that may repeat names, or whose class overrides what merging calls.
+void PropertyBagImpl::hAddTextOneByOne(std::wstring_view iText)
+{
+    DelimiterPair lPair = hPair();
+    const unsigned int lPosition = ReadHeader(iText, lPair);
+    TextReader lReader = hMakeReader(lPair);
+    lReader.TakeAll(iText, lPosition);
+    const QBase::SmartPtrI<PropertyBagImpl> lScratch(lReader.MakeBag());
+    AddPropertyBag(lScratch.get());
+}
+
+// Merges a text into any other bag; returns whether it was clean throughout (see TextReader).
 bool PropertyBagImpl::hAddText(std::wstring_view iText)
 {
     DelimiterPair lPair = hPair();
@@ -663,27 +700,14 @@ bool PropertyBagImpl::hAddText(std::wstring_view iText)
 // The same for a text whose header has been read.
 bool PropertyBagImpl::hAddContent(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
 {
-    const bool lIsOwnPair = mBeginDelimiter == iPair.mBegin && mEndDelimiter == iPair.mEnd;
-    if (!lIsOwnPair || !mAreDelimitersValid)
-    {
-        QTalBase::CheckValidityOfDelimiters(iPair);
-        mAreDelimitersValid = mAreDelimitersValid || lIsOwnPair;
-    }
-    TextReader lReader(lIsOwnPair ? mBeginDelimiter : SharedWString(iPair.mBegin),
-                       lIsOwnPair ? mEndDelimiter : SharedWString(iPair.mEnd));
+    TextReader lReader = hMakeReader(iPair);
     lReader.TakeAll(iText, iPosition);
-    const bool lMayMerge = !hMayRepeatNames();
-    if (lMayMerge && lIsOwnPair && lReader.IsClean() && hIsEmpty())
+    if (lReader.IsClean() && hIsEmpty() && hIsOwnPair(iPair))
     {
         lReader.MoveTo(*this);
         return true;
     }
     const QBase::SmartPtrI<PropertyBagImpl> lScratch(lReader.MakeBag());
-    if (!lMayMerge)
-    {
-        AddPropertyBag(lScratch.get());
-        return lReader.IsClean();
-    }
     std::size_t lEntry = 0;
     hMergeScratch(lReader, *lScratch, lEntry);
     return lReader.IsClean();

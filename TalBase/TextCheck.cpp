@@ -104,8 +104,7 @@ private:
     void hCheckContent(unsigned int iPosition, const SharedWString& iBegin, const SharedWString& iEnd,
                        PropertyBagImpl* ipForeign)
     {
-        TextReader lReader(iBegin, iEnd);
-        mReader = &lReader;
+        TextReader& lReader = mReader.emplace(iBegin, iEnd);
         mBeginOverlap.emplace(iBegin.View());
         mEndOverlap.emplace(iEnd.View());
         mAreBagsMade = ipForeign != nullptr || !lReader.hIsEveryNestClean();
@@ -299,7 +298,7 @@ private:
 
     std::wstring_view mText;
     TextCheckResult& mResult;
-    TextReader* mReader = nullptr;
+    std::optional<TextReader> mReader; // of the content
     bool mAreBagsMade = false;
     std::vector<bool> mIsNestEmpty;    // for each nest that the reader holds
     Found mLastFound = Found::Nothing; // the delimiter before what is taken next, and its place

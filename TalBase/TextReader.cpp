@@ -52,8 +52,8 @@ private:
         std::uint64_t lHash = iName.size();
         if (iName.size() >= 2)
         {
-            std::uint64_t lFirst;
-            std::uint64_t lLast;
+            std::uint64_t lFirst = 0;
+            std::uint64_t lLast = 0;
             std::memcpy(&lFirst, iName.data(), sizeof(lFirst));
             std::memcpy(&lLast, iName.data() + iName.size() - 2, sizeof(lLast));
             lHash += lFirst * 3 + lLast * 0x2545F4914F6CDD1DU;
@@ -175,17 +175,9 @@ void TextReader::Take(Token iToken, std::wstring_view iRun)
             mName = iRun;
             mState = State::Begin;
         }
-        else if (mFrames.GetCount() == 1)
-        {
-            Throw<PropertyBagException>(Messages::gStringTokenExpected);
-        }
-        else if (iToken == Token::Begin)
-        {
-            Throw<PropertyBagException>(Messages::gEndTokenExpected);
-        }
         else
         {
-            hCloseNest();
+            hTakeInsteadOfName(iToken);
         }
         return;
     case State::Begin:
@@ -205,22 +197,40 @@ void TextReader::Take(Token iToken, std::wstring_view iRun)
         mState = iToken == Token::End ? State::Name : State::ValueEnd;
         return;
     case State::ValueEnd:
-        if (iToken == Token::String)
-        {
-            Throw<PropertyBagException>(Messages::gStringOrBeginTokenExpected);
-        }
-        if (iToken == Token::End)
-        {
-            hTakePlain(mName, mValue, mMayValueBeEscapable);
-            mState = State::Name;
-            return;
-        }
-        // What looked like a value is the name of the nest's first property.
-        hOpenNest();
-        mName = mValue;
-        mState = State::Value;
+        hTakeBehindValue(iToken);
         return;
     }
+}
+
+void TextReader::hTakeInsteadOfName(Token iToken)
+{
+    if (mFrames.GetCount() == 1)
+    {
+        Throw<PropertyBagException>(Messages::gStringTokenExpected);
+    }
+    if (iToken == Token::Begin)
+    {
+        Throw<PropertyBagException>(Messages::gEndTokenExpected);
+    }
+    hCloseNest();
+}
+
+void TextReader::hTakeBehindValue(Token iToken)
+{
+    if (iToken == Token::String)
+    {
+        Throw<PropertyBagException>(Messages::gStringOrBeginTokenExpected);
+    }
+    if (iToken == Token::End)
+    {
+        hTakePlain(mName, mValue, mMayValueBeEscapable);
+        mState = State::Name;
+        return;
+    }
+    // What looked like a value is the name of the nest's first property.
+    hOpenNest();
+    mName = mValue;
+    mState = State::Value;
 }
 
 void TextReader::Finish() const
@@ -338,14 +348,7 @@ inline void TextReader::hMarkReplacedWith(const Frame& iFrame, const Place& iPla
             lReplaced = *lPlace;
             *lPlace = static_cast<Number>(iNumber);
         }
-        if (lReplaced < lPlainCount)
-        {
-            lPlains[lReplaced].mEscapable = gReplaced;
-        }
-        else
-        {
-            lNests[lReplaced - lPlainCount].mIsReplaced = true;
-        }
+        hDropEntry(iFrame, lReplaced);
     };
     for (std::size_t lIndex = 0; lIndex < lPlainCount; ++lIndex)
     {
@@ -354,6 +357,20 @@ inline void TextReader::hMarkReplacedWith(const Frame& iFrame, const Place& iPla
     for (std::size_t lIndex = 0; lIndex < lNestCount; ++lIndex)
     {
         lTake(lPlainCount + lIndex, lNests[lIndex].mName);
+    }
+}
+
+// Marks the entry of a number, see above.
+void TextReader::hDropEntry(const Frame& iFrame, std::size_t iNumber) noexcept
+{
+    const std::size_t lPlainCount = mPlains.GetCount() - iFrame.mFirstPlain;
+    if (iNumber < lPlainCount)
+    {
+        mPlains[iFrame.mFirstPlain + iNumber].mEscapable = gReplaced;
+    }
+    else
+    {
+        mNests[iFrame.mFirstNest + iNumber - lPlainCount].mIsReplaced = true;
     }
 }
 

@@ -156,6 +156,7 @@ std::string WideCharToUTF8(const wchar_t* ipText, bool iStrict)
     std::string lText;
     for (std::size_t lIndex = 0; ipText[lIndex] != L'\0'; ++lIndex)
     {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): 32 bits become 32 bits
         const std::uint32_t lCodePoint = static_cast<std::uint32_t>(ipText[lIndex]);
         const bool lIsScalarValue = IsScalarValue(lCodePoint);
         if (!lIsScalarValue && iStrict)

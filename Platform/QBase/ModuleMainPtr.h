@@ -79,7 +79,7 @@ private:
     {
         while (QSynch_AtomicSet(&mLock, gLocked) == gLocked)
         {
-            ::sleep(0);
+            ::sleep(0); // NOLINT(concurrency-mt-unsafe): on Linux it shares no timer with alarms
         }
     }
 

@@ -11,7 +11,7 @@ ReturnWString::ReturnWString(std::wstring&& iText) noexcept : mText(mShort), mLe
 {
     if (mLength <= gShortLength)
     {
-        hCopy(iText.data());
+        std::wmemcpy(mShort, iText.data(), mLength + 1);
         iText.clear();
         return;
     }
@@ -47,7 +47,7 @@ void ReturnWString::hTakeOver(ReturnWString& iOther) noexcept
     else if (mKind == Kind::String)
     {
         new (&mString) std::wstring(std::move(iOther.mString));
-        iOther.mString.~basic_string();
+        iOther.mString.~basic_string(); // NOLINT(clang-analyzer-cplusplus.Move): what was moved from must still go
     }
     iOther.mText = iOther.mShort;
     iOther.mLength = 0;

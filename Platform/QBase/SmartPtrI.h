@@ -59,6 +59,7 @@ public:
 
     // Every assignment takes the new reference before it drops the old one: assigning a pointer to itself, or from one
     // that only the old object keeps alive, is safe.
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp): a copy is swapped in
     SmartPtrI& operator=(const SmartPtrI& iOther) noexcept
     {
         SmartPtrI(iOther).swap(*this);
@@ -67,6 +68,7 @@ public:
 
     SmartPtrI& operator=(SmartPtrI&& iOther) noexcept
     {
+        // cppcheck-suppress accessMoved ; the move is the one access
         SmartPtrI(std::move(iOther)).swap(*this);
         return *this;
     }
@@ -81,6 +83,7 @@ public:
     template <class U, IfConvertible<U> = 0>
     SmartPtrI& operator=(SmartPtrI<U>&& iOther) noexcept
     {
+        // cppcheck-suppress accessMoved ; the move is the one access
         SmartPtrI(std::move(iOther)).swap(*this);
         return *this;
     }

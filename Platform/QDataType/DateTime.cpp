@@ -203,7 +203,7 @@ QBase::ReturnWString DateTime::ToWString() const
         lText.erase(lText.find_last_not_of(L'0') + 1);
     }
     lText += L'Z';
-    return lText.c_str();
+    return lText;
 }
 
 bool DateTime::FromString(const std::string& iText)

@@ -124,6 +124,11 @@ private:
         return {mBeginDelimiter.View(), mEndDelimiter.View()};
     }
 
+    bool hIsOwnPair(const DelimiterPair& iPair) const noexcept
+    {
+        return mBeginDelimiter == iPair.mBegin && mEndDelimiter == iPair.mEnd;
+    }
+
     bool hIsEmpty() const noexcept
     {
         return mValueContent.GetCount() == 0 && mEmbeddedContent.empty();
@@ -135,6 +140,9 @@ private:
     std::wstring hReadValue(std::size_t iIndex) const;
     std::wstring hTextOfNest(const PropertyBagImpl& iNest) const;
     void hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
+    void hSetPlain(const wchar_t* ipName, std::wstring_view iValue);
+    TextReader hMakeReader(const DelimiterPair& iPair);
+    void hAddTextOneByOne(std::wstring_view iText);
     bool hAddText(std::wstring_view iText);
     bool hAddContent(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
     void hMergeScratch(const TextReader& iReader, const PropertyBagImpl& iScratch, std::size_t& oEntry);

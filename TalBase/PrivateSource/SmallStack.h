@@ -17,6 +17,7 @@ class SmallStack
     static_assert(std::is_trivially_copyable_v<Value> && std::is_trivially_destructible_v<Value>);
 
 public:
+    // cppcheck-suppress uninitMemberVar ; values are set when they are pushed
     SmallStack() noexcept : mValues(reinterpret_cast<Value*>(mInline)) {}
 
     SmallStack(const SmallStack&) = delete;

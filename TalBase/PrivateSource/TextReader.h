@@ -88,15 +88,15 @@ private:
     {
         std::wstring_view mName;
         std::wstring_view mValue;
-        std::size_t mEscapable; // characters of the value to escape, or gReplaced
+        std::size_t mEscapable = 0; // characters of the value to escape, or gReplaced
     };
 
     struct Nest
     {
         std::wstring_view mName;
-        PropertyBagImpl* mBag; // with one reference
-        bool mIsClean;
-        bool mIsReplaced;
+        PropertyBagImpl* mBag = nullptr; // with one reference
+        bool mIsClean = true;
+        bool mIsReplaced = false;
     };
 
     // What a frame's plain properties come to, without those that a later one of their name replaced.
@@ -110,15 +110,17 @@ private:
     struct Frame
     {
         std::wstring_view mName;
-        std::size_t mFirstPlain;
-        std::size_t mFirstNest;
-        bool mIsClean;
+        std::size_t mFirstPlain = 0;
+        std::size_t mFirstNest = 0;
+        bool mIsClean = true;
     };
 
     class Taker;
 
     template <class Cutter>
     void hTakeAllOf(Cutter& oCutter);
+    void hTakeInsteadOfName(Token iToken);
+    void hTakeBehindValue(Token iToken);
     void hTakePlain(std::wstring_view iName, std::wstring_view iValue, bool iMayBeEscapable);
     void hTakeUnusualPlain(std::wstring_view iName, std::wstring_view iValue);
     void hOpenNest();
@@ -126,6 +128,7 @@ private:
     void hMarkReplaced(const Frame& iFrame);
     template <class Place>
     void hMarkReplacedWith(const Frame& iFrame, const Place& iPlace);
+    void hDropEntry(const Frame& iFrame, std::size_t iNumber) noexcept;
     Size hGetSizeOfPlains(const Frame& iFrame) noexcept;
     void hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& oValues, Nests& oNests);
     void hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, Nests& oNests);

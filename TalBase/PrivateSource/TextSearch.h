@@ -85,7 +85,7 @@ public:
     Found Next() noexcept
     {
         mMayHoldFirstCharacter = false;
-        const wchar_t* lPlace;
+        const wchar_t* lPlace = nullptr;
         const Found lFound = hFind(mBegin, Found::Begin, mEnd, Found::End, mWindow, mMayHoldFirstCharacter, lPlace);
         if (lFound != Found::Nothing)
         {
@@ -107,7 +107,7 @@ public:
         {
             mWindow = lWindow;
             const wchar_t* lName = mPosition;
-            const wchar_t* lNameStop;
+            const wchar_t* lNameStop = nullptr;
             bool lMayHold = false;
             const Found lFound = hFind(mBegin, Found::Begin, mEnd, Found::End, lWindow, lMayHold, lNameStop);
             if (lFound == Found::End && lNameStop == lName)
@@ -228,7 +228,7 @@ private:
         {
             const std::wstring_view lNameText(lName, static_cast<std::size_t>(lNameStop - lName));
             const wchar_t* lValue = lNameStop + mBegin.GetLength();
-            const wchar_t* lValueStop;
+            const wchar_t* lValueStop = nullptr;
             mPosition = lValue;
             bool lMayHold = false;
             const Window lBefore = oWindow;
