@@ -102,6 +102,10 @@ TEST(PropertyBagsOutOfMemory, AddChangesNeitherCollectionNorBag)
 
 TEST(PropertyBagsOutOfMemory, CloneChangesNoReferences)
 {
+    if constexpr (Support::gLosesFailedCopies)
+    {
+        return; // what that loses are references
+    }
     Support::CallLog lLog;
     const auto lTraced = new TracedBag(lLog, L"bag");
     const BagsPtr lBags(QTalBase::CreatePropertyBags());

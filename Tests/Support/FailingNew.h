@@ -85,6 +85,13 @@ void FailEachAllocation(const Operation& iOperation, const Check& iCheck, const 
     }
 }
 
+// Before its version 16, libc++ loses the elements that a vector's constructor has copied when a later copy fails.
+#if defined(_LIBCPP_VERSION) && _LIBCPP_VERSION < 16000
+inline constexpr bool gLosesFailedCopies = true;
+#else
+inline constexpr bool gLosesFailedCopies = false;
+#endif
+
 // For an operation that can simply be done again.
 template <class Operation, class Check>
 void FailEachAllocation(const Operation& iOperation, const Check& iCheck)

@@ -138,7 +138,8 @@ void AddBagCollections(Cases& oCases)
                          oSubject.mAnswer = oSubject.mBags->GetPropertyBagByName(L"x");
                      }).CannotFail());
     oCases.push_back(OnCollection("QTalBase::PropertyBags::Clone() const", "",
-                                  [](BagsSubject& oSubject) { oSubject.mClone = oSubject.mBags->Clone(); }));
+                                  [](BagsSubject& oSubject) { oSubject.mClone = oSubject.mBags->Clone(); })
+                         .CopiesVector());
     oCases.push_back(OnCollection("QTalBase::PropertyBags::Serialize(QSerialization::WriteDataStream&) const", "",
                                   [](BagsSubject& oSubject) {
                                       QSerialization::MemoryWriteDataStream lStream;

@@ -123,11 +123,15 @@ bool IsPublicFunction(const std::string& iFunction)
     return std::regex_match(iFunction, lOurs) && !std::regex_match(iFunction, lOthers);
 }
 
-// "wchar_t const*" is how the symbol table writes "const wchar_t*".
+// "wchar_t const*" is how the symbol table writes "const wchar_t*". Standard libraries keep their types in namespaces that
+// name a version, and count instants in units of their own.
 std::string Spelled(const std::string& iOperation)
 {
+    static const std::regex lVersion(R"(__1::|__cxx11::|_V2::|\[abi:cxx11\])");
+    static const std::regex lInstant(R"(std::chrono::time_point<[^()]*>)");
     static const std::regex lConstBehind(R"(([A-Za-z_][A-Za-z_:]*) const([*&]))");
-    return std::regex_replace(iOperation, lConstBehind, "const $1$2");
+    const std::string lText = std::regex_replace(std::regex_replace(iOperation, lVersion, ""), lInstant, "instant");
+    return std::regex_replace(lText, lConstBehind, "const $1$2");
 }
 
 std::string Missing(const std::set<std::string>& iOperations, const std::set<std::string>& iTried)

@@ -112,7 +112,9 @@ Cases MakeTemplateCases()
                      }).CannotFail());
     lCases.push_back(OnEntries("QClone::Deep(std::vector<Entry>&, std::vector<Entry>)", [](EntriesSubject& oSubject) {
                          QClone::Deep(oSubject.mDestination, oSubject.mEntries);
-                     }).MayLeave(Beginnings()));
+                     })
+                         .MayLeave(Beginnings())
+                         .CopiesVector());
     return lCases;
 }
 

@@ -48,6 +48,7 @@ struct Case
     std::function<std::unique_ptr<Scene>()> mMake;
     Kind mKind = Kind::CanFail;
     bool mMayDoWithout = false;             // where memory only makes it faster
+    bool mCopiesVector = false;             // with the vector's own constructor
     std::vector<std::wstring> mMayLeave;    // besides what was there before
     std::vector<std::wstring> mMayComeLast; // what a second run may make of these, besides what the first one makes
 
@@ -72,6 +73,12 @@ struct Case
     Case&& MayDoWithout() &&
     {
         mMayDoWithout = true;
+        return std::move(*this);
+    }
+
+    Case&& CopiesVector() &&
+    {
+        mCopiesVector = true;
         return std::move(*this);
     }
 
