@@ -187,8 +187,23 @@ PreparedCase PrepareDelimiterCheck(std::size_t iSize)
             [lBag, lBegin] { Expect(*lBegin == lBag->GetBeginDelimiter()); }};
 }
 
-// A stream brings delimiters as long as all its nested bags together; each of those bears them.
-PreparedCase PrepareStreamedDelimiters(std::size_t iSize)
+// A filter that holds one name again and again, of a bag with enough names for a table.
+PreparedCase PrepareRepeatedFilter(std::size_t iSize)
+{
+    const Names lNames = MakeDistinctNames(64);
+    const BagPtr lBag = ReadBag(lNames);
+    const std::shared_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    for (std::size_t lIndex = 0; lIndex < iSize; ++lIndex)
+    {
+        lFilter->Insert(lNames[0].c_str());
+    }
+    const auto lClone = std::make_shared<BagPtr>();
+    return {[lBag, lFilter, lClone] { *lClone = lBag->FilteredClone(lFilter.get()); },
+            [lClone] { Expect((*lClone)->GetCount() == 1); }};
+}
+
+// A stream of delimiters that are as long as all its nested bags together; each of those bears them.
+std::shared_ptr<QSerialization::MemoryWriteDataStream> MakeStreamOfLongDelimiters(std::size_t iSize)
 {
     const auto lStream = std::make_shared<QSerialization::MemoryWriteDataStream>();
     lStream->WriteWString((std::wstring(iSize, L'<') + L'v').c_str());
@@ -199,12 +214,47 @@ PreparedCase PrepareStreamedDelimiters(std::size_t iSize)
         lText += L"N" + std::to_wstring(gFirstNumber + lNest) + L"++++K++++v******";
     }
     lStream->WriteWString(lText.c_str());
+    return lStream;
+}
+
+void Read(const QSerialization::MemoryWriteDataStream& iStream, QTalBase::PropertyBag& oBag)
+{
+    QSerialization::MemoryReadDataStream lRead(iStream.GetBytes().data(), iStream.GetBytes().size());
+    oBag.DeSerialize(lRead);
+}
+
+PreparedCase PrepareStreamedDelimiters(std::size_t iSize)
+{
+    const auto lStream = MakeStreamOfLongDelimiters(iSize);
     const BagPtr lBag(QTalBase::CreatePropertyBag());
-    return {[lStream, lBag] {
-                QSerialization::MemoryReadDataStream lRead(lStream->GetBytes().data(), lStream->GetBytes().size());
-                lBag->DeSerialize(lRead);
+    return {[lStream, lBag] { Read(*lStream, *lBag); }, [lBag, iSize] { Expect(lBag->GetCount() == iSize / 16); }};
+}
+
+// Each nest is handed on as text would be.
+PreparedCase PrepareMergingStreamed(std::size_t iSize)
+{
+    const BagPtr lSource(QTalBase::CreatePropertyBag());
+    Read(*MakeStreamOfLongDelimiters(iSize), *lSource);
+    const BagPtr lBag(QTalBase::CreatePropertyBag());
+    return {[lSource, lBag] {
+                lBag->AddPropertyBag(lSource.get());
+                lSource->AddPropertyBag(lSource.get());
             },
             [lBag, iSize] { Expect(lBag->GetCount() == iSize / 16); }};
+}
+
+PreparedCase PrepareFilteringStreamed(std::size_t iSize)
+{
+    const BagPtr lBag(QTalBase::CreatePropertyBag());
+    Read(*MakeStreamOfLongDelimiters(iSize), *lBag);
+    const std::shared_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    for (unsigned int lIndex = 0; lIndex < lBag->GetCount(); ++lIndex)
+    {
+        lFilter->Insert(lBag->GetName(lIndex).c_str());
+    }
+    const auto lClone = std::make_shared<BagPtr>();
+    return {[lBag, lFilter, lClone] { *lClone = lBag->FilteredClone(lFilter.get()); },
+            [lClone, iSize] { Expect((*lClone)->GetCount() == iSize / 16); }};
 }
 
 // Nested bags of the first level stay even when they are empty, each with a nest inside that vanishes.
@@ -287,6 +337,7 @@ std::vector<HostileCase> MakeNameCases()
             MakeNameCase("names, colliding: compare", MakeCollidingNames, PrepareComparingNames),
             {"names, equal: parse", "properties",
              [](std::size_t iSize) { return PrepareReading(MakePropertiesText(Names(iSize, L"Name")), 1); }},
+            {"names, equal: FilteredClone", "names in the filter", PrepareRepeatedFilter},
             {"merge of other names", "properties", PrepareMergingOtherNames},
             {"merge into itself", "properties", PrepareMergingItself}};
 }
@@ -301,6 +352,8 @@ std::vector<HostileCase> MakeTextCases()
         {"long delimiters: SetProperty", "characters of the value", PrepareAlmostDelimiterValue},
         {"long delimiters: ChangeDelimiters", "characters of begin", PrepareDelimiterCheck},
         {"long delimiters: DeSerialize nests", "characters of each", PrepareStreamedDelimiters},
+        {"long delimiters: merge nests", "characters of each", PrepareMergingStreamed},
+        {"long delimiters: FilteredClone nests", "characters of each", PrepareFilteringStreamed},
         {"empty nested bags", "nested bags", PrepareEmptyNests},
         {"open and close, going deeper: parse", "levels", PrepareReadingComb},
         {"open and close, going deeper: compare", "levels", PrepareComparingCombs},

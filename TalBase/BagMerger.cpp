@@ -74,6 +74,40 @@ void BagMerger::SetText(std::wstring_view iName, std::wstring_view iText)
     hNumber(lPlace, mBag.mEmbeddedContent.size() - 1, true);
 }
 
+void BagMerger::SetWritten(std::wstring_view iName, const PropertyBagImpl& iNest)
+{
+    if (const auto lCopy = hCopierFor(iNest.mBeginDelimiter, iNest.mEndDelimiter).CopyWritten(iNest))
+    {
+        SetNest(iName, lCopy);
+        return;
+    }
+    SetText(iName, TextWriter(iNest).WriteToString(true));
+}
+
+void BagMerger::SetRewritten(std::wstring_view iName, const PropertyBagImpl& iNest)
+{
+    if (iNest.hIsEmpty())
+    {
+        SetText(iName, {});
+        return;
+    }
+    if (const auto lCopy = hCopierFor(mBag.mBeginDelimiter, mBag.mEndDelimiter).CopyRewritten(iNest))
+    {
+        SetNest(iName, lCopy);
+        return;
+    }
+    SetText(iName, mBag.hTextOfNest(iNest));
+}
+
+NestCopier& BagMerger::hCopierFor(const SharedWString& iBegin, const SharedWString& iEnd)
+{
+    if (!mCopier || !mCopier->HasPair(iBegin, iEnd))
+    {
+        mCopier.emplace(iBegin, iEnd);
+    }
+    return *mCopier;
+}
+
 void BagMerger::SetNest(std::wstring_view iName, const QBase::SmartPtrI<PropertyBagImpl>& iNest)
 {
     hCheckName(iName);
@@ -105,11 +139,23 @@ void BagMerger::SetAllOfItself()
     for (std::size_t lStep = 0; lStep < lNestCount; ++lStep)
     {
         const QBase::ReturnWString lName = mBag.mEmbeddedContent[2 * lStep].first;
-        const std::wstring lText = TextWriter(*mBag.mEmbeddedContent[2 * lStep].second).WriteToString(true);
+        const QBase::SmartPtrI<PropertyBagImpl> lNest = mBag.mEmbeddedContent[2 * lStep].second;
+        QBase::SmartPtrI<PropertyBagImpl> lCopy =
+            hCopierFor(lNest->mBeginDelimiter, lNest->mEndDelimiter).CopyWritten(*lNest);
+        const std::wstring lText = lCopy ? std::wstring() : TextWriter(*lNest).WriteToString(true);
         hCheckName(lName);
         mBag.mEmbeddedContent[2 * lStep].second = nullptr;
         mHasKilled = true;
-        mBag.mEmbeddedContent.emplace_back(lName, mBag.hMakeNested(lText));
+        mBag.hAcceptOwnDelimiters();
+        if (lCopy)
+        {
+            hConvert(*lCopy);
+        }
+        else
+        {
+            lCopy = mBag.hMakeNested(lText);
+        }
+        mBag.mEmbeddedContent.emplace_back(lName, lCopy);
     }
 }
 

@@ -314,7 +314,7 @@ void PropertyBagImpl::AddPropertyBag(const PropertyBag* ipPropertyBag)
         }
         for (const auto& [lName, lNest] : lOther->mEmbeddedContent)
         {
-            lMerger.SetText(lName, TextWriter(*lNest).WriteToString(true));
+            lMerger.SetWritten(lName, *lNest);
         }
         return;
     }
@@ -475,7 +475,8 @@ void PropertyBagImpl::hCopyNamed(const QDataType::StringCollection& iFilter, Pro
     const bool lIsExact = hIsExact();
     const unsigned long lCount = iFilter.GetCount();
     BagIndex lIndexOfThis(*this);
-    BagMerger lMerger(oClone, lCount);
+    // Of a filter's names, those that this bag does not have are not set; and its count is only a claim.
+    BagMerger lMerger(oClone, lIsExact ? std::min<std::size_t>(lCount, GetCount()) : lCount);
     for (unsigned long lIndex = 0; lIndex < lCount; ++lIndex)
     {
         const wchar_t* lName = iFilter.GetString(lIndex);
@@ -484,7 +485,7 @@ void PropertyBagImpl::hCopyNamed(const QDataType::StringCollection& iFilter, Pro
             const std::size_t lNest = lIndexOfThis.FindEmbedded(lName, lIndex);
             if (lNest != BagIndex::gNotFound)
             {
-                lMerger.SetText(lName, hTextOfNest(*mEmbeddedContent[lNest].second));
+                lMerger.SetRewritten(lName, *mEmbeddedContent[lNest].second);
                 continue;
             }
             const std::size_t lValue = lIndexOfThis.FindValue(lName, lIndex);
@@ -730,7 +731,7 @@ void PropertyBagImpl::hMergeScratch(const TextReader& iReader, const PropertyBag
         }
         else
         {
-            lMerger.SetText(lName, TextWriter(*lNest).WriteToString(true));
+            lMerger.SetWritten(lName, *lNest);
         }
     }
 }

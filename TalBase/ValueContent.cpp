@@ -82,9 +82,10 @@ void ValueContent::Reserve(std::size_t iCount, std::size_t iTextLength)
     }
     const std::size_t lCount = mCount + iCount;
     const std::size_t lLength = mUsedLength + iTextLength;
-    // Doubling what is used keeps the cost of growing linear; nothing is added to the first reservation.
+    // Doubling what is used keeps the cost of growing linear, and so does a character for each entry where most of them
+    // are killed ones, which use no text and are copied all the same. Nothing is added to the first reservation.
     hLayOut(mCount == 0 ? lCount : std::max(lCount, 2 * mCount),
-            mCount == 0 ? lLength : std::max(lLength, 2 * mUsedLength));
+            mCount == 0 ? lLength : std::max({lLength, 2 * mUsedLength, mUsedLength + mCount}));
 }
 
 void ValueContent::ReserveForOne(std::size_t iTextLength)

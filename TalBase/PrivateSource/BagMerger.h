@@ -8,6 +8,7 @@
 #define TALBASE_PRIVATESOURCE_BAGMERGER_H
 
 #include "TalBase/PrivateSource/NameTable.h"
+#include "TalBase/PrivateSource/NestCopier.h"
 #include "TalBase/PrivateSource/PropertyBagImpl.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 
@@ -30,6 +31,11 @@ public:
     void SetPlain(std::wstring_view iName, std::wstring_view iValue);
     void SetText(std::wstring_view iName, std::wstring_view iText);
 
+    // As SetText with the text of a nest, with header and each bag's own delimiters; or without header, with the
+    // delimiters of the bag.
+    void SetWritten(std::wstring_view iName, const PropertyBagImpl& iNest);
+    void SetRewritten(std::wstring_view iName, const PropertyBagImpl& iNest);
+
     // As SetProperty with the text of a clean nest (see TextReader) that nobody else holds: takes the nest itself and
     // gives it, level by level, the delimiters of the bag.
     void SetNest(std::wstring_view iName, const QBase::SmartPtrI<PropertyBagImpl>& iNest);
@@ -39,6 +45,7 @@ public:
     void SetAllOfItself();
 
 private:
+    NestCopier& hCopierFor(const SharedWString& iBegin, const SharedWString& iEnd);
     void hCheckName(std::wstring_view iName);
     std::wstring_view hStoredValue(std::wstring_view iValue, std::wstring& oEscaped);
     std::uint32_t* hRemove(std::wstring_view iName);
@@ -53,6 +60,7 @@ private:
     bool mHasKilled = false;
     TextSearcher mBegin;
     TextSearcher mEnd;
+    std::optional<NestCopier> mCopier;
     std::optional<NameTable> mTable; // of entry numbers: twice the index, plus 1 for a nest
 };
 

@@ -95,6 +95,7 @@ private:
     friend class BagComparer;
     friend class BagIndex;
     friend class BagMerger;
+    friend class NestCopier;
     friend class TextChecker;
     friend class TextReader;
     friend class TextWriter;

@@ -34,6 +34,13 @@ public:
     // Makes the automaton's table, once. Throws std::bad_alloc.
     void Prepare();
 
+    // How much of the needle is matched at least where so much of it is, but not by the same characters of the text:
+    // what the first iMatched characters of the needle both begin and end with. Needs Prepare.
+    std::size_t GetBorder(std::size_t iMatched) const noexcept
+    {
+        return mBorders[iMatched];
+    }
+
     // The length of the longest text, other than the needle, that the needle both begins and ends with. Throws
     // std::bad_alloc.
     std::size_t GetLongestBorder()

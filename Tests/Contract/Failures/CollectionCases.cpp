@@ -137,9 +137,9 @@ void AddBagCollections(Cases& oCases)
     oCases.push_back(OnCollection(lByName, "unknown", [](BagsSubject& oSubject) {
                          oSubject.mAnswer = oSubject.mBags->GetPropertyBagByName(L"x");
                      }).CannotFail());
-    oCases.push_back(OnCollection("QTalBase::PropertyBags::Clone() const", "",
-                                  [](BagsSubject& oSubject) { oSubject.mClone = oSubject.mBags->Clone(); })
-                         .CopiesVector());
+    oCases.push_back(OnCollection("QTalBase::PropertyBags::Clone() const", "", [](BagsSubject& oSubject) {
+                         oSubject.mClone = oSubject.mBags->Clone();
+                     }).CopiesVector());
     oCases.push_back(OnCollection("QTalBase::PropertyBags::Serialize(QSerialization::WriteDataStream&) const", "",
                                   [](BagsSubject& oSubject) {
                                       QSerialization::MemoryWriteDataStream lStream;

@@ -123,8 +123,8 @@ bool IsPublicFunction(const std::string& iFunction)
     return std::regex_match(iFunction, lOurs) && !std::regex_match(iFunction, lOthers);
 }
 
-// "wchar_t const*" is how the symbol table writes "const wchar_t*". Standard libraries keep their types in namespaces that
-// name a version, and count instants in units of their own.
+// "wchar_t const*" is how the symbol table writes "const wchar_t*". Standard libraries keep their types in namespaces
+// that name a version, and count instants in units of their own.
 std::string Spelled(const std::string& iOperation)
 {
     static const std::regex lVersion(R"(__1::|__cxx11::|_V2::|\[abi:cxx11\])");

@@ -110,9 +110,8 @@ Cases MakeTemplateCases()
     lCases.push_back(OnEntries("QClone::Clear(std::vector<Entry>&)", [](EntriesSubject& oSubject) {
                          QClone::Clear(oSubject.mEntries);
                      }).CannotFail());
-    lCases.push_back(OnEntries("QClone::Deep(std::vector<Entry>&, std::vector<Entry>)", [](EntriesSubject& oSubject) {
-                         QClone::Deep(oSubject.mDestination, oSubject.mEntries);
-                     })
+    lCases.push_back(OnEntries("QClone::Deep(std::vector<Entry>&, std::vector<Entry>)",
+                               [](EntriesSubject& oSubject) { QClone::Deep(oSubject.mDestination, oSubject.mEntries); })
                          .MayLeave(Beginnings())
                          .CopiesVector());
     return lCases;
