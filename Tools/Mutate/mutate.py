@@ -43,7 +43,8 @@ OUTSIDE = ("Unit/PropertyBagTest", "Unit/PropertyBagTokenTest", "Unit/BufferedWS
            "Contract/TestValuesAllocation", "Contract/TestGuidFailure", "Contract/ModuleStartTest",
            "Contract/FailedPrimitiveTest", "Contract/FailedAllocationTest", "Contract/MemoryTest",
            "Contract/DifferentialTest", "Contract/TextCheckDifferentialTest")
-INSIDE = ("Unit/TextReaderTest", "Unit/NameTableTest", "Unit/ValueContentTest", "Contract/DocumentsTest")
+INSIDE = ("Unit/TextReaderTest", "Unit/NameTableTest", "Unit/NestCopierTest", "Unit/ValueContentTest",
+          "Contract/DocumentsTest")
 # What would cost much and notice little: other libraries, threads, a million levels of nesting, and times.
 LEFT_OUT = ("Unit/PlatformTests", "Unit/PlatformThreadTests", "Unit/PlatformRandomSourceTests",
             "Unit/PlatformAllocationTests", "Contract/BagThreadsTest", "Contract/TestValuesThreads",
