@@ -16,8 +16,8 @@ were noticed, or where an explained one does not exist any more.
 """
 
 import argparse
+import hashlib
 import os
-import random
 import re
 import subprocess
 import sys
@@ -177,11 +177,16 @@ def parse_arguments(arguments):
     return parser.parse_args(arguments)
 
 
+def lot(seed, mutant):
+    """Returns what a mutant is drawn by. It depends on no other one, so a change of the library changes few of a draw."""
+    return hashlib.sha256("\0".join((str(seed),) + mutant.key()).encode()).digest()
+
+
 def draw(population, options):
     drawn = [mutant for mutant in population if not options.file or mutant.file in options.file]
     sample = SAMPLE if options.sample is None and not options.file else options.sample
     if sample is not None and sample < len(drawn) and not options.all:
-        drawn = random.Random(options.seed).sample(drawn, sample)
+        drawn = sorted(drawn, key=lambda mutant: lot(options.seed, mutant))[:sample]
     return sorted(drawn, key=lambda mutant: (mutant.file, mutant.start, mutant.stop, mutant.new))
 
 

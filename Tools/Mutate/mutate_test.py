@@ -217,6 +217,13 @@ class Reporting(unittest.TestCase):
         self.assertNotEqual(first, mutate.draw(population, mutate.parse_arguments(["--sample", "4", "--seed", "8"])))
         self.assertEqual(mutate.draw(population, mutate.parse_arguments(["--file", "b.cpp"])), [])
 
+    def test_a_change_of_the_library_changes_few_of_a_sample(self):
+        population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5 + 7 + 9;")
+        options = mutate.parse_arguments(["--sample", "4"])
+        first = mutate.draw(population, options)
+        second = mutate.draw([mutant for mutant in population if mutant != first[0]], options)
+        self.assertEqual(len(set(map(str, first)) & set(map(str, second))), 3)
+
     def test_a_sample_is_drawn_unless_all_or_a_file_is_wanted(self):
         population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5 + 7 + 9;" * 100)
         for arguments, count in (([], 500), (["--all"], 1400), (["--file", "a.cpp"], 1400), (["--sample", "9"], 9),
