@@ -96,6 +96,19 @@ TEST(RepeatedNames, EqualsRendersTheOthersNestOnlyWhereNoPlainPropertyHidesIt)
     EXPECT_MESSAGE(*lAsked == *lShown, PropertyBagException, gEqualDelimiters);
 }
 
+// The other bag is asked for the value of the name, which renders its nest, unless a plain property comes first.
+TEST(RepeatedNames, EqualsRendersTheNestThatHasThePlainPropertysName)
+{
+    const BagPtr lNest = BagBuilder().Nest(L"a", BagBuilder().Set(L"k", L"v"));
+    Spoil(lNest->GetPropertyBag(L"a"));
+    const BagPtr lAsked = BagBuilder().Set(L"a", L"1");
+    EXPECT_MESSAGE(*lAsked == *lNest, PropertyBagException, gEqualDelimiters);
+    const BagPtr lBoth = RepeatingBag().Plain(L"a", L"1").Nest(L"a", L"k++++v***").Cloned();
+    Spoil(lBoth->GetPropertyBag(L"a"));
+    const BagPtr lAskedOfTwo = BagBuilder().Set(L"a", L"1").Set(L"b", L"2");
+    EXPECT_FALSE(*lAskedOfTwo == *lBoth);
+}
+
 TEST(RepeatedNames, EqualsFindsTheFirstOfManyNestsOfOneName)
 {
     const BagPtr lAsked = RepeatingBag()

@@ -188,6 +188,8 @@ TEST(TextCheck, ValuesThatTheReceivingBagRefusesAreThePlace)
     ExpectInvalid(gHeader + L"b++++2***^n++++k++++x;y******", L"=", L";",
                   gPrefix + L"SetProperty; ipValue may not contain the delimiters. ipValue: x;y, begin delimiter: =, "
                             L"end delimiter: ;");
+    ExpectInvalid(gHeader + L"m++++a++++1******n++++b++++2******^o++++c;++++3******", L"=", L";",
+                  gPrefix + L"SetProperty; ipName may not contain the delimiters");
     // The first of the two is replaced and not merged.
     ExpectInvalid(gHeader + L"c++++x;y***c++++^z;***", L"=", L";",
                   gPrefix + L"SetProperty; ipValue may not contain the delimiters. ipValue: z;, begin delimiter: =, "
@@ -208,6 +210,14 @@ TEST(TextCheck, ValueThatAnEscapeSpoilsIsThePlace)
                             L"#, end delimiter: ;");
 }
 
+// The value is written with an escape, so its delimiter begins earlier when the nest is handed on; what is left of that
+// and the first character of the next name are a delimiter too.
+TEST(TextCheck, NestThatAnEscapeSpoilsIsThePlace)
+{
+    const Support::RepointedDefaults lDefaults(L"<", L";;");
+    ExpectInvalid(L"^n<k<*;;;x<v;;;;", L"<", L";;", gPrefix + L"ExtractData; A string token was expected");
+}
+
 TEST(TextCheck, RemarksTellWhatGetsLost)
 {
     EXPECT_EQ(RemarksOn(L"a++++1***tail"), "tail 'tail' at 9");
@@ -220,6 +230,8 @@ TEST(TextCheck, RemarksTellWhatGetsLost)
     EXPECT_EQ(RemarksOn(L"n++++2***n++++k++++1******"), "repeated 'n' at 0");
     EXPECT_EQ(RemarksOn(L"n++++k++++1***l++++3***k++++2******"), "repeated 'k' at 5");
     EXPECT_EQ(RemarksOn(L"n++++k++++1******n++++2***"), "repeated 'n' at 0");
+    EXPECT_EQ(RemarksOn(L"n++++k++++1***e++++l++++*********"), "empty bag 'e' at 14, empty value 'l' at 19");
+    EXPECT_EQ(RemarksOn(L"n++++e++++l++++******k++++1******"), "empty bag 'e' at 5, empty value 'l' at 10");
 }
 
 TEST(TextCheck, RemarksTellWhereADelimiterCouldBeginFurtherOn)
