@@ -195,7 +195,7 @@ public:
 
     // Returns whether every property of the ARGUMENT is found, equal, in this bag: plain values unescaped on both
     // sides, nested bags by IsSubset in turn. A name that this bag lacks reads as the empty text. ipSubset may not be
-    // null.
+    // null. What the operations of a class of your own throw passes through.
     virtual bool IsSubset(const PropertyBag* ipSubset) const = 0;
 
     // Replaces the delimiters of this bag and of every nested bag at every depth. Stored names and values stay as they
@@ -213,7 +213,8 @@ public:
 
     // Returns a new bag, reference count 0, with the same delimiters and only the properties that the filter names, in
     // the filter's order. Nested bags are independent copies, made through their text form. Names that this bag lacks
-    // and empty values are left out. ipFilter may not be null. Throws what SetProperty and EmbedProperty throw.
+    // and empty values are left out. ipFilter may not be null; a name that it holds twice is applied twice.
+    // Throws what SetProperty and EmbedProperty throw, and what a filter of your own throws.
     virtual PropertyBag* FilteredClone(const QDataType::StringCollection* ipFilter) const = 0;
 
     // Swaps a property with the one at a position of the same kind; nothing is shifted. Does nothing for a null or
