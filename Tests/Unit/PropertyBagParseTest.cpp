@@ -123,6 +123,14 @@ TEST(PropertyBag, AddStringRepeatedNameKeepsTheLast)
     EXPECT_EQ(Describe(lKinds), L"'++++' '***' {'b'='2' 'a'={'k'='v'}}");
 }
 
+TEST(PropertyBag, AddStringRepeatedNamesInsideANestKeepTheLast)
+{
+    const BagPtr lBag = NewBag();
+    lBag->AddString(L"p++++1***q++++2***n++++m++++a++++1******m++++b++++2******k++++3***k++++4***o++++c++++5******o++++"
+                    L"6******r++++d++++7******");
+    EXPECT_EQ(Describe(lBag), L"'++++' '***' {'p'='1' 'q'='2' 'n'={'k'='4' 'o'='6' 'm'={'b'='2'}} 'r'={'d'='7'}}");
+}
+
 TEST(PropertyBag, AddStringEscapesLoneDelimiterCharacters)
 {
     const BagPtr lBag = NewBag();

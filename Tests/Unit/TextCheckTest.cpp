@@ -202,6 +202,15 @@ TEST(TextCheck, NestThatCannotBeHandedOnIsThePlace)
     ExpectInvalid(L"m[^n[a[1endendend", L"[", L"end", gMetadata + L"EndDelimiter cannot be empty");
 }
 
+TEST(TextCheck, ValueThatAnEscapeGivesOneDelimiterIsThePlace)
+{
+    const std::wstring lMessage = gPrefix + L"SetProperty; ipValue may not contain the delimiters. ipValue: x&#42;y, ";
+    const Support::RepointedDefaults lBegin(L"#", L"|");
+    ExpectInvalid(L"a#1|b#^x*y|", L"#", L"|", lMessage + L"begin delimiter: #, end delimiter: |");
+    const Support::RepointedDefaults lEnd(L"|", L"#");
+    ExpectInvalid(L"a|1#b|^x*y#", L"|", L"#", lMessage + L"begin delimiter: |, end delimiter: #");
+}
+
 TEST(TextCheck, ValueThatAnEscapeSpoilsIsThePlace)
 {
     const Support::RepointedDefaults lDefaults(L"#", L";");
