@@ -170,6 +170,15 @@ TEST_F(BagComparing, FilteredCloneReadsByName)
     EXPECT_EQ(Describe(lClone), L"'++++' '***' {'a'='1&#42;' 'n'={'k'='v'}}");
 }
 
+TEST_F(BagComparing, FilteredCloneKeepsSensitiveProperties)
+{
+    const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    lFilter->Insert(L"n");
+    mBag->GetPropertyBag(L"n")->SetProperty(L"FTPServerPassword", L"secret", false);
+    const BagPtr lClone = mBag->FilteredClone(lFilter.get());
+    EXPECT_EQ(Describe(lClone), L"'++++' '***' {'n'={'k'='v' 'FTPServerPassword'='secret'}}");
+}
+
 TEST_F(BagComparing, FilteredCloneLeavesOutANullBag)
 {
     class Withholding : public PropertyBagImpl

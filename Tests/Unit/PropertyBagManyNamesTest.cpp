@@ -123,6 +123,30 @@ TEST(ManyNames, AddPropertyBagReplacesPropertiesOfEitherKind)
               L"'++++' '***' {" + PlainDescription(0, 32).substr(1) + L" 'p32'='new' 'n1'='plain' 'n0'={'k'='w'}}");
 }
 
+// The nest of the merged bag that holds this bag is handed on with what this bag has become meanwhile.
+TEST(ManyNames, AddPropertyBagOfABagAroundThisOne)
+{
+    std::wstring lOutcomes[2];
+    for (std::wstring& oOutcome : lOutcomes)
+    {
+        const BagPtr lOuter =
+            ReadBag(std::wstring(gHeader) + L"p3++++new***a++++b++++" + PlainText(0, 40) + L"c++++d++++x************");
+        const BagPtr lInner = lOuter->GetPropertyBag(L"a")->GetPropertyBag(L"b")->GetPropertyBag(L"c");
+        lInner->AddString(PlainText(0, 40).c_str());
+        if (&oOutcome == lOutcomes)
+        {
+            lInner->AddPropertyBag(lOuter.get());
+        }
+        for (unsigned int lIndex = 0; &oOutcome != lOutcomes && lIndex < lOuter->GetCount(); ++lIndex)
+        {
+            lInner->SetProperty(lOuter->GetName(lIndex).c_str(), lOuter->GetValue(lIndex).c_str(),
+                                lOuter->IsEmbedded(lIndex));
+        }
+        oOutcome = Describe(lOuter);
+    }
+    EXPECT_EQ(lOutcomes[0], lOutcomes[1]);
+}
+
 TEST(ManyNames, OfRepeatedNamesInATextTheLastCounts)
 {
     for (const unsigned int lCount : {60U, 64U, 65U, 200U})
