@@ -109,6 +109,32 @@ TEST(BagAllocation, MergeNeverLosesAPlainProperty)
               lReplaced);
 }
 
+// Among many properties the replaced one keeps its place while they are merged, so there has to be room for another
+// place even where there is room for the text: here after long values and then as many short ones.
+TEST(BagAllocation, MergeIntoManyNeverLosesAPlainProperty)
+{
+    std::wstring lLong;
+    for (int lIndex = 0; lIndex < 40; ++lIndex)
+    {
+        lLong += L"p" + std::to_wstring(lIndex) + L"++++" + std::wstring(100, L'v') + L"***";
+    }
+    BagPtr lBag;
+    std::wstring lBefore;
+    const auto lRenew = [&] {
+        lBag = ReadBag(std::wstring(gHeader) + lLong);
+        for (int lIndex = 0; lIndex < 40; ++lIndex)
+        {
+            lBag->SetProperty((L"s" + std::to_wstring(lIndex)).c_str(), L"1", false);
+        }
+        lBefore = Describe(lBag);
+    };
+    lRenew();
+    const BagPtr lOther = BagBuilder().Set(L"p0", L"new");
+    FailEachAllocation([&] { lBag->AddPropertyBag(lOther.get()); }, [&] { EXPECT_EQ(Describe(lBag), lBefore); },
+                       lRenew);
+    EXPECT_EQ(Text(lBag->GetProperty(L"p0")), L"new");
+}
+
 TEST(BagAllocation, MergeOfItselfNeverLosesAPlainProperty)
 {
     const std::wstring lNestGone = L"'++++' '***' {'" LONG_A L"'='" STORED_V L"'}";

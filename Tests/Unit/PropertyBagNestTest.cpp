@@ -211,3 +211,12 @@ TEST(PropertyBagNest, DeepNestsSurviveTheirReadings)
     const BagPtr lBag = lBuilder;
     EXPECT_EQ(Describe(ReadBag(FullText(*lBag))), Describe(lBag));
 }
+
+// The merged bag lives only as long as the bag holds it, which the first of its properties ends.
+TEST(PropertyBagNest, AddPropertyBagOfTheNestThatItReplaces)
+{
+    const BagPtr lBag = ReadBag(std::wstring(gHeader) + L"n++++n++++1***m++++2***o++++p++++3*********");
+    const QTalBase::PropertyBag* lNest = lBag->GetPropertyBag(L"n").get();
+    lBag->AddPropertyBag(lNest);
+    EXPECT_EQ(Describe(lBag), L"'++++' '***' {'n'='1' 'm'='2' 'o'={'p'='3'}}");
+}
