@@ -4,6 +4,7 @@
 
 #include "QDataType/StringCollection.h"
 #include "Tests/Support/Describe.h"
+#include "Tests/Support/RepointedDefaults.h"
 
 #include <gtest/gtest.h>
 
@@ -180,6 +181,8 @@ TEST(NestCopier, EmptyNests)
     NestOf(NestOf(lBag, L"h"), L"j")->RemoveProperty(L"k");
     lBag->SetProperty(L"l", L"m++++n++++o++++3*********", true);
     NestOf(NestOf(NestOf(lBag, L"l"), L"m"), L"n")->RemoveProperty(L"o");
+    lBag->SetProperty(L"r", L"m++++n++++o++++q++++3************", true);
+    NestOf(NestOf(NestOf(NestOf(lBag, L"r"), L"m"), L"n"), L"o")->RemoveProperty(L"q");
     ExpectHandedOnAsText(lBag);
 }
 
@@ -210,6 +213,17 @@ TEST(NestCopier, ValuesThatAreEscapedOnTheWay)
     ExpectHandedOnAsText(lBag);
     lBag->ChangeDelimiters(L"++++", L"***");
     ExpectHandedOnAsText(lBag);
+}
+
+TEST(NestCopier, ValuesFromBeforeTheDefaultsWereTheseDelimiters)
+{
+    for (const wchar_t* lText : {L"k<1*2>", L"k<1+2>", L"k<12>"})
+    {
+        const BagPtr lBag(QTalBase::CreatePropertyBag(L"<", L">"));
+        lBag->SetProperty(L"n", lText, true);
+        const Support::RepointedDefaults lDefaults(L"<", L">");
+        ExpectHandedOnAsText(lBag);
+    }
 }
 
 TEST(NestCopier, NestsWithDelimitersOfTheirOwn)

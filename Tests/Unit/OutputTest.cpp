@@ -191,6 +191,7 @@ TEST(Output, WindowShowsItsEnabledHours)
     EXPECT_EQ(Shown(*Window(22, 5)), "enabled 6-21");
     EXPECT_EQ(Shown(*Window(9, 16)), "enabled 0-8 17-23");
     EXPECT_EQ(Shown(*Window(1, 22)), "enabled 0 23");
+    EXPECT_EQ(Shown(*Window(2, 21)), "enabled 0-1 22-23");
     EXPECT_EQ(Shown(*Window(0, 23)), "enabled never");
     const SmartPtrI<QTalBase::DeliveryWindow> lWindow(QTalBase::CreateDeliveryWindow());
     EXPECT_EQ(Shown(*lWindow), "enabled always");
