@@ -1,4 +1,4 @@
-// Files in and out: decoding, places, and what in-place changes leave of a file.
+// Files in and out: decoding, places, and where data and all else go.
 
 #include "Files.h"
 
@@ -10,8 +10,6 @@
 #include "TalBase/Initializer.h"
 
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
 
 using namespace TalBaseTool;
 using namespace ToolTests;
@@ -34,11 +32,6 @@ std::string ErrorOfReading(const std::string& iFile)
     {
         return std::string(lError.what()).substr(iFile.size());
     }
-}
-
-std::size_t CountFiles(const fs::path& iFolder)
-{
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(iFolder), fs::directory_iterator()));
 }
 
 } // namespace
@@ -93,68 +86,6 @@ TEST(Files, FoldersAndMissingFilesAreTheSystemsTrouble)
     EXPECT_THROW(ReadText(lWorkplace.GetFolder()), IoError);
     EXPECT_THROW(ReadText(lWorkplace.GetFolder() / "nothing"), IoError);
     EXPECT_EQ(RunTool({"show", lWorkplace.GetFolder()}).mStatus, 2);
-}
-
-TEST(InPlace, ModeAndLinkStay)
-{
-    const Workplace lWorkplace;
-    const fs::path lFile = lWorkplace.GetFolder() / "job.bag";
-    const fs::path lLink = lWorkplace.GetFolder() / "link.bag";
-    ASSERT_EQ(::chmod(lFile.c_str(), 0640), 0);
-    fs::create_symlink("job.bag", lLink);
-    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
-    EXPECT_EQ(RunTool({"set", "-i", "Job", "18", lLink}).mStatus, 0);
-    struct stat lStatus = {};
-    ASSERT_EQ(::stat(lFile.c_str(), &lStatus), 0);
-    EXPECT_EQ(lStatus.st_mode & 07777U, 0640U);
-    EXPECT_TRUE(fs::is_symlink(lLink));
-    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
-    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
-}
-
-TEST(InPlace, LineEndStays)
-{
-    const Workplace lWorkplace;
-    const std::string lHeader = "EndDelimiter***BeginDelimiter++++***";
-    for (const std::string lLineEnd : {"", "\n", "\r\n"})
-    {
-        const std::string lFile = lWorkplace.Write("a.bag", lHeader + "a++++1***" + lLineEnd);
-        EXPECT_EQ(RunTool({"set", "-i", "a", "2", lFile}).mStatus, 0);
-        EXPECT_EQ(lWorkplace.Read("a.bag"), lHeader + "a++++2***" + lLineEnd);
-    }
-    // Here the line end is the end delimiter.
-    const std::string lFile = lWorkplace.Write("a.txt", "a=1\n");
-    EXPECT_EQ(RunTool({"set", "-i", "--begin", "=", "--end", "\n", "b", "2", lFile}).mStatus, 0);
-    EXPECT_EQ(lWorkplace.Read("a.txt"), "a=1\nb=2\n");
-}
-
-TEST(InPlace, WhatIsRefusedLeavesTheFile)
-{
-    const Workplace lWorkplace;
-    const std::string lFile = lWorkplace.GetFolder() / "job.bag";
-    const std::string lBefore = lWorkplace.Read("job.bag");
-    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
-    EXPECT_EQ(RunTool({"set", "-i", "a+", "2", lFile}).mStatus, 1);
-    EXPECT_EQ(RunTool({"remove", "-i", "nothing", lFile}).mStatus, 1);
-    EXPECT_EQ(RunTool({"delimiters", "-i", "--begin", "+", "--end", " ", lFile}).mStatus, 1);
-    EXPECT_EQ(RunTool({"set", "-i", "a", "2"}).mErr, "talbase: --in-place needs a file\n");
-    EXPECT_EQ(lWorkplace.Read("job.bag"), lBefore);
-    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
-}
-
-// The disk is full, as far as the program can tell.
-TEST(InPlace, FailedWriteLeavesTheFileAndNothingElse)
-{
-    const Workplace lWorkplace;
-    lWorkplace.Write("a.bag", "EndDelimiter***BeginDelimiter++++***a++++" + std::string(5000, 'x') + "***");
-    const std::string lBefore = lWorkplace.Read("a.bag");
-    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
-    const Finished lFinished =
-        RunShell(lWorkplace.GetFolder(), "trap '' XFSZ; ulimit -f 1; talbase set -i b 2 a.bag 2>&1");
-    EXPECT_EQ(lFinished.mStatus, 2);
-    EXPECT_NE(lFinished.mOutput.find("talbase: cannot write "), std::string::npos) << lFinished.mOutput;
-    EXPECT_EQ(lWorkplace.Read("a.bag"), lBefore);
-    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
 }
 
 TEST(Program, DataGoesOutAndAllElseGoesToStandardError)

@@ -3,6 +3,7 @@
 #include "BagWalk.h"
 #include "Errors.h"
 #include "Files.h"
+#include "InPlace.h"
 #include "Progress.h"
 #include "Text.h"
 
@@ -183,6 +184,10 @@ void CheckTarget(const std::string& iFile, const Target& iTarget)
     if (iTarget.mIsInPlace && iFile == "-")
     {
         throw UsageError("--in-place needs a file");
+    }
+    if (iTarget.mIsInPlace)
+    {
+        CheckIsRegular(iFile);
     }
 }
 

@@ -76,7 +76,7 @@ void LeaveOutEmptyBags(const BagPtr& iBag, std::ostream& oErr);
 // would not give back, and IoError; nothing has been written then.
 void Save(const Document& iDocument, const Target& iTarget, const Streams& iStreams);
 
-// Throws UsageError where a text is to be changed in place and has no file.
+// Throws UsageError where a text is to be changed in place and has no file, and IoError where that is no regular one.
 void CheckTarget(const std::string& iFile, const Target& iTarget);
 
 // What a library message says, fit to be shown: without the property texts that some messages carry, which can hold a

@@ -1,6 +1,7 @@
 #include "Files.h"
 
 #include "Errors.h"
+#include "FileDescriptor.h"
 #include "Progress.h"
 #include "Text.h"
 
@@ -8,13 +9,8 @@
 #include "QBase/Message.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <climits>
-#include <cstring>
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 namespace TalBaseTool
@@ -24,42 +20,6 @@ namespace
 {
 
 constexpr std::size_t gBlock = std::size_t{1} << 20;
-
-[[noreturn]] void ThrowIoError(const char* ipAction, const std::string& iFile)
-{
-    const int lError = errno;
-    throw IoError(std::string(ipAction) + " " + ShowFile(iFile) + ": " + std::strerror(lError));
-}
-
-class FileDescriptor
-{
-public:
-    explicit FileDescriptor(int iDescriptor) : mDescriptor(iDescriptor) {}
-
-    ~FileDescriptor()
-    {
-        Close();
-    }
-
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-    int Get() const
-    {
-        return mDescriptor;
-    }
-
-    // Returns whether all went well: some file systems report a failed write only here.
-    bool Close()
-    {
-        const int lDescriptor = mDescriptor;
-        mDescriptor = -1;
-        return lDescriptor <= STDERR_FILENO || ::close(lDescriptor) == 0;
-    }
-
-private:
-    int mDescriptor;
-};
 
 // The number of bytes at the end that begin a character whose rest is still to come.
 std::size_t CountUnfinished(std::string_view iBytes)
@@ -141,68 +101,6 @@ private:
     std::wstring mText;
 };
 
-void WriteAll(const FileDescriptor& iFile, std::string_view iBytes, const std::string& iName)
-{
-    while (!iBytes.empty())
-    {
-        const ssize_t lWritten = ::write(iFile.Get(), iBytes.data(), iBytes.size());
-        if (lWritten < 0 && errno != EINTR)
-        {
-            ThrowIoError("cannot write", iName);
-        }
-        iBytes.remove_prefix(lWritten < 0 ? 0 : static_cast<std::size_t>(lWritten));
-    }
-}
-
-// The file itself where the name is a link's.
-std::string ResolveLinks(const std::string& iFile)
-{
-    char lPath[PATH_MAX];
-    if (::realpath(iFile.c_str(), lPath) == nullptr)
-    {
-        ThrowIoError("cannot read", iFile);
-    }
-    return lPath;
-}
-
-void SyncFolder(const std::string& iFolder)
-{
-    const FileDescriptor lFolder(::open(iFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (lFolder.Get() < 0 || ::fsync(lFolder.Get()) != 0)
-    {
-        ThrowIoError("cannot write folder", iFolder);
-    }
-}
-
-// Writes the file beside the old one and gives it its name; removes it when that fails.
-void WriteAndRename(FileDescriptor& oFile, const std::string& iTemporary, std::wstring_view iText,
-                    std::wstring_view iTail, const std::string& iName)
-{
-    struct stat lOld = {};
-    try
-    {
-        const auto lWrite = [&](std::string_view iBytes) { WriteAll(oFile, iBytes, iName); };
-        EncodeBlocks(iText, lWrite);
-        EncodeBlocks(iTail, lWrite);
-        if (::stat(iName.c_str(), &lOld) != 0)
-        {
-            ThrowIoError("cannot read", iName);
-        }
-        // Somebody else's file can only be made a copy that is ours; the mode goes last, since the owner resets it.
-        const bool lHasOwner = ::fchown(oFile.Get(), lOld.st_uid, lOld.st_gid) == 0;
-        if (::fchmod(oFile.Get(), lOld.st_mode & (lHasOwner ? 07777U : 0777U)) != 0 || ::fsync(oFile.Get()) != 0 ||
-            !oFile.Close() || ::rename(iTemporary.c_str(), iName.c_str()) != 0)
-        {
-            ThrowIoError("cannot write", iName);
-        }
-    }
-    catch (...)
-    {
-        ::unlink(iTemporary.c_str());
-        throw;
-    }
-}
-
 } // namespace
 
 Place FindPlace(std::wstring_view iText, std::size_t iIndex)
@@ -254,20 +152,6 @@ std::wstring ReadText(const std::string& iFile)
     Decoder lDecoder(iFile, lIsKnown ? static_cast<std::size_t>(lStatus.st_size) : 0);
     ReadBlocks(iFile, [&](std::string_view iBytes) { lDecoder.Take(iBytes); });
     return lDecoder.Finish();
-}
-
-void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail)
-{
-    const std::string lName = ResolveLinks(iFile);
-    const std::string lFolder = lName.substr(0, lName.rfind('/') + 1);
-    std::string lTemporary = lFolder + ".talbase-XXXXXX";
-    FileDescriptor lFile(::mkostemp(lTemporary.data(), O_CLOEXEC));
-    if (lFile.Get() < 0)
-    {
-        ThrowIoError("cannot write into", lFolder);
-    }
-    WriteAndRename(lFile, lTemporary, iText, iTail, lName);
-    SyncFolder(lFolder);
 }
 
 void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake)

@@ -1,4 +1,4 @@
-// Whole texts in, whole texts out, as UTF-8. What is written under a name appears there complete or not at all.
+// Whole texts in, and bytes out, as UTF-8.
 
 #ifndef TALBASETOOL_FILES_H
 #define TALBASETOOL_FILES_H
@@ -30,12 +30,6 @@ void ReadBlocks(const std::string& iFile, const std::function<void(std::string_v
 // The text of a file, or of standard input for "-". Throws IoError; throws TextError for a byte that is not UTF-8
 // and for a zero character, which no text form can hold.
 std::wstring ReadText(const std::string& iFile);
-
-// Puts a text, and what stands behind it, under a name, in place of the file that is there: it is written beside it
-// first, forced to the disk and renamed, so that after a crash at any moment the name stands for the old text or for
-// the new one. Mode and, where the system allows it, owner stay; a link stays a link. Throws IoError; the old file is
-// then still there, unless only the folder could not be forced to the disk.
-void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail);
 
 // Hands the UTF-8 of a text on, block by block.
 void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake);
