@@ -1,5 +1,6 @@
 // What changes of the file itself leave of it, and of the folder.
 
+#include "TemporaryFile.h"
 #include "Tests/Tools/RunTool.h"
 #include "Tests/Tools/Screens.h"
 
@@ -7,7 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <functional>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace ToolTests;
 
@@ -21,6 +26,20 @@ const QTalBase::Initializer gInitializer;
 std::size_t CountFiles(const fs::path& iFolder)
 {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(iFolder), fs::directory_iterator()));
+}
+
+// Runs something in a process of its own, and returns how that ended, as waitpid tells it.
+int RunApart(const std::function<void()>& iWork)
+{
+    const pid_t lChild = ::fork();
+    if (lChild == 0)
+    {
+        iWork();
+        ::_exit(0);
+    }
+    int lStatus = -1;
+    ::waitpid(lChild, &lStatus, 0);
+    return lStatus;
 }
 
 } // namespace
@@ -109,5 +128,69 @@ TEST(InPlace, PipesAndOtherThatIsNoRegularFileAreRefusedBeforeTheyAreRead)
     struct stat lStatus = {};
     ASSERT_EQ(::stat(lPipe.c_str(), &lStatus), 0);
     EXPECT_TRUE(S_ISFIFO(lStatus.st_mode));
+    EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
+}
+
+// It may hold passwords.
+TEST(InPlace, SignalLeavesNoPartOfTheText)
+{
+    const Workplace lWorkplace;
+    const std::string lFolder = lWorkplace.GetFolder().string() + "/";
+    const std::size_t lCount = CountFiles(lFolder);
+    for (const int lSignal : {SIGINT, SIGTERM, SIGHUP})
+    {
+        const int lStatus = RunApart([&] {
+            ::signal(lSignal, SIG_DFL);
+            const TalBaseTool::TemporaryFile lFile(lFolder);
+            ::_exit(CountFiles(lFolder) == lCount + 1 ? ::raise(lSignal) : 3);
+        });
+        ASSERT_TRUE(WIFSIGNALED(lStatus)) << WEXITSTATUS(lStatus);
+        EXPECT_EQ(WTERMSIG(lStatus), lSignal);
+        EXPECT_EQ(CountFiles(lFolder), lCount);
+    }
+}
+
+TEST(InPlace, IgnoredSignalStaysIgnored)
+{
+    const Workplace lWorkplace;
+    const std::string lFolder = lWorkplace.GetFolder().string() + "/";
+    const std::size_t lCount = CountFiles(lFolder);
+    const int lStatus = RunApart([&] {
+        ::signal(SIGHUP, SIG_IGN);
+        const TalBaseTool::TemporaryFile lFile(lFolder);
+        ::raise(SIGHUP);
+        ::_exit(CountFiles(lFolder) == lCount + 1 ? 0 : 3);
+    });
+    ASSERT_TRUE(WIFEXITED(lStatus)) << WTERMSIG(lStatus);
+    EXPECT_EQ(WEXITSTATUS(lStatus), 0);
+}
+
+// Without the file, a signal is what it was before.
+TEST(InPlace, SignalsAreAsBeforeAfterwards)
+{
+    const Workplace lWorkplace;
+    const int lStatus = RunApart([&] {
+        ::signal(SIGTERM, SIG_IGN);
+        ::signal(SIGINT, SIG_DFL);
+        RunTool({"set", "-i", "Job", "18", lWorkplace.GetFolder() / "job.bag"});
+        ::raise(SIGTERM);
+        ::raise(SIGINT);
+    });
+    ASSERT_TRUE(WIFSIGNALED(lStatus)) << WEXITSTATUS(lStatus);
+    EXPECT_EQ(WTERMSIG(lStatus), SIGINT);
+    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
+}
+
+// The program itself, ended in the middle of a write.
+TEST(InPlace, LimitThatEndsTheProgramLeavesTheFileAndNothingElse)
+{
+    const Workplace lWorkplace;
+    lWorkplace.Write("a.bag", "EndDelimiter***BeginDelimiter++++***a++++" + std::string(5000, 'x') + "***");
+    const std::string lBefore = lWorkplace.Read("a.bag");
+    const std::size_t lCount = CountFiles(lWorkplace.GetFolder());
+    const Finished lFinished = RunShell(
+        lWorkplace.GetFolder(), "exec 2>/dev/null; ulimit -c 0; ulimit -f 1; talbase set -i b 2 a.bag; exit $?");
+    EXPECT_EQ(lFinished.mStatus, 128 + SIGXFSZ);
+    EXPECT_EQ(lWorkplace.Read("a.bag"), lBefore);
     EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
 }

@@ -1,11 +1,11 @@
 #include "InPlace.h"
 
-#include "FileDescriptor.h"
 #include "Files.h"
+#include "TemporaryFile.h"
 
 #include <climits>
+#include <cstdlib>
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 namespace TalBaseTool
@@ -14,11 +14,11 @@ namespace TalBaseTool
 namespace
 {
 
-void WriteAll(const FileDescriptor& iFile, std::string_view iBytes, const std::string& iName)
+void WriteAll(int iDescriptor, std::string_view iBytes, const std::string& iName)
 {
     while (!iBytes.empty())
     {
-        const ssize_t lWritten = ::write(iFile.Get(), iBytes.data(), iBytes.size());
+        const ssize_t lWritten = ::write(iDescriptor, iBytes.data(), iBytes.size());
         if (lWritten < 0 && errno != EINTR)
         {
             ThrowIoError("cannot write", iName);
@@ -38,6 +38,21 @@ std::string ResolveLinks(const std::string& iFile)
     return lPath;
 }
 
+// The status of a file that may be replaced.
+struct stat ReadStatus(const std::string& iFile)
+{
+    struct stat lStatus = {};
+    if (::stat(iFile.c_str(), &lStatus) != 0)
+    {
+        ThrowIoError("cannot read", iFile);
+    }
+    if (!S_ISREG(lStatus.st_mode))
+    {
+        throw IoError("cannot change " + ShowFile(iFile) + " in place: it is no regular file");
+    }
+    return lStatus;
+}
+
 void SyncFolder(const std::string& iFolder)
 {
     const FileDescriptor lFolder(::open(iFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -47,68 +62,29 @@ void SyncFolder(const std::string& iFolder)
     }
 }
 
-// Stands before every reading, too: a text that is read from a pipe is gone.
-void CheckStatus(const std::string& iFile, const struct stat& iStatus)
-{
-    if (!S_ISREG(iStatus.st_mode))
-    {
-        throw IoError("cannot change " + ShowFile(iFile) + " in place: it is no regular file");
-    }
-}
-
-// Writes the file beside the old one and gives it its name; removes it when that fails.
-void WriteAndRename(FileDescriptor& oFile, const std::string& iTemporary, std::wstring_view iText,
-                    std::wstring_view iTail, const std::string& iName)
-{
-    struct stat lOld = {};
-    try
-    {
-        const auto lWrite = [&](std::string_view iBytes) { WriteAll(oFile, iBytes, iName); };
-        EncodeBlocks(iText, lWrite);
-        EncodeBlocks(iTail, lWrite);
-        if (::stat(iName.c_str(), &lOld) != 0)
-        {
-            ThrowIoError("cannot read", iName);
-        }
-        CheckStatus(iName, lOld);
-        // Somebody else's file can only be made a copy that is ours; the mode goes last, since the owner resets it.
-        const bool lHasOwner = ::fchown(oFile.Get(), lOld.st_uid, lOld.st_gid) == 0;
-        if (::fchmod(oFile.Get(), lOld.st_mode & (lHasOwner ? 07777U : 0777U)) != 0 || ::fsync(oFile.Get()) != 0 ||
-            !oFile.Close() || ::rename(iTemporary.c_str(), iName.c_str()) != 0)
-        {
-            ThrowIoError("cannot write", iName);
-        }
-    }
-    catch (...)
-    {
-        ::unlink(iTemporary.c_str());
-        throw;
-    }
-}
-
 } // namespace
 
 void CheckIsRegular(const std::string& iFile)
 {
-    struct stat lStatus = {};
-    if (::stat(ResolveLinks(iFile).c_str(), &lStatus) != 0)
-    {
-        ThrowIoError("cannot read", iFile);
-    }
-    CheckStatus(iFile, lStatus);
+    ReadStatus(iFile);
 }
 
 void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail)
 {
     const std::string lName = ResolveLinks(iFile);
     const std::string lFolder = lName.substr(0, lName.rfind('/') + 1);
-    std::string lTemporary = lFolder + ".talbase-XXXXXX";
-    FileDescriptor lFile(::mkostemp(lTemporary.data(), O_CLOEXEC));
-    if (lFile.Get() < 0)
+    TemporaryFile lFile(lFolder);
+    const auto lWrite = [&](std::string_view iBytes) { WriteAll(lFile.Get(), iBytes, lName); };
+    EncodeBlocks(iText, lWrite);
+    EncodeBlocks(iTail, lWrite);
+    const struct stat lOld = ReadStatus(lName);
+    // Somebody else's file can only be made a copy that is ours; the mode goes last, since the owner resets it.
+    const bool lHasOwner = ::fchown(lFile.Get(), lOld.st_uid, lOld.st_gid) == 0;
+    if (::fchmod(lFile.Get(), lOld.st_mode & (lHasOwner ? 07777U : 0777U)) != 0 || ::fsync(lFile.Get()) != 0 ||
+        !lFile.MoveTo(lName))
     {
-        ThrowIoError("cannot write into", lFolder);
+        ThrowIoError("cannot write", lName);
     }
-    WriteAndRename(lFile, lTemporary, iText, iTail, lName);
     SyncFolder(lFolder);
 }
 
