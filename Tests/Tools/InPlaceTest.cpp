@@ -9,9 +9,13 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
 #include <functional>
+#include <grp.h>
+#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 using namespace ToolTests;
@@ -40,6 +44,31 @@ int RunApart(const std::function<void()>& iWork)
     int lStatus = -1;
     ::waitpid(lChild, &lStatus, 0);
     return lStatus;
+}
+
+// What every user may do is tried by one who is not root: by nobody where the tests are root's.
+constexpr unsigned int gNobody = 65534;
+
+// Makes a file that user's.
+void GiveAway(const fs::path& iFile)
+{
+    ASSERT_EQ(::geteuid() == 0 ? ::chown(iFile.c_str(), gNobody, gNobody) : 0, 0);
+}
+
+// Runs the tool as that user.
+ToolRun RunUnprivileged(const std::vector<std::string>& iArguments)
+{
+    const Workplace lOutputs;
+    const int lStatus = RunApart([&] {
+        std::ostringstream lOut;
+        std::ofstream lErr(lOutputs.GetFolder() / "err");
+        const bool lIsReady =
+            ::geteuid() != 0 || (::setgroups(0, nullptr) == 0 && ::setgid(gNobody) == 0 && ::setuid(gNobody) == 0);
+        const int lResult = lIsReady ? TalBaseTool::RunCommandLine(iArguments, {lOut, lErr, false, false}) : 99;
+        lErr.close();
+        ::_exit(lResult);
+    });
+    return {WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : -1, "", lOutputs.Read("err")};
 }
 
 } // namespace
@@ -129,6 +158,84 @@ TEST(InPlace, PipesAndOtherThatIsNoRegularFileAreRefusedBeforeTheyAreRead)
     ASSERT_EQ(::stat(lPipe.c_str(), &lStatus), 0);
     EXPECT_TRUE(S_ISFIFO(lStatus.st_mode));
     EXPECT_EQ(CountFiles(lWorkplace.GetFolder()), lCount);
+}
+
+// As root, the file of one user in the folder of everybody, changed by another; without being root there is but one.
+TEST(InPlace, OwnerThatCannotBeKeptIsTold)
+{
+    const Workplace lWorkplace;
+    const fs::path lFile = lWorkplace.GetFolder() / "job.bag";
+    const bool lIsRoot = ::geteuid() == 0;
+    ASSERT_EQ(::chmod(lWorkplace.GetFolder().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(lFile.c_str(), 0644), 0);
+    ASSERT_EQ(::chown(lFile.c_str(), lIsRoot ? 12345 : ::geteuid(), lIsRoot ? 54321 : ::getegid()), 0);
+    ToolRun lRun = RunUnprivileged({"set", "-i", "Job", "18", lFile});
+    EXPECT_EQ(lRun.mStatus, 0) << lRun.mErr;
+    const std::string lBegin = "talbase: " + lFile.string() + ": its ";
+    EXPECT_EQ(lRun.mErr, lIsRoot ? lBegin + "owner is 65534 now; 12345 could not be kept\n" + lBegin +
+                                       "group is 65534 now; 54321 could not be kept\n"
+                                 : "");
+    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
+}
+
+TEST(InPlace, FileWithoutWritePermissionIsChanged)
+{
+    const Workplace lWorkplace;
+    const fs::path lFile = lWorkplace.GetFolder() / "job.bag";
+    GiveAway(lWorkplace.GetFolder());
+    GiveAway(lFile);
+    ASSERT_EQ(::chmod(lFile.c_str(), 0444), 0);
+    const ToolRun lRun = RunUnprivileged({"set", "-i", "Job", "18", lFile});
+    EXPECT_EQ(lRun.mStatus, 0) << lRun.mErr;
+    EXPECT_EQ(lRun.mErr, "");
+    EXPECT_EQ(fs::status(lFile).permissions(), fs::perms(0444));
+    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
+}
+
+// It can be written into and not read.
+TEST(InPlace, FolderThatCannotBeReadIsNoTrouble)
+{
+    const Workplace lWorkplace;
+    const fs::path lFile = lWorkplace.GetFolder() / "job.bag";
+    GiveAway(lWorkplace.GetFolder());
+    GiveAway(lFile);
+    ASSERT_EQ(::chmod(lWorkplace.GetFolder().c_str(), 0300), 0);
+    const ToolRun lRun = RunUnprivileged({"set", "-i", "Job", "18", lFile});
+    ASSERT_EQ(::chmod(lWorkplace.GetFolder().c_str(), 0700), 0);
+    EXPECT_EQ(lRun.mStatus, 0) << lRun.mErr;
+    EXPECT_EQ(lRun.mErr, "");
+    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
+}
+
+// Where the file system has any; where it has not, there is nothing to be told.
+TEST(InPlace, ExtendedAttributesStay)
+{
+    const Workplace lWorkplace;
+    const std::string lFile = lWorkplace.GetFolder() / "job.bag";
+    const std::string lAttribute = "user.talbase-test";
+    const bool lHasAttributes = ::setxattr(lFile.c_str(), lAttribute.c_str(), "value", 5, 0) == 0;
+    const bool lHasEmpty = lHasAttributes && ::setxattr(lFile.c_str(), "user.talbase-empty", "", 0, 0) == 0;
+    ASSERT_EQ(::chmod(lFile.c_str(), 0440), 0);
+    const ToolRun lRun = RunTool({"set", "-i", "Job", "18", lFile});
+    EXPECT_EQ(lRun.mStatus, 0);
+    EXPECT_EQ(lRun.mErr, "");
+    char lValue[16] = {};
+    EXPECT_EQ(::getxattr(lFile.c_str(), lAttribute.c_str(), lValue, sizeof lValue), lHasAttributes ? 5 : -1);
+    EXPECT_EQ(std::string(lValue), lHasAttributes ? "value" : "");
+    EXPECT_EQ(::getxattr(lFile.c_str(), "user.talbase-empty", lValue, sizeof lValue), lHasEmpty ? 0 : -1);
+    EXPECT_EQ(fs::status(lFile).permissions(), fs::perms(0440));
+}
+
+TEST(InPlace, OtherHardLinksKeepTheOldTextAndThatIsTold)
+{
+    const Workplace lWorkplace;
+    const std::string lFile = lWorkplace.GetFolder() / "job.bag";
+    const std::string lBefore = lWorkplace.Read("job.bag");
+    fs::create_hard_link(lFile, lWorkplace.GetFolder() / "other.bag");
+    const ToolRun lRun = RunTool({"set", "-i", "Job", "18", lFile});
+    EXPECT_EQ(lRun.mStatus, 0);
+    EXPECT_EQ(lRun.mErr, "talbase: " + lFile + ": its other names (hard links) keep the old text\n");
+    EXPECT_EQ(lWorkplace.Read("other.bag"), lBefore);
 }
 
 // It may hold passwords.

@@ -62,8 +62,12 @@ void AddView(CLI::App& oApp, ViewOptions& oOptions)
 
 void AddInPlace(CLI::App& oApp, Target& oTarget)
 {
-    oApp.add_flag("-i,--in-place", oTarget.mIsInPlace,
-                  "Change the file itself: the new text is written beside it and renamed, mode and owner stay");
+    oApp.add_flag(
+        "-i,--in-place", oTarget.mIsInPlace,
+        "Change the file itself, which may be a link's: the new text is written beside it and takes its place. "
+        "Mode, owner, group and extended attributes stay where the system allows it; where it does not, a "
+        "line on standard error says so. Other hard links keep the old text. The folder must be writable; "
+        "the file need not be");
 }
 
 // A command: its name, what its help says, its options, and what it does.

@@ -170,7 +170,10 @@ void Save(const Document& iDocument, const Target& iTarget, const Streams& iStre
     const Progress lProgress("writing", lText.GetLength());
     if (iTarget.mIsInPlace)
     {
-        ReplaceText(iDocument.mFile, lText, iDocument.mLineEnd);
+        for (const std::string& lLost : ReplaceText(iDocument.mFile, lText, iDocument.mLineEnd))
+        {
+            iStreams.mErr << "talbase: " << ShowFile(iDocument.mFile) << ": " << lLost << '\n';
+        }
     }
     else
     {

@@ -1,5 +1,6 @@
 #include "InPlace.h"
 
+#include "FileTraits.h"
 #include "Files.h"
 #include "TemporaryFile.h"
 
@@ -53,12 +54,14 @@ struct stat ReadStatus(const std::string& iFile)
     return lStatus;
 }
 
-void SyncFolder(const std::string& iFolder)
+// A folder that we may write into but not read cannot be forced to the disk, nor can those of some file systems.
+void SyncFolder(const std::string& iFolder, const std::string& iFile)
 {
     const FileDescriptor lFolder(::open(iFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (lFolder.Get() < 0 || ::fsync(lFolder.Get()) != 0)
+    const bool lIsGood = lFolder.Get() < 0 ? errno == EACCES : ::fsync(lFolder.Get()) == 0 || errno == EINVAL;
+    if (!lIsGood)
     {
-        ThrowIoError("cannot write folder", iFolder);
+        ThrowIoError((ShowFile(iFile) + " is changed, but cannot write folder").c_str(), iFolder);
     }
 }
 
@@ -69,7 +72,7 @@ void CheckIsRegular(const std::string& iFile)
     ReadStatus(iFile);
 }
 
-void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail)
+std::vector<std::string> ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail)
 {
     const std::string lName = ResolveLinks(iFile);
     const std::string lFolder = lName.substr(0, lName.rfind('/') + 1);
@@ -77,15 +80,13 @@ void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring
     const auto lWrite = [&](std::string_view iBytes) { WriteAll(lFile.Get(), iBytes, lName); };
     EncodeBlocks(iText, lWrite);
     EncodeBlocks(iTail, lWrite);
-    const struct stat lOld = ReadStatus(lName);
-    // Somebody else's file can only be made a copy that is ours; the mode goes last, since the owner resets it.
-    const bool lHasOwner = ::fchown(lFile.Get(), lOld.st_uid, lOld.st_gid) == 0;
-    if (::fchmod(lFile.Get(), lOld.st_mode & (lHasOwner ? 07777U : 0777U)) != 0 || ::fsync(lFile.Get()) != 0 ||
-        !lFile.MoveTo(lName))
+    std::vector<std::string> lLost = CopyTraits(lName, ReadStatus(lName), lFile.Get());
+    if (::fsync(lFile.Get()) != 0 || !lFile.MoveTo(lName))
     {
         ThrowIoError("cannot write", lName);
     }
-    SyncFolder(lFolder);
+    SyncFolder(lFolder, lName);
+    return lLost;
 }
 
 } // namespace TalBaseTool

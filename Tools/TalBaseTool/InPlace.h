@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace TalBaseTool
 {
@@ -14,9 +15,10 @@ void CheckIsRegular(const std::string& iFile);
 
 // Puts a text, and what stands behind it, under a name, in place of the file that is there: it is written beside it
 // first, forced to the disk and renamed, so that after a crash at any moment the name stands for the old text or for
-// the new one. Mode and, where the system allows it, owner stay; a link stays a link. Throws IoError; the old file is
-// then still there, unless only the folder could not be forced to the disk.
-void ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail);
+// the new one. Mode, owner, group and extended attributes stay where the system allows it, and a link stays a link;
+// returned is what of that did not, a line for each. Throws IoError; the old file is then still there, unless the
+// message begins with saying that it is changed.
+std::vector<std::string> ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail);
 
 } // namespace TalBaseTool
 
