@@ -34,8 +34,9 @@ void AddOptional(CLI::App& oApp, const char* ipName, std::optional<std::string>&
 
 void AddPair(CLI::App& oApp, RawPair& oPair, const char* ipBegin = "--begin", const char* ipEnd = "--end")
 {
-    AddOptional(oApp, ipBegin, oPair.mBegin, "Begin delimiter of a text without a header");
-    AddOptional(oApp, ipEnd, oPair.mEnd, "End delimiter of a text without a header");
+    AddOptional(oApp, ipBegin, oPair.mBegin,
+                "Begin delimiter of a text without a header; one with a header keeps its own");
+    AddOptional(oApp, ipEnd, oPair.mEnd, "End delimiter of a text without a header; one with a header keeps its own");
 }
 
 void AddColor(CLI::App& oApp, ColorChoice& oColor)

@@ -4,6 +4,7 @@
 #include "Errors.h"
 #include "Files.h"
 #include "InPlace.h"
+#include "Losses.h"
 #include "Progress.h"
 #include "Text.h"
 
@@ -49,6 +50,44 @@ BagPtr ReadBag(const wchar_t* ipText, const std::optional<DelimiterTexts>& iPair
     const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
     const Place lPlace = FindPlace(iText, StepBeforeLineEnd(iText, lResult.mPosition));
     throw TextError(ShowPlace(iFile, lPlace) + ShowMessage(lResult.mMessage.c_str()));
+}
+
+// The pair to read a text with: none for one that has a header, as the library sees it.
+std::optional<DelimiterTexts> PairOf(const std::wstring& iText, const RawPair& iPair)
+{
+    const std::optional<DelimiterTexts> lPair = ReadPair(iPair);
+    if (lPair)
+    {
+        MakeBag(*lPair); // refuses a pair that no bag may have
+    }
+    return iText.rfind(L"EndDelimiter", 0) == 0 ? std::nullopt : lPair;
+}
+
+template <class FindTextLosses>
+Document LoadAnd(const std::string& iFile, const RawPair& iPair, FindTextLosses iFindLosses)
+{
+    ReadPair(iPair); // a wrong command line is told before anything is read
+    const std::wstring lText = ReadText(iFile);
+    const std::optional<DelimiterTexts> lPair = PairOf(lText, iPair);
+    Document lDocument;
+    lDocument.mFile = iFile;
+    lDocument.mHasHeader = !lPair;
+    const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
+    try
+    {
+        lDocument.mBag = ReadBag(lText.c_str(), lPair);
+    }
+    catch (const QTalBase::PropertyBagException&)
+    {
+        ThrowWithPlace(iFile, lText, lPair);
+    }
+    catch (const std::out_of_range&)
+    {
+        ThrowWithPlace(iFile, lText, lPair);
+    }
+    lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
+    lDocument.mLosses = iFindLosses(lText, lPair);
+    return lDocument;
 }
 
 // A text that could not be read again is never written.
@@ -117,30 +156,24 @@ std::size_t StepBeforeLineEnd(const std::wstring& iText, std::size_t iPosition)
 
 Document Load(const std::string& iFile, const RawPair& iPair)
 {
-    const std::optional<DelimiterTexts> lPair = ReadPair(iPair);
-    Document lDocument;
-    lDocument.mFile = iFile;
-    lDocument.mHasHeader = !lPair;
-    const std::wstring lText = ReadText(iFile);
-    const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
-    if (lPair)
+    return LoadAnd(iFile, iPair, [](const std::wstring&, const std::optional<DelimiterTexts>&) {
+        return std::vector<std::string>();
+    });
+}
+
+Document LoadToChange(const std::string& iFile, const RawPair& iPair)
+{
+    return LoadAnd(iFile, iPair, [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
+        return FindLosses(iFile, iText, iTextPair);
+    });
+}
+
+void ReportLosses(const Document& iDocument, std::ostream& oErr)
+{
+    for (const std::string& lLine : iDocument.mLosses)
     {
-        MakeBag(*lPair); // refuses a pair that no bag may have
+        oErr << lLine << '\n';
     }
-    try
-    {
-        lDocument.mBag = ReadBag(lText.c_str(), lPair);
-    }
-    catch (const QTalBase::PropertyBagException&)
-    {
-        ThrowWithPlace(iFile, lText, lPair);
-    }
-    catch (const std::out_of_range&)
-    {
-        ThrowWithPlace(iFile, lText, lPair);
-    }
-    lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
-    return lDocument;
 }
 
 QBase::ReturnWString Render(const Document& iDocument)
@@ -167,6 +200,7 @@ void Save(const Document& iDocument, const Target& iTarget, const Streams& iStre
     LeaveOutEmptyBags(iDocument.mBag, iStreams.mErr);
     const QBase::ReturnWString lText = Render(iDocument);
     CheckReadsBack(iDocument, lText);
+    ReportLosses(iDocument, iStreams.mErr);
     const Progress lProgress("writing", lText.GetLength());
     if (iTarget.mIsInPlace)
     {

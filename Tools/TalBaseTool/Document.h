@@ -10,6 +10,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace TalBaseTool
 {
@@ -42,7 +43,8 @@ struct Document
     std::string mFile; // "-" for standard input
     BagPtr mBag;
     bool mHasHeader = true;
-    std::wstring mLineEnd; // behind the text, where an editor has put one
+    std::wstring mLineEnd;            // behind the text, where an editor has put one
+    std::vector<std::string> mLosses; // lines about what the text holds and the bag does not
 };
 
 // The pair, decoded. Throws UsageError where only one of the two is given or a text is not UTF-8.
@@ -62,9 +64,16 @@ QTalBase::TextCheckResult CheckText(const std::wstring& iText, const std::option
 // Where something is missing at the very end of a text: before the line ends there, which an editor has put.
 std::size_t StepBeforeLineEnd(const std::wstring& iText, std::size_t iPosition);
 
-// Reads a file, or standard input for "-". Throws what ReadText, ReadPair and MakeBag throw, and TextError for a text
-// that is no bag's.
+// Reads a file, or standard input for "-". A text with a header is read with that, whatever the pair, so that it keeps
+// it; the pair is for those without one, of which several may be read together with such a text. Throws what ReadText,
+// ReadPair and MakeBag throw, and TextError for a text that is no bag's.
 Document Load(const std::string& iFile, const RawPair& iPair);
+
+// The same for a bag that is to be written, with the losses.
+Document LoadToChange(const std::string& iFile, const RawPair& iPair);
+
+// Shows the losses of a text. Save does so for the one that it writes.
+void ReportLosses(const Document& iDocument, std::ostream& oErr);
 
 // The text form: with a header where the text that was read had one.
 QBase::ReturnWString Render(const Document& iDocument);
@@ -72,8 +81,8 @@ QBase::ReturnWString Render(const Document& iDocument);
 // Takes nested bags without properties out, with a word about each, since no text can hold them.
 void LeaveOutEmptyBags(const BagPtr& iBag, std::ostream& oErr);
 
-// Writes the text form where it is wanted, without empty nested bags. Throws DataError for anything else that the text
-// would not give back, and IoError; nothing has been written then.
+// Writes the text form where it is wanted, without empty nested bags, and shows the losses. Throws DataError for
+// anything else that the text would not give back, and IoError; nothing has been written then.
 void Save(const Document& iDocument, const Target& iTarget, const Streams& iStreams);
 
 // Throws UsageError where a text is to be changed in place and has no file, and IoError where that is no regular one.

@@ -162,7 +162,7 @@ int Set(const SetOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("a bag cannot hold an empty value; 'talbase remove' takes a property out");
     }
-    const Document lDocument = Load(lOptions.mFile, lOptions.mPair);
+    const Document lDocument = LoadToChange(lOptions.mFile, lOptions.mPair);
     CheckReplaces(lDocument.mBag, lPath, Kind::Plain);
     PutPlain(lDocument.mBag, lPath, lValue);
     Save(lDocument, lOptions.mTarget, iStreams);
@@ -173,7 +173,7 @@ int Remove(const RemoveOptions& iOptions, const Streams& iStreams)
 {
     CheckTarget(iOptions.mFile, iOptions.mTarget);
     const Path lPath = ParsePath(iOptions.mPath);
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
     CheckExists(lDocument.mBag, lPath);
     FindParent(lDocument.mBag, lPath)->RemoveProperty(lPath.back().c_str());
     Save(lDocument, iOptions.mTarget, iStreams);
@@ -189,7 +189,7 @@ int Move(const MoveOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("a bag cannot be moved into itself");
     }
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
     CheckExists(lDocument.mBag, lFrom);
     if (FindKind(lDocument.mBag, lTo) != Kind::Missing)
     {
@@ -220,8 +220,9 @@ int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("the text and the bag cannot both come from standard input");
     }
-    const Document lNest = Load(iOptions.mBagFile, iOptions.mPair);
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    const Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    ReportLosses(lNest, iStreams.mErr);
     LeaveOutEmptyBags(lNest.mBag, iStreams.mErr);
     if (lNest.mBag->GetCount() == 0)
     {

@@ -61,11 +61,12 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("standard input can be read only once");
     }
-    const Document lDocument = Load(iOptions.mFiles.front(), iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFiles.front(), iOptions.mPair);
     const BagPtr lInto = lDocument.mBag;
     for (std::size_t lIndex = 1; lIndex < iOptions.mFiles.size(); ++lIndex)
     {
-        const Document lOther = Load(iOptions.mFiles[lIndex], iOptions.mPair);
+        const Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
+        ReportLosses(lOther, iStreams.mErr);
         LeaveOutEmptyBags(lOther.mBag, iStreams.mErr);
         const BagPtr lFrom = WithDelimiters(lOther.mBag, lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
         if (iOptions.mIsDeep)
@@ -89,7 +90,7 @@ int Redact(const RedactOptions& iOptions, const Streams& iStreams)
     {
         lNames.insert(ReadArgument(lName, "--name"));
     }
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
     const SensitiveNames lSensitive(lDocument.mBag->GetBeginDelimiter(), lDocument.mBag->GetEndDelimiter(), lNames);
     std::size_t lCount = 0;
     for (BagWalk lWalk(lDocument.mBag); lWalk.Next();)
@@ -118,7 +119,7 @@ int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams)
     CheckTarget(iOptions.mFile, iOptions.mTarget);
     const DelimiterTexts lPair{ReadArgument(iOptions.mBegin, "--begin"), ReadArgument(iOptions.mEnd, "--end")};
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
-    Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
     LeaveOutEmptyBags(lDocument.mBag, iStreams.mErr);
     lDocument.mBag = WithDelimiters(lDocument.mBag, lPair.mBegin, lPair.mEnd);
     Save(lDocument, iOptions.mTarget, iStreams);
