@@ -322,9 +322,11 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
     AddCommand<WindowOptions>(
         oApp, oChosen, "window",
         "Draw or set the hours in which delivery is allowed\n"
-        "The window is that of the bag in FILE, or the one of --value, or without both one that is always open; --open "
-        "and then --close change it. RANGE is one hour, or two with - between them, both included: 22-5 runs past "
-        "midnight. With --set the bag is written with that window instead of drawing it.",
+        "The window is that of the bag in FILE, or the one of --value. --open and --close change it, each after the "
+        "one before it. Without FILE and --value they begin with a window that is always open, or where --open comes "
+        "first with one that is never open: --open 9-17 is 9 to 17 only. RANGE is one hour, or two with - between "
+        "them, both included: 22-5 runs past midnight. With --set the bag is written with that window instead of "
+        "drawing it.",
         "talbase window --close 22-5 --now", Window, [](CLI::App& oCommand, WindowOptions& oOptions) {
             oCommand
                 .add_option_function<std::string>(
@@ -344,13 +346,19 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
                         "The window as a property has it, for example ' 0, 9,23,'");
             oCommand
                 .add_option_function<std::string>(
-                    "--open", [&oOptions](const std::string& iRange) { oOptions.mOpen.push_back(iRange); },
+                    "--open",
+                    [&oOptions](const std::string& iRange) {
+                        oOptions.mRanges.push_back({true, iRange});
+                    },
                     "Hours to open; may be given several times")
                 ->type_name("RANGE")
                 ->trigger_on_parse();
             oCommand
                 .add_option_function<std::string>(
-                    "--close", [&oOptions](const std::string& iRange) { oOptions.mClosed.push_back(iRange); },
+                    "--close",
+                    [&oOptions](const std::string& iRange) {
+                        oOptions.mRanges.push_back({false, iRange});
+                    },
                     "Hours to close; may be given several times")
                 ->type_name("RANGE")
                 ->trigger_on_parse();

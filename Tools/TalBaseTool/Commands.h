@@ -142,14 +142,18 @@ struct DelimitersOptions : ChangeOptions // mPair is the one that the text is re
 };
 int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams);
 
+struct WindowRange
+{
+    bool mIsOpen;
+    std::string mHours;
+};
 struct WindowOptions : ChangeOptions
 {
     bool mHasFile = false;
     std::string mBagPath; // of the bag that holds the window; empty for the outermost
     std::string mPrefix;
     std::optional<std::string> mValue; // the window's text form
-    std::vector<std::string> mClosed;  // ranges of hours
-    std::vector<std::string> mOpen;
+    std::vector<WindowRange> mRanges;  // in the order in which they change the window
     bool mIsSet = false;
     bool mHasNow = false;
     std::optional<unsigned int> mHour;

@@ -65,7 +65,7 @@ BagPtr FindWindowBag(const Document& iDocument, const WindowOptions& iOptions)
     return FindParent(iDocument.mBag, lPath)->GetPropertyBag(lPath.back().c_str());
 }
 
-// The window before the ranges are applied: every hour open, the text form's, or the bag's.
+// The window of the value or of the bag, or where there is none of them one of its own, with the ranges applied.
 WindowPtr ReadWindow(const WindowOptions& iOptions, const std::wstring& iPrefix, const BagPtr& iBag)
 {
     const WindowPtr lWindow(QTalBase::CreateDeliveryWindow());
@@ -75,15 +75,16 @@ WindowPtr ReadWindow(const WindowOptions& iOptions, const std::wstring& iPrefix,
         lBag = MakeWindowBag(iPrefix + L"DeliveryWindow", ReadArgument(*iOptions.mValue, "--value"));
     }
     lWindow->DeSerializeFromPropertyBag(iPrefix.c_str(), lBag.get());
-    for (const std::string& lRange : iOptions.mOpen)
+    // Whoever has nothing and opens hours wants the others closed.
+    if (!lBag && !iOptions.mRanges.empty() && iOptions.mRanges.front().mIsOpen)
     {
-        const HourRange lHours = ReadRange(lRange);
-        lWindow->EnableTimeBlock(lHours.mFirst, lHours.mLast);
+        lWindow->DisableTimeBlock(0, gHours - 1);
     }
-    for (const std::string& lRange : iOptions.mClosed)
+    for (const WindowRange& lRange : iOptions.mRanges)
     {
-        const HourRange lHours = ReadRange(lRange);
-        lWindow->DisableTimeBlock(lHours.mFirst, lHours.mLast);
+        const HourRange lHours = ReadRange(lRange.mHours);
+        lRange.mIsOpen ? lWindow->EnableTimeBlock(lHours.mFirst, lHours.mLast)
+                       : lWindow->DisableTimeBlock(lHours.mFirst, lHours.mLast);
     }
     return lWindow;
 }
