@@ -10,6 +10,7 @@
 
 #include "QBase/Message.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace TalBaseTool
@@ -230,17 +231,21 @@ void CheckTarget(const std::string& iFile, const Target& iTarget)
 
 std::string ShowMessage(const std::wstring& iMessage)
 {
-    for (const std::wstring_view lLabel : {L" - lPropertyString: ", L". ipValue: "})
+    const std::wstring_view lMessage = iMessage;
+    constexpr std::wstring_view lTextLabel = L" - lPropertyString: ";
+    constexpr std::wstring_view lValueLabel = L". ipValue: ";
+    const std::size_t lText = lMessage.find(lTextLabel);
+    const std::size_t lValue = lMessage.find(lValueLabel);
+    if (lText == lValue) // neither is there
     {
-        const std::size_t lFound = iMessage.find(lLabel);
-        if (lFound != std::wstring::npos)
-        {
-            const std::size_t lKept = lFound + lLabel.size();
-            return ToUtf8(MakePrintable(iMessage.substr(0, lKept))) + "(" +
-                   Count(iMessage.size() - lKept, "character") + " not shown)";
-        }
+        return ToUtf8(MakePrintable(lMessage));
     }
-    return ToUtf8(MakePrintable(iMessage));
+    // The first label is the message's, another one belongs to the secret. The delimiters behind a value are none.
+    const std::size_t lStart = lText < lValue ? lText + lTextLabel.size() : lValue + lValueLabel.size();
+    const std::size_t lBehind = lMessage.rfind(L", begin delimiter: ");
+    const std::size_t lStop = lText < lValue || lBehind == lMessage.npos ? lMessage.size() : std::max(lStart, lBehind);
+    return ToUtf8(MakePrintable(lMessage.substr(0, lStart))) + "(" + Count(lStop - lStart, "character") +
+           " not shown)" + ToUtf8(MakePrintable(lMessage.substr(lStop)));
 }
 
 } // namespace TalBaseTool
