@@ -102,6 +102,34 @@ TEST(Program, DataGoesOutAndAllElseGoesToStandardError)
     EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase show job.bag >/dev/full 2>&1").mStatus, 2);
 }
 
+TEST(Program, OutputThatCannotBeWrittenIsTrouble)
+{
+    const Workplace lWorkplace;
+    for (const std::string lCommand : {"--help", "--version", "help", "show --help", "help show", "show job.bag"})
+    {
+        for (const std::string lOutput : {">/dev/full", ">&-"})
+        {
+            const Finished lFinished =
+                RunShell(lWorkplace.GetFolder(), "talbase " + lCommand + " 3>&1 2>&3 " + lOutput);
+            EXPECT_EQ(lFinished.mStatus, 2) << lCommand << lOutput;
+            EXPECT_EQ(lFinished.mOutput, "talbase: cannot write to standard output\n") << lCommand << lOutput;
+        }
+    }
+}
+
+// What is opened does not become standard output, input or error.
+TEST(Program, ClosedStreamsStayClosed)
+{
+    const Workplace lWorkplace;
+    fs::create_hard_link(lWorkplace.GetFolder() / "job.bag", lWorkplace.GetFolder() / "other.bag");
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase set -i Job 18 job.bag <&- >&- 2>&-").mStatus, 0);
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase check job.bag").mOutput, "job.bag: valid\n");
+    EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
+    EXPECT_EQ(lWorkplace.Read("job.bag").find("talbase"), std::string::npos);
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase show <&- 2>&1").mOutput,
+              "talbase: cannot read (standard input): Bad file descriptor\n");
+}
+
 TEST(Program, ExitStatusTellsGoodBadAndTrouble)
 {
     const Workplace lWorkplace;
