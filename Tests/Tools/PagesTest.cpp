@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 
 using namespace TalBaseTool;
 using namespace ToolTests;
@@ -63,6 +64,27 @@ TEST(Help, EveryCommandHasASummaryDetailsAndAnExample)
             EXPECT_FALSE(lOption.mText.empty()) << lOption.mNames.back();
         }
     }
+}
+
+TEST(Help, EveryCommandWithAPathTellsHowASlashIsWritten)
+{
+    std::size_t lCount = 0;
+    for (const CommandHelp& lCommand : Commands())
+    {
+        const std::string lPage = ReadFile(TALBASE_TOOL_SHARE "/man/man1/talbase-" + Word(lCommand) + ".1");
+        const auto lIsPath = [](const ArgumentHelp& iArgument) { return iArgument.mValue == "PATH"; };
+        const bool lHasPath = std::any_of(lCommand.mPositionals.begin(), lCommand.mPositionals.end(), lIsPath) ||
+                              std::any_of(lCommand.mOptions.begin(), lCommand.mOptions.end(), lIsPath);
+        const std::string lHelp = RunTool({"help", Word(lCommand)}).mOut;
+        EXPECT_EQ(std::regex_search(lHelp, std::regex(R"(a\s+/\s+in\s+a\s+name\s+is\s+written\s+\\/)")), lHasPath)
+            << lHelp;
+        EXPECT_EQ(lPage.find("a / in a name is written \\e/ and a \\e is written \\e\\e.") != std::string::npos,
+                  lHasPath)
+            << lPage;
+        EXPECT_FALSE(std::regex_search(lPage, std::regex("[^.][.][.]\n"))) << lPage;
+        lCount += lHasPath ? 1 : 0;
+    }
+    EXPECT_EQ(lCount, 6U);
 }
 
 // They are commands that work, in a folder with those files.

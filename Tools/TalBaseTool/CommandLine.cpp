@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include "Arguments.h"
 #include "Commands.h"
 #include "Errors.h"
 #include "Help.h"
@@ -9,6 +10,8 @@
 #include "QBase/Message.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <limits>
 #include <map>
 #include <new>
 
@@ -19,6 +22,9 @@ namespace
 {
 
 constexpr const char* gColorWords = "auto|always|never";
+constexpr int gMost = std::numeric_limits<int>::max(); // of what is counted
+const std::string gAboutPaths = " A path is the names on the way to a property, joined with /; a / in a name is "
+                                "written \\/ and a \\ is written \\\\";
 
 void AddFile(CLI::App& oApp, std::string& oFile)
 {
@@ -47,6 +53,7 @@ void AddColor(CLI::App& oApp, ColorChoice& oColor)
             "--color", [&oColor](const std::string& iWord) { oColor = lChoices.at(iWord); },
             "When to use colours; auto is on a terminal where NO_COLOR is not set")
         ->type_name(gColorWords)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
         ->check(
             [](const std::string& iWord) {
                 return lChoices.count(iWord) != 0 ? "" : "'" + iWord + "' is none of " + gColorWords;
@@ -73,11 +80,11 @@ void AddInPlace(CLI::App& oApp, Target& oTarget)
 
 // A command: its name, what its help says, its options, and what it does.
 template <class Options, class Define>
-void AddCommand(CLI::App& oApp, ChosenCommand& oChosen, const char* ipName, const char* ipDescription,
+void AddCommand(CLI::App& oApp, ChosenCommand& oChosen, const char* ipName, const std::string& iDescription,
                 const char* ipExample, int (*ipRun)(const Options&, const Streams&), Define iDefine)
 {
     const auto lOptions = std::make_shared<Options>();
-    CLI::App& lApp = *oApp.add_subcommand(ipName, ipDescription);
+    CLI::App& lApp = *oApp.add_subcommand(ipName, iDescription);
     lApp.footer(ipExample);
     iDefine(lApp, *lOptions);
     lApp.callback([lOptions, ipRun, &oChosen] {
@@ -98,14 +105,24 @@ void AddShow(CLI::App& oApp, ChosenCommand& oChosen)
             oCommand.add_flag("--raw", oOptions.mIsRaw, "Show values as they are stored, with their escapes");
             oCommand.add_option("--cut", oOptions.mLongest, "Characters of a value that are shown, 0 for all")
                 ->type_name("N")
+                ->check(CLI::Range(0, gMost))
                 ->capture_default_str();
             oCommand
                 .add_option_function<int>(
                     "--depth", [&oOptions](int iDepth) { oOptions.mMaxDepth = iDepth; },
                     "How many levels of nested bags are opened")
                 ->type_name("N")
-                ->check(CLI::NonNegativeNumber);
+                ->check(CLI::Range(0, gMost));
         });
+}
+
+int RunCheck(const CheckOptions& iOptions, const Streams& iStreams)
+{
+    if (std::count(iOptions.mFiles.begin(), iOptions.mFiles.end(), "-") > 1)
+    {
+        throw UsageError("standard input can be read only once");
+    }
+    return Check(iOptions, iStreams);
 }
 
 void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
@@ -116,7 +133,7 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
         "What is wrong is the library's own message, with the place in the text. Warnings are about what is read but "
         "gets lost: text behind the last delimiter, properties without a value, bags without properties, repeated "
         "names, and delimiters that could also begin one character further on. Sensitive values are masked.",
-        "talbase check job.bag route.bag", Check, [](CLI::App& oCommand, CheckOptions& oOptions) {
+        "talbase check job.bag route.bag", RunCheck, [](CLI::App& oCommand, CheckOptions& oOptions) {
             oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - or nothing is standard input")
                 ->type_name("FILE");
             AddPair(oCommand, oOptions.mPair);
@@ -124,6 +141,7 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
             oCommand.add_flag("--show-secrets", oOptions.mShowSecrets, "Show the values of sensitive properties, too");
             oCommand.add_option("--warnings", oOptions.mMaxWarnings, "How many warnings are shown for each file")
                 ->type_name("N")
+                ->check(CLI::Range(0, gMost))
                 ->capture_default_str();
             oCommand.add_flag("--strict", oOptions.mIsStrict, "Let warnings make the exit status 1");
         });
@@ -134,8 +152,8 @@ void AddGet(CLI::App& oApp, ChosenCommand& oChosen)
     AddCommand<GetOptions>(
         oApp, oChosen, "get",
         "Print one value\n"
-        "For a nested bag it is the bag's text form, with a header where the text has one. PATH is the names on the "
-        "way to the property, joined with /; a / in a name is written \\/ and a \\ is written \\\\.",
+        "For a nested bag it is the bag's text form, with a header where the text has one." +
+            gAboutPaths + ".",
         "talbase get Transport/Host job.bag", Get, [](CLI::App& oCommand, GetOptions& oOptions) {
             oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
             AddFile(oCommand, oOptions.mFile);
@@ -152,7 +170,8 @@ void AddSet(CLI::App& oApp, ChosenCommand& oChosen)
         "Set one plain value\n"
         "Nested bags on the way that are not there are made. A property that is there already moves to the end of its "
         "bag, as it does in the library. A VALUE that begins with - goes behind --. With --value-from there is no "
-        "VALUE.",
+        "VALUE." +
+            gAboutPaths + ".",
         "talbase set --in-place Transport/Port 2121 job.bag", Set, [](CLI::App& oCommand, SetOptions& oOptions) {
             oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
             AddOptional(oCommand, "VALUE", oOptions.mValue, "Its value, which may not be empty");
@@ -170,7 +189,8 @@ void AddRemove(CLI::App& oApp, ChosenCommand& oChosen)
         oApp, oChosen, "remove",
         "Take a property out\n"
         "A nested bag goes with everything that it holds. A bag that is left without properties goes, too, because no "
-        "text can hold it.",
+        "text can hold it." +
+            gAboutPaths + ".",
         "talbase remove Transport/Route/Port job.bag", Remove, [](CLI::App& oCommand, RemoveOptions& oOptions) {
             oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
             AddFile(oCommand, oOptions.mFile);
@@ -184,7 +204,8 @@ void AddMove(CLI::App& oApp, ChosenCommand& oChosen)
     AddCommand<MoveOptions>(
         oApp, oChosen, "move",
         "Give a property another name or another bag\n"
-        "Nested bags on the way to TO that are not there are made; TO itself may not be there.",
+        "Nested bags on the way to TO that are not there are made; TO itself may not be there." +
+            gAboutPaths + ".",
         "talbase move Host Transport/Host job.bag", Move, [](CLI::App& oCommand, MoveOptions& oOptions) {
             oCommand.add_option("FROM", oOptions.mFrom, "The property")->type_name("PATH")->required();
             oCommand.add_option("TO", oOptions.mTo, "Where it goes")->type_name("PATH")->required();
@@ -199,7 +220,8 @@ void AddEmbed(CLI::App& oApp, ChosenCommand& oChosen)
     AddCommand<EmbedOptions>(
         oApp, oChosen, "embed",
         "Put a bag into another one\n"
-        "A nested bag that is there already is replaced. Values get the escapes that the delimiters around them want.",
+        "A nested bag that is there already is replaced. Values get the escapes that the delimiters around them want." +
+            gAboutPaths + ".",
         "talbase embed Transport route.bag job.bag", Embed, [](CLI::App& oCommand, EmbedOptions& oOptions) {
             oCommand.add_option("PATH", oOptions.mPath, "Where it goes")->type_name("PATH")->required();
             oCommand.add_option("BAG", oOptions.mBagFile, "The text form of the bag that goes there")
@@ -338,7 +360,8 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
                     "The text form of a bag with a window; - is standard input")
                 ->type_name("FILE");
             AddPair(oCommand, oOptions.mPair);
-            oCommand.add_option("--path", oOptions.mBagPath, "The nested bag that has the window")->type_name("PATH");
+            oCommand.add_option("--path", oOptions.mBagPath, "The nested bag that has the window." + gAboutPaths)
+                ->type_name("PATH");
             oCommand
                 .add_option("--prefix", oOptions.mPrefix, "What stands before DeliveryWindow in the property's name")
                 ->type_name("TEXT");
@@ -394,46 +417,56 @@ void AddGuid(CLI::App& oApp, ChosenCommand& oChosen)
         });
 }
 
+void FlushOutput(const Streams& iStreams)
+{
+    iStreams.mOut.flush();
+    if (!iStreams.mOut)
+    {
+        throw IoError("cannot write to standard output");
+    }
+}
+
 // What the command line itself prints: help, a version, or what is wrong with it.
 int ReportParseError(const CLI::App& iApp, const CLI::ParseError& iError, const Streams& iStreams)
 {
     if (iError.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
     {
         iApp.exit(iError, iStreams.mOut, iStreams.mErr);
+        FlushOutput(iStreams);
         return ExitGood;
+    }
+    std::string lWhat = iError.what();
+    if (iError.get_exit_code() ==
+        static_cast<int>(CLI::ExitCodes::ExtrasError)) // it has them from the last to the first
+    {
+        lWhat = "not expected:";
+        for (const std::string& lArgument : iApp.remaining(true))
+        {
+            lWhat += " " + lArgument;
+        }
     }
     const auto lChosen = iApp.get_subcommands();
     const std::string lCommand = lChosen.empty() ? "" : " " + lChosen.front()->get_name();
-    iStreams.mErr << "talbase: " << ToUtf8(MakePrintable(QBase::UTF8ToWideChar(iError.what(), false)))
-                  << "\ntry 'talbase" << lCommand << " --help'\n";
+    iStreams.mErr << "talbase: " << ToUtf8(MakePrintable(QBase::UTF8ToWideChar(lWhat, false))) << "\ntry 'talbase"
+                  << lCommand << " --help'\n";
     return ExitTrouble;
 }
 
-// CLI11 takes "[a,b]" for a list where an argument may be given several times, and such arguments are files here. The
-// value of an option is left as it is.
-std::vector<std::string> WithoutLists(std::vector<std::string> iArguments)
+int ParseAndRun(const std::vector<std::string>& iArguments, const Streams& iStreams)
 {
-    for (std::size_t lIndex = 1; lIndex < iArguments.size(); ++lIndex)
+    ChosenCommand lChosen;
+    const std::unique_ptr<CLI::App> lApp = MakeParser(lChosen);
+    const std::vector<std::string> lArguments = PrepareArguments(*lApp, iArguments);
+    try
     {
-        std::string& lArgument = iArguments[lIndex];
-        const bool lIsValue = iArguments[lIndex - 1].rfind("-", 0) == 0 && iArguments[lIndex - 1] != "-" &&
-                              iArguments[lIndex - 1] != "--";
-        if (!lIsValue && !lArgument.empty() && lArgument.front() == '[' && lArgument.back() == ']')
-        {
-            lArgument.insert(0, "./");
-        }
+        lApp->parse(std::vector<std::string>(lArguments.rbegin(), lArguments.rend()));
     }
-    return iArguments;
-}
-
-int RunChosen(const ChosenCommand& iChosen, const Streams& iStreams)
-{
-    const int lStatus = iChosen(iStreams);
-    iStreams.mOut.flush();
-    if (!iStreams.mOut)
+    catch (const CLI::ParseError& lError)
     {
-        throw IoError("cannot write to standard output");
+        return ReportParseError(*lApp, lError, iStreams);
     }
+    const int lStatus = lChosen(iStreams);
+    FlushOutput(iStreams);
     return lStatus;
 }
 
@@ -441,10 +474,12 @@ int RunChosen(const ChosenCommand& iChosen, const Streams& iStreams)
 
 std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen)
 {
-    auto lApp = std::make_unique<CLI::App>("Look into property bags and change them\n"
-                                           "A bag is read from its text form in UTF-8: from a file, or from standard "
-                                           "input. Data goes to standard output, all else to standard error.",
-                                           "talbase");
+    auto lApp =
+        std::make_unique<CLI::App>("Look into property bags and change them\n"
+                                   "A bag is read from its text form in UTF-8: from a file, or from standard "
+                                   "input. Data goes to standard output, all else to standard error. 'talbase help "
+                                   "COMMAND' is 'talbase COMMAND --help'.",
+                                   "talbase");
     lApp->set_version_flag("--version", "talbase " TALBASE_TOOL_VERSION, "Print the version");
     lApp->require_subcommand(1);
     lApp->set_help_flag("-h,--help", "Print this help");
@@ -460,22 +495,13 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen)
 
 int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iStreams)
 {
-    ChosenCommand lChosen;
-    const std::unique_ptr<CLI::App> lApp = MakeParser(lChosen);
     const auto lReport = [&iStreams](const std::string& iText, int iStatus) {
         iStreams.mErr << "talbase: " << iText << '\n';
         return iStatus;
     };
     try
     {
-        const bool lHasFiles = !iArguments.empty() && (iArguments[0] == "check" || iArguments[0] == "merge");
-        const std::vector<std::string> lArguments = lHasFiles ? WithoutLists(iArguments) : iArguments;
-        lApp->parse(std::vector<std::string>(lArguments.rbegin(), lArguments.rend()));
-        return RunChosen(lChosen, iStreams);
-    }
-    catch (const CLI::ParseError& lError)
-    {
-        return ReportParseError(*lApp, lError, iStreams);
+        return ParseAndRun(iArguments, iStreams);
     }
     catch (const TextError& lError) // like a compiler's, so that editors find the place
     {
