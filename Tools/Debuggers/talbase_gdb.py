@@ -129,7 +129,8 @@ class Buffer(Printer):
 
     def text(self):
         characters = numbers_at(address_of(self.value["mBuffer"]), "Q")[0]
-        return quoted(text_at(characters, int(self.value["mSize"])))
+        text = text_at(characters, int(self.value["mSize"]))
+        return f"{quoted(text)}, {references(self.value)}"
 
 
 class Bag(Printer):

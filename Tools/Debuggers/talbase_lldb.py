@@ -111,7 +111,8 @@ class Buffer(Object):
     """QTalBase::BufferedWStringImpl."""
 
     def text(self):
-        return quoted(self.characters(self.numbers(self.place("mBuffer"), "Q")[0], self.number("mSize")))
+        text = self.characters(self.numbers(self.place("mBuffer"), "Q")[0], self.number("mSize"))
+        return f"{quoted(text)}, {self.references()}"
 
 
 class Bag(Object):
