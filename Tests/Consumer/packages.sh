@@ -98,6 +98,28 @@ gdb_client() {
         fail "gdb does not show a bag: $lShown"
 }
 
+# Whether the tool works, and has a manual page for itself and for each of its commands, and completions for each shell.
+tool_client() {
+    local lTool=$gRoot/usr/bin/talbase lShare=$gRoot/usr/share lCommands lCommand lPage lFile lShown
+    local -x LD_LIBRARY_PATH=$gLibraries
+    lShown=$(printf 'EndDelimiter***BeginDelimiter++++***Name++++Value***' | "$lTool" check)
+    [[ $lShown == "(standard input): valid" ]] || fail "talbase check says $lShown"
+    mapfile -t lCommands < <("$lTool" --help | sed -n '/^Commands:$/,/^$/s/^  \([a-z-]*\) .*/\1/p')
+    [[ ${lCommands[*]} == "show check get "*" guid" ]] || fail "talbase --help names ${lCommands[*]}"
+    for lCommand in "" "${lCommands[@]}"; do
+        lPage=talbase${lCommand:+-$lCommand}
+        lShown=$(gzip -dc "$lShare/man/man1/$lPage.1.gz") || fail "there is no manual page $lPage"
+        [[ $lShown == ".TH ${lPage^^} 1 "*".SH SYNOPSIS"*".SH OPTIONS"* ]] || fail "the manual page $lPage is none"
+    done
+    [[ $(find "$lShare/man" -type f | wc -l) -eq $((${#lCommands[@]} + 1)) ]] || fail "manual pages of no command"
+    for lFile in bash-completion/completions/talbase zsh/site-functions/_talbase fish/vendor_completions.d/talbase.fish; do
+        for lCommand in "${lCommands[@]}"; do
+            grep -q -w -e "$lCommand" "$lShare/$lFile" || fail "$lFile does not complete $lCommand"
+        done
+    done
+    gRows+=("talbase        $(printf '%-12s' "${#lCommands[@]} commands") pages, completions  passed")
+}
+
 make_root
 list_root >"$gWork/before"
 in_root --install "$gFolder"/*.deb
@@ -110,8 +132,8 @@ for gCompiler in "${gCompilers[@]}"; do
     row "find_package" "$gCompiler" find_package_client "$gCompiler"
 done
 gdb_client "${gCompilers[0]}"
-if [[ -e $gRoot/usr/bin/talbase ]]; then
-    LD_LIBRARY_PATH=$gLibraries "$gRoot/usr/bin/talbase" --version
+if compgen -G "$gFolder/talbase-tools_*.deb" >/dev/null; then
+    tool_client
 fi
 
 mapfile -t gNames < <(for gPackage in "$gFolder"/*.deb; do dpkg-deb --field "$gPackage" Package; done)
