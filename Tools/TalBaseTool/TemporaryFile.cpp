@@ -68,7 +68,7 @@ void Watch(const std::string& iName)
     struct sigaction lAction = {};
     lAction.sa_handler = RemoveAndEnd;
     lAction.sa_mask = AllSignals();
-    lAction.sa_flags = SA_RESETHAND;
+    lAction.sa_flags = static_cast<int>(SA_RESETHAND);
     for (std::size_t lIndex = 0; lIndex < std::size(gSignals); ++lIndex)
     {
         ::sigaction(gSignals[lIndex], nullptr, &gOld[lIndex]);
