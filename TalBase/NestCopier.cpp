@@ -172,7 +172,7 @@ bool NestCopier::hIsKept(const ValueContent& iContent)
     {
         const std::wstring_view lName = iContent.GetName(lIndex);
         const std::wstring_view lValue = iContent.GetValue(lIndex);
-        if (lName.empty() || lValue.empty())
+        if (lName.empty())
         {
             return false;
         }

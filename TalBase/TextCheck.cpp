@@ -275,14 +275,12 @@ private:
                 return hPlaceOf(lIsName ? lPlain.mName : lPlain.mValue);
             }
         }
-        for (std::size_t lIndex = 0; lIndex < mReader->mNests.GetCount(); ++lIndex)
+        std::size_t lNest = 0; // what was merged is one of them
+        while (mReader->mNests[lNest].mIsReplaced || iEntry-- != 0)
         {
-            if (!mReader->mNests[lIndex].mIsReplaced && iEntry-- == 0)
-            {
-                return hPlaceOf(mReader->mNests[lIndex].mName);
-            }
+            ++lNest;
         }
-        return mText.size();
+        return hPlaceOf(mReader->mNests[lNest].mName);
     }
 
     void hRemark(TextRemarkKind iKind, std::wstring_view iPart)

@@ -80,6 +80,50 @@ Damage CheckEveryCut(const std::string& iBytes)
     return lDamage;
 }
 
+struct Pair
+{
+    std::string mBegin;
+    std::string mEnd;
+};
+
+// Word characters and others, short and long ones.
+const std::vector<Pair> gPairs{{"++++", "***"}, {"[", "]"}, {"_", "|"},     {"x", "y"},
+                               {"9", "Q"},      {"=", ";"}, {"open", "QQ"}, {"AA", "ZZ"}};
+
+// A text with a header, written with "<" and ">" in the place of the delimiters.
+std::string WithPair(const Pair& iPair, const std::string& iContent)
+{
+    std::string lText = "EndDelimiter" + iPair.mEnd + "BeginDelimiter" + iPair.mBegin + iPair.mEnd;
+    for (const char lCharacter : iContent)
+    {
+        lText += lCharacter == '<' ? iPair.mBegin : lCharacter == '>' ? iPair.mEnd : std::string(1, lCharacter);
+    }
+    return lText;
+}
+
+// Looks for the word "secret" in what is said of a text.
+void ExpectNoSecret(const Workplace& iWorkplace, const std::string& iText)
+{
+    const ToolRun lRun = RunCheck(iWorkplace.Write("damaged.bag", iText), 1000);
+    EXPECT_EQ((lRun.mOut + lRun.mErr).find("secret"), std::string::npos) << iText << '\n' << lRun.mErr;
+}
+
+// Cuts every character but those between two places, and those of the begin delimiter in the header, which is another
+// one then.
+void CutAllBut(const Workplace& iWorkplace, const Pair& iPair, const std::string& iText, std::size_t iFirst,
+               std::size_t iStop)
+{
+    const std::size_t lBegin = 26 + iPair.mEnd.size();
+    for (std::size_t lCut = 0; lCut < iText.size(); ++lCut)
+    {
+        const bool lIsBegin = lCut >= lBegin && lCut < lBegin + iPair.mBegin.size();
+        if (!lIsBegin && (lCut < iFirst || lCut >= iStop))
+        {
+            ExpectNoSecret(iWorkplace, iText.substr(0, lCut) + iText.substr(lCut + 1));
+        }
+    }
+}
+
 Damage CheckEveryBeginning(const std::string& iBytes)
 {
     const Workplace lWorkplace;
@@ -127,11 +171,73 @@ TEST(Check, SecretsAreNeverShown)
                              lCut < lText.rfind(lName, lCut) + lName.size(); // then it is no secret any more
         if (!lIsName)
         {
-            const std::string lFile = lWorkplace.Write("damaged.bag", lText.substr(0, lCut) + lText.substr(lCut + 1));
-            const ToolRun lRun = RunCheck(lFile, 1000);
-            EXPECT_EQ((lRun.mOut + lRun.mErr).find("secret"), std::string::npos) << lCut << '\n' << lRun.mErr;
+            ExpectNoSecret(lWorkplace, lText.substr(0, lCut) + lText.substr(lCut + 1));
         }
     }
+}
+
+TEST(Check, SecretsAreNeverShownUnderAnyDelimiters)
+{
+    const Workplace lWorkplace;
+    const std::string lName = "FTPServerPassword";
+    for (const Pair& lPair : gPairs)
+    {
+        const std::string lText = WithPair(lPair, "I<17>FTPServerPassword<secret>N<K<v>>E<>");
+        const std::size_t lPlace = lText.find(lName);
+        CutAllBut(lWorkplace, lPair, lText, lPlace, lPlace + lName.size()); // without one of these it is another name
+        ExpectNoSecret(lWorkplace, lText + "oops" + lPair.mEnd);
+        ExpectNoSecret(lWorkplace, WithPair(lPair, "I<17>FTPServerPassword>secret>oops>"));
+    }
+}
+
+TEST(Check, SecretNestsAreNeverShown)
+{
+    const Workplace lWorkplace;
+    for (const Pair& lPair : gPairs)
+    {
+        const std::string lText = WithPair(lPair, "I<17>FTPServerPassword<I<17>secret<>N<K<secret>>>E<>");
+        ExpectNoSecret(lWorkplace, lText + "oops" + lPair.mEnd);
+        ExpectNoSecret(lWorkplace, WithPair(lPair, "I<17>FTPServerPassword>I<17>secret<secret>>oops>"));
+        // Where the bag no longer begins, or ends at once, what it held is not known for a part of it.
+        const std::string lBefore = WithPair(lPair, "I<17>");
+        CutAllBut(lWorkplace, lPair, lText, lBefore.size(), WithPair(lPair, "I<17>FTPServerPassword<I<17>").size());
+    }
+}
+
+TEST(Check, WhatIsNoSecretIsShown)
+{
+    const Workplace lWorkplace;
+    for (const Pair& lPair : gPairs)
+    {
+        const std::string lText = WithPair(lPair, "FTPServerPassword<I<17>>plain<>next<17>oops>");
+        const ToolRun lRun = RunCheck(lWorkplace.Write("damaged.bag", lText), 1000);
+        EXPECT_NE(lRun.mErr.find("'plain' has no value"), std::string::npos) << lRun.mErr;
+        EXPECT_NE(lRun.mErr.find(lPair.mEnd + "next"), std::string::npos) << lRun.mErr;
+    }
+}
+
+TEST(Check, EveryFileIsChecked)
+{
+    const Workplace lWorkplace;
+    const std::string lBad = lWorkplace.Write("a.bag", WithPair({"_", "|"}, "FTPServerPassword<secret>I>"));
+    const ToolRun lRun = RunTool({"check", lBad, lWorkplace.Write("b.bag", WithPair({"_", "|"}, "I<1>"))});
+    EXPECT_EQ(lRun.mStatus, 1);
+    EXPECT_NE(lRun.mErr.find("\n  …ginDelimiter_|FTPServerPassword_••••••|I|\n"), std::string::npos) << lRun.mErr;
+    EXPECT_NE(lRun.mOut.find("b.bag: valid\n"), std::string::npos) << lRun.mOut;
+}
+
+// Counting the lines from the start for each remark took minutes for this.
+TEST(Check, ManyRemarksTakeLinearTime)
+{
+    std::string lText = "EndDelimiter***BeginDelimiter++++***";
+    for (int lIndex = 0; lIndex < 100000; ++lIndex)
+    {
+        lText += "\na++++***";
+    }
+    const Workplace lWorkplace;
+    const ToolRun lRun = RunCheck(lWorkplace.Write("many.bag", lText), 1000000);
+    EXPECT_NE(lRun.mErr.find("many.bag:100000:9: warning: '\\na' has no value"), std::string::npos);
+    EXPECT_NE(lRun.mOut.find("valid, 100000 warnings\n"), std::string::npos) << lRun.mOut;
 }
 
 TEST(Check, DeepTextTakesNoStack)

@@ -126,7 +126,7 @@ TEST(Json, TypedDocumentsComeBackWholeWhenAskedFor)
 TEST(Json, NumbersKeepTheirDigits)
 {
     const Workplace lWorkplace;
-    const std::string lJson = "[1.10,1e40,-0.0,123456789012345678901234567890,1E-7]";
+    const std::string lJson = "[1.10,1e40,-0.0,-0,0,-7,1e400,-1E+4000,1e-9999,123456789012345678901234567890,1E-7]";
     const ToolRun lBag = RunTool({"from-json", lWorkplace.Write("a.json", lJson)});
     const ToolRun lBack = RunTool({"to-json", "--typed", "--indent", "-1", lWorkplace.Write("a.bag", lBag.mOut)});
     EXPECT_EQ(lBack.mOut, lJson + "\n");
@@ -145,6 +145,24 @@ TEST(Json, StrictWritesNothing)
     const ToolRun lOrder = RunTool({"from-json", "--strict", lWorkplace.Write("a.json", R"({"n":{"k":"v"},"a":"1"})")});
     EXPECT_EQ(lOrder.mStatus, 0);
     EXPECT_EQ(lOrder.mOut, "EndDelimiter***BeginDelimiter++++***a++++1***n++++k++++v******\n");
+}
+
+TEST(Json, LastPropertyOfANameCounts)
+{
+    const Workplace lWorkplace;
+    const auto lToBag = [&](const std::string& iJson) {
+        return RunTool({"from-json", "--no-header", lWorkplace.Write("a.json", iJson)}).mOut;
+    };
+    EXPECT_EQ(lToBag(R"({"a":"1","b":"2","a":""})"), "b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":"1","b":"2","a":{}})"), "b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":"1","b":"2","a":"x\u0000"})"), "b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":"1","a":"","a":"3","b":"2"})"), "a++++3***b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":{"k":"v","k":""},"b":"2"})"), "b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":"1","a":{"k":"v","k":{"x":""}},"b":"2"})"), "b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":{"k":"1","l":"2","k":""},"a":"3","b":"2"})"), "a++++3***b++++2***\n");
+    EXPECT_EQ(lToBag(R"({"a":{"k":"1","l":"2","k":""},"b":"2"})"), "b++++2***a++++l++++2******\n");
+    EXPECT_EQ(lToBag(R"({"a":{"k":{"m":"1","m":""},"l":"2"},"c":{"a":"1","a":"2"}})"),
+              "a++++l++++2******c++++a++++2******\n");
 }
 
 TEST(Json, VerboseNamesEveryPlace)
@@ -184,4 +202,24 @@ TEST(Json, DeepDocumentsTakeNoStack)
     EXPECT_EQ(lBag.mStatus, 0);
     const ToolRun lBack = RunTool({"to-json", "--indent", "-1", lWorkplace.Write("deep.bag", lBag.mOut)});
     EXPECT_EQ(lBack.mOut, lDeep + "\n");
+}
+
+// With indentation for each level the text would grow with the square of the depth, to 10 gigabytes here.
+TEST(Json, DeepDocumentsAreIndentedOnlySoFar)
+{
+    std::string lText = "EndDelimiter***BeginDelimiter++++***";
+    for (int lLevel = 0; lLevel < 100000; ++lLevel)
+    {
+        lText += "n++++";
+    }
+    lText += "v";
+    for (int lLevel = 0; lLevel < 100000; ++lLevel)
+    {
+        lText += "***";
+    }
+    const Workplace lWorkplace;
+    const ToolRun lRun = RunTool({"to-json", lWorkplace.Write("deep.bag", lText)});
+    EXPECT_EQ(lRun.mOut.rfind("{\n  \"n\": {\n    \"n\": {\n", 0), 0U);
+    EXPECT_LT(lRun.mOut.size(), 200000U * 90);
+    EXPECT_NE(lRun.mOut.find("\n" + std::string(80, ' ') + "\"n\": \"v\"\n"), std::string::npos);
 }

@@ -235,6 +235,9 @@ TEST(NestCopier, NestsWithDelimitersOfTheirOwn)
     ExpectHandedOnAsText(lBag);
     NestOf(NestOf(lBag, L"n"), L"m")->RemoveProperty(L"l");
     ExpectHandedOnAsText(lBag);
+    const BagPtr lHalf = Read(L"EndDelimiter***BeginDelimiter++++***n++++k++++v***m++++l++++w*********");
+    NestOf(NestOf(lHalf, L"n"), L"m")->ChangeDelimiters(L"++++", L"]]");
+    ExpectHandedOnAsText(lHalf);
 }
 
 // Without its header, a text that begins with the header's first word would be taken to have one.

@@ -190,6 +190,8 @@ TEST(TextCheck, ValuesThatTheReceivingBagRefusesAreThePlace)
                             L"end delimiter: ;");
     ExpectInvalid(gHeader + L"m++++a++++1******n++++b++++2******^o++++c;++++3******", L"=", L";",
                   gPrefix + L"SetProperty; ipName may not contain the delimiters");
+    ExpectInvalid(gHeader + L"m++++a++++1******m++++b++++2******^o++++c;++++3******", L"=", L";",
+                  gPrefix + L"SetProperty; ipName may not contain the delimiters");
     // The first of the two is replaced and not merged.
     ExpectInvalid(gHeader + L"c++++x;y***c++++^z;***", L"=", L";",
                   gPrefix + L"SetProperty; ipValue may not contain the delimiters. ipValue: z;, begin delimiter: =, "
@@ -239,6 +241,7 @@ TEST(TextCheck, RemarksTellWhatGetsLost)
     EXPECT_EQ(RemarksOn(L"n++++2***n++++k++++1******"), "repeated 'n' at 0");
     EXPECT_EQ(RemarksOn(L"n++++k++++1***l++++3***k++++2******"), "repeated 'k' at 5");
     EXPECT_EQ(RemarksOn(L"n++++k++++1******n++++2***"), "repeated 'n' at 0");
+    EXPECT_EQ(RemarksOn(L"n++++m++++a++++1******m++++b++++2*********"), "repeated 'm' at 5");
     EXPECT_EQ(RemarksOn(L"n++++k++++1***e++++l++++*********"), "empty bag 'e' at 14, empty value 'l' at 19");
     EXPECT_EQ(RemarksOn(L"n++++e++++l++++******k++++1******"), "empty bag 'e' at 5, empty value 'l' at 10");
 }

@@ -1,13 +1,12 @@
 #include "Commands.h"
 
 #include "Errors.h"
-#include "Escaping.h"
+#include "Excerpts.h"
 #include "Files.h"
 #include "Progress.h"
 #include "Text.h"
 
 #include <algorithm>
-#include <cwctype>
 
 namespace TalBaseTool
 {
@@ -19,114 +18,11 @@ using QTalBase::TextCheckResult;
 using QTalBase::TextRemark;
 using QTalBase::TextRemarkKind;
 
-constexpr std::size_t gBefore = 40; // characters of a line that are shown before a place, and at it and behind
-constexpr std::size_t gBehind = 36;
-constexpr std::size_t gLongestName = 64; // that is looked for before a value
-constexpr wchar_t gMask = L'•';
-
-bool IsWordCharacter(wchar_t iCharacter)
-{
-    return (iCharacter >= L'a' && iCharacter <= L'z') || (iCharacter >= L'A' && iCharacter <= L'Z') ||
-           (iCharacter >= L'0' && iCharacter <= L'9') || iCharacter == L'_';
-}
-
-// The text around a place, in which values that follow a sensitive name are masked, however broken the text is.
-class Excerpts
-{
-public:
-    // iPair: the delimiters, or null where they are not known.
-    Excerpts(const std::wstring& iText, const std::optional<DelimiterTexts>& iPair, bool iShowSecrets)
-        : mText(iText),
-          mPair(iPair.value_or(DelimiterTexts{BEGIN, END})),
-          mIsPairKnown(iPair.has_value()),
-          mShowSecrets(iShowSecrets),
-          mSensitive(mPair.mBegin.c_str(), mPair.mEnd.c_str())
-    {
-    }
-
-    // Two lines: an excerpt of the line, and a caret under the place.
-    std::string Make(std::size_t iPosition, std::size_t iLength, const Palette& iPalette, Style iStyle) const
-    {
-        const std::size_t lLine = mText.rfind(L'\n', iPosition == 0 ? 0 : iPosition - 1);
-        const std::size_t lLineStart = iPosition == 0 || lLine == std::wstring::npos ? 0 : lLine + 1;
-        const std::size_t lLineStop = std::min(mText.find(L'\n', iPosition), mText.size());
-        const std::size_t lStart = std::max(lLineStart, iPosition - std::min(iPosition, gBefore));
-        const std::size_t lStop = std::min(lLineStop, iPosition + gBehind);
-        const std::wstring lShown = hMasked(lStart, lStop);
-        const std::wstring lBefore =
-            (lStart > lLineStart ? L"…" : L"") + MakePrintable(std::wstring_view(lShown).substr(0, iPosition - lStart));
-        const std::wstring lAt = MakePrintable(std::wstring_view(lShown).substr(iPosition - lStart, iLength));
-        const std::wstring lBehind =
-            MakePrintable(std::wstring_view(lShown).substr(std::min(lShown.size(), iPosition - lStart + iLength))) +
-            (lStop < lLineStop ? L"…" : L"");
-        const std::string lCaret = "^" + std::string(std::max<std::size_t>(GetWidth(lAt), 1) - 1, '~');
-        return "  " + ToUtf8(lBefore + lAt + lBehind) + "\n  " + std::string(GetWidth(lBefore), ' ') +
-               iPalette.Paint(iStyle, lCaret) + "\n";
-    }
-
-private:
-    // A part of the text.
-    std::wstring hMasked(std::size_t iStart, std::size_t iStop) const
-    {
-        std::wstring lPart = mText.substr(iStart, iStop - iStart);
-        if (mShowSecrets)
-        {
-            return lPart;
-        }
-        // A value that reaches into the part has its name not far before the delimiter that comes last before it.
-        std::size_t lPlace = std::min(mText.rfind(mPair.mBegin, iStart), iStart);
-        lPlace -= std::min(lPlace, gLongestName);
-        while (lPlace > 0 && IsWordCharacter(mText[lPlace - 1]))
-        {
-            --lPlace;
-        }
-        while (lPlace < iStop)
-        {
-            const std::size_t lWordStop = hFindWordStop(lPlace);
-            if (lWordStop > lPlace && mSensitive.IsSensitive(mText.substr(lPlace, lWordStop - lPlace).c_str()))
-            {
-                lPlace = hMaskValue(lWordStop, iStart, lPart);
-                continue;
-            }
-            lPlace = std::max(lWordStop, lPlace + 1);
-        }
-        return lPart;
-    }
-
-    std::size_t hFindWordStop(std::size_t iPlace) const
-    {
-        while (iPlace < mText.size() && IsWordCharacter(mText[iPlace]))
-        {
-            ++iPlace;
-        }
-        return iPlace;
-    }
-
-    // Masks what follows a sensitive name, in the part that begins at a place. Returns where the value ends.
-    std::size_t hMaskValue(std::size_t iNameStop, std::size_t iPartStart, std::wstring& oPart) const
-    {
-        const bool lHasDelimiter = mText.compare(iNameStop, mPair.mBegin.size(), mPair.mBegin) == 0;
-        const std::size_t lStart = iNameStop + (lHasDelimiter ? mPair.mBegin.size() : 0);
-        const std::size_t lStop = mIsPairKnown ? std::min(mText.find(mPair.mEnd, lStart), mText.size()) : mText.size();
-        for (std::size_t lPlace = std::max(lStart, iPartStart); lPlace < std::min(lStop, iPartStart + oPart.size());
-             ++lPlace)
-        {
-            oPart[lPlace - iPartStart] = gMask;
-        }
-        return lStop;
-    }
-
-    const std::wstring& mText;
-    DelimiterTexts mPair;
-    bool mIsPairKnown;
-    bool mShowSecrets;
-    SensitiveNames mSensitive;
-};
-
-std::string Describe(const TextRemark& iRemark, const std::wstring& iText)
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsSecret)
 {
     const std::string lName =
-        "'" + ShowValue(std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength), 60) + "'";
+        iIsSecret ? gHidden
+                  : "'" + ShowValue(std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength), 60) + "'";
     switch (iRemark.mKind)
     {
     case TextRemarkKind::IgnoredTail:
@@ -181,21 +77,30 @@ public:
     int Run()
     {
         const std::optional<DelimiterTexts> lGiven = ReadPair(mOptions.mPair);
-        mText = ReadText(mFile);
+        try
+        {
+            mText = ReadText(mFile);
+        }
+        catch (const EncodingError& lError) // not even UTF-8
+        {
+            hShowUnreadable(lError, lGiven);
+            return ExitBad;
+        }
         const TextCheckResult lResult = hCheck(lGiven);
-        const Excerpts lExcerpts(mText, FindPair(mText, lResult, lGiven), mOptions.mShowSecrets);
-        const std::size_t lWarnings = hWarn(lResult, lExcerpts);
+        const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, lGiven);
+        Excerpts lExcerpts(mText, lResult, lPair, mOptions.mShowSecrets);
+        hWarn(lResult, lPair, lExcerpts);
         if (!lResult.mIsValid)
         {
             const std::size_t lPosition = StepBeforeLineEnd(mText, lResult.mPosition);
-            mStreams.mErr << ShowPlace(mFile, FindPlace(mText, lPosition))
+            mStreams.mErr << ShowPlace(mFile, lExcerpts.FindPlace(lPosition))
                           << mPalette.Paint(Style::Error, ShowMessage(lResult.mMessage.c_str())) << '\n'
                           << lExcerpts.Make(lPosition, 1, mPalette, Style::Error);
             return ExitBad;
         }
         mStreams.mOut << ShowFile(mFile) << ": valid"
-                      << (lWarnings > 0 ? ", " + Count(lWarnings, "warning") : std::string()) << '\n';
-        return lWarnings > 0 && mOptions.mIsStrict ? ExitBad : ExitGood;
+                      << (mWarnings > 0 ? ", " + Count(mWarnings, "warning") : std::string()) << '\n';
+        return mWarnings > 0 && mOptions.mIsStrict ? ExitBad : ExitGood;
     }
 
 private:
@@ -209,25 +114,74 @@ private:
         return CheckText(mText, iGiven);
     }
 
-    // Returns how many warnings there are; not all of them are shown.
-    std::size_t hWarn(const TextCheckResult& iResult, const Excerpts& iExcerpts)
+    // A zero character ends the text for who checks it, and only the beginning matters for what is secret.
+    void hShowUnreadable(const EncodingError& iError, const std::optional<DelimiterTexts>& iGiven)
     {
-        std::size_t lCount = 0;
+        mText = iError.GetText();
+        TextCheckResult lResult = hCheck(iGiven);
+        const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, iGiven);
+        lResult.mIsValid = false;
+        lResult.mPosition = iError.GetPlace();
+        mStreams.mErr << mPalette.Paint(Style::Error, iError.what()) << '\n'
+                      << Excerpts(mText, lResult, lPair, mOptions.mShowSecrets)
+                             .Make(iError.GetPlace(), 1, mPalette, Style::Error);
+    }
+
+    // Counts the warnings; not all of them are shown.
+    void hWarn(const TextCheckResult& iResult, const std::optional<DelimiterTexts>& iPair, Excerpts& oExcerpts)
+    {
+        if (mText.rfind(L'\uFEFF', 0) == 0)
+        {
+            hWarnOf(0, 1, oExcerpts,
+                    [] { return "the text begins with a byte-order mark, which belongs to no text form"; });
+        }
+        if (iPair)
+        {
+            hWarnOfHeader(iResult, *iPair, oExcerpts);
+        }
         for (const TextRemark& lRemark : iResult.mRemarks)
         {
-            if (IsLineEnd(lRemark, mText) || ++lCount > mOptions.mMaxWarnings)
+            if (!IsLineEnd(lRemark, mText))
             {
-                continue;
+                hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts,
+                        [&] { return Describe(lRemark, mText, oExcerpts.IsSecret(lRemark.mPosition)); });
             }
-            mStreams.mErr << ShowPlace(mFile, FindPlace(mText, lRemark.mPosition))
-                          << mPalette.Paint(Style::Warning, "warning: " + Describe(lRemark, mText)) << '\n'
-                          << iExcerpts.Make(lRemark.mPosition, lRemark.mLength, mPalette, Style::Warning);
         }
-        if (lCount > mOptions.mMaxWarnings && mOptions.mMaxWarnings > 0)
+        if (mWarnings > mOptions.mMaxWarnings && mOptions.mMaxWarnings > 0)
         {
-            mStreams.mErr << ShowFile(mFile) << ": " << Count(lCount - mOptions.mMaxWarnings, "more warning") << '\n';
+            mStreams.mErr << ShowFile(mFile) << ": " << Count(mWarnings - mOptions.mMaxWarnings, "more warning")
+                          << '\n';
         }
-        return lCount;
+    }
+
+    // Reading a header is loose; what it takes for delimiters may have been meant otherwise.
+    void hWarnOfHeader(const TextCheckResult& iResult, const DelimiterTexts& iPair, Excerpts& oExcerpts)
+    {
+        const HeaderKind lKind = FindHeaderKind(mText, iResult, iPair);
+        const bool lIsAll = mText.find_first_not_of(L"\r\n", iResult.mContentPosition) == std::wstring::npos;
+        if (lKind == HeaderKind::NotAsWritten)
+        {
+            const std::wstring lWritten = WriteHeader(iPair);
+            const std::size_t lPlace = static_cast<std::size_t>(
+                std::mismatch(mText.begin(), mText.end(), lWritten.begin(), lWritten.end()).first - mText.begin());
+            hWarnOf(lPlace, 1, oExcerpts, [] { return "the header is not as it would be written"; });
+        }
+        else if (lKind == HeaderKind::Swallowing && lIsAll)
+        {
+            hWarnOf(WriteHeader(iPair).size() - iPair.mEnd.size() - iPair.mBegin.size(), iPair.mBegin.size(), oExcerpts,
+                    [] { return "the header's begin delimiter takes what may have been properties"; });
+        }
+    }
+
+    template <class Description>
+    void hWarnOf(std::size_t iPosition, std::size_t iLength, Excerpts& oExcerpts, const Description& iDescribe)
+    {
+        if (++mWarnings <= mOptions.mMaxWarnings)
+        {
+            mStreams.mErr << ShowPlace(mFile, oExcerpts.FindPlace(iPosition))
+                          << mPalette.Paint(Style::Warning, std::string("warning: ") + iDescribe()) << '\n'
+                          << oExcerpts.Make(iPosition, iLength, mPalette, Style::Warning);
+        }
     }
 
     const CheckOptions& mOptions;
@@ -235,6 +189,7 @@ private:
     const Streams& mStreams;
     Palette mPalette;
     std::wstring mText;
+    std::size_t mWarnings = 0;
 };
 
 } // namespace
@@ -252,11 +207,6 @@ int Check(const CheckOptions& iOptions, const Streams& iStreams)
         try
         {
             lStatus = std::max(lStatus, FileCheck(iOptions, lFile, iStreams).Run());
-        }
-        catch (const TextError& lError) // not even UTF-8
-        {
-            iStreams.mErr << lError.what() << '\n';
-            lStatus = std::max<int>(lStatus, ExitBad);
         }
         catch (const IoError& lError)
         {

@@ -132,7 +132,9 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
         "Say whether texts can be read, and where not\n"
         "What is wrong is the library's own message, with the place in the text. Warnings are about what is read but "
         "gets lost: text behind the last delimiter, properties without a value, bags without properties, repeated "
-        "names, and delimiters that could also begin one character further on. Sensitive values are masked.",
+        "names, delimiters that could also begin one character further on, and headers that are not as they would be "
+        "written. "
+        "Sensitive values, and sensitive bags with all that is in them, are masked.",
         "talbase check job.bag route.bag", RunCheck, [](CLI::App& oCommand, CheckOptions& oOptions) {
             oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - or nothing is standard input")
                 ->type_name("FILE");
@@ -273,7 +275,8 @@ void AddToJson(CLI::App& oApp, ChosenCommand& oChosen)
         oApp, oChosen, "to-json",
         "Write a bag as JSON\n"
         "A bag whose names are the numbers from 0 on becomes an array, every other one an object. All values are "
-        "strings; with --typed those that are a JSON number, true, false or null are written as that.",
+        "strings; with --typed those that are a JSON number, true, false or null are written as that. Lines are "
+        "indented by 40 levels at most.",
         "talbase to-json job.bag", ToJson, [](CLI::App& oCommand, ToJsonOptions& oOptions) {
             AddFile(oCommand, oOptions.mFile);
             AddPair(oCommand, oOptions.mPair);
@@ -292,13 +295,15 @@ void AddFromJson(CLI::App& oApp, ChosenCommand& oChosen)
         "Make a bag of a JSON document\n"
         "An object becomes a bag, an array a bag whose names are the numbers from 0 on. What a bag cannot hold is "
         "counted on standard error: empty texts, empty objects and arrays, names and values that the delimiters "
-        "forbid, and the types of numbers, true, false and null, which become texts.",
+        "forbid, and the types of numbers, true, false and null, which become texts. So is the order of plain values "
+        "and nested ones in an object, which changes; since JSON gives it no meaning, --strict lets it pass.",
         "talbase from-json job.json", FromJson, [](CLI::App& oCommand, FromJsonOptions& oOptions) {
             oCommand.add_option("FILE", oOptions.mFile, "The JSON; - or nothing is standard input")->type_name("FILE");
             AddOptional(oCommand, "--begin", oOptions.mPair.mBegin, "Begin delimiter of the bag");
             AddOptional(oCommand, "--end", oOptions.mPair.mEnd, "End delimiter of the bag");
             oCommand.add_flag("!--no-header", oOptions.mHasHeader, "Write the text without a header");
-            oCommand.add_flag("--strict", oOptions.mIsStrict, "Write nothing where a bag cannot hold all of it");
+            oCommand.add_flag("--strict", oOptions.mIsStrict,
+                              "Write nothing where a bag cannot hold all of it but the order");
             oCommand.add_flag("-v,--verbose", oOptions.mIsVerbose, "Name every place, not only the first ones");
         });
 }

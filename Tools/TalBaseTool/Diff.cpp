@@ -21,7 +21,8 @@ namespace TalBaseTool
 namespace
 {
 
-constexpr std::size_t gLongest = 120; // characters of a value that are shown
+constexpr std::size_t gMostNames = 40; // of a path that are shown
+constexpr std::size_t gLongest = 120;  // characters of a value that are shown
 
 // Marks those of the numbers that lie outside a longest ascending sequence: the fewest that have to move.
 std::vector<bool> FindMoved(const std::vector<unsigned int>& iPlaces)
@@ -56,15 +57,12 @@ std::vector<bool> FindMoved(const std::vector<unsigned int>& iPlaces)
 struct Side
 {
     explicit Side(const Document& iDocument)
-        : mBag(iDocument.mBag),
-          mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter()),
-          mSensitive(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter())
+        : mBag(iDocument.mBag), mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter())
     {
     }
 
     BagPtr mBag;
     Escaping mEscaping;
-    SensitiveNames mSensitive;
 };
 
 class Comparison
@@ -95,11 +93,14 @@ public:
     }
 
 private:
-    // Bags that both sides have, by their name and the place of the bags around them.
+    // A bag on the way to a property, and the place of the bag around it. Whole paths are put together only where they
+    // are shown, because a deep bag has long ones.
     struct Nest
     {
         std::wstring mName;
-        std::size_t mAround;
+        std::size_t mAround; // gNone for the outermost bag
+        std::size_t mDepth;
+        bool mIsHidden; // with all that is in it
     };
 
     struct Level
@@ -111,16 +112,25 @@ private:
 
     static constexpr std::size_t gNone = static_cast<std::size_t>(-1);
 
-    // The path of a property, which is put together only where it is shown: a deep bag has long ones.
-    Path hPath(const Level& iLevel, const std::wstring& iName) const
+    std::size_t hAddNest(std::size_t iAround, const std::wstring& iName)
     {
+        const std::size_t lDepth = iAround != gNone ? mNests[iAround].mDepth + 1 : 1;
+        mNests.push_back({iName, iAround, lDepth, hIsHidden(iAround, iName)});
+        return mNests.size() - 1;
+    }
+
+    // The path of a property; of a deep one, its level and the last names.
+    std::string hShowPath(std::size_t iNest, const std::wstring& iName) const
+    {
+        const std::size_t lDepth = iNest != gNone ? mNests[iNest].mDepth : 0;
         Path lPath{iName};
-        for (std::size_t lNest = iLevel.mNest; lNest != gNone; lNest = mNests[lNest].mAround)
+        std::size_t lNest = iNest;
+        for (; lNest != gNone && lPath.size() < gMostNames; lNest = mNests[lNest].mAround)
         {
             lPath.push_back(mNests[lNest].mName);
         }
         std::reverse(lPath.begin(), lPath.end());
-        return lPath;
+        return (lNest != gNone ? "⋯ level " + std::to_string(lDepth + 1) + " ⋯/" : std::string()) + ShowPath(lPath);
     }
 
     void hCompare(const Level& iLevel)
@@ -135,7 +145,7 @@ private:
             const unsigned int lOther = lNames.Find(lName);
             if (lOther == NameIndex::gNone || iLevel.mFirst->IsEmbedded(lIndex) != iLevel.mSecond->IsEmbedded(lOther))
             {
-                hReportWhole('-', mFirst, hPath(iLevel, lName), *iLevel.mFirst, lIndex);
+                hReportWhole('-', mFirst, iLevel.mNest, *iLevel.mFirst, lIndex);
                 continue;
             }
             lIsMatched[lOther] = true;
@@ -147,8 +157,7 @@ private:
         {
             if (!lIsMatched[lIndex])
             {
-                hReportWhole('+', mSecond, hPath(iLevel, iLevel.mSecond->GetName(lIndex).c_str()), *iLevel.mSecond,
-                             lIndex);
+                hReportWhole('+', mSecond, iLevel.mNest, *iLevel.mSecond, lIndex);
             }
         }
         if (mOptions.mIsOrdered)
@@ -161,8 +170,7 @@ private:
     {
         if (iLevel.mFirst->IsEmbedded(iFirst))
         {
-            mNests.push_back({iName, iLevel.mNest});
-            mLevels.push_back({mNests.size() - 1, iLevel.mFirst->GetValuePropertyBag(iFirst),
+            mLevels.push_back({hAddNest(iLevel.mNest, iName), iLevel.mFirst->GetValuePropertyBag(iFirst),
                                iLevel.mSecond->GetValuePropertyBag(iSecond)});
             return;
         }
@@ -171,46 +179,56 @@ private:
         if (lFirst != lSecond)
         {
             ++mCount;
-            const Path lPath = hPath(iLevel, iName);
             const std::size_t lPlace = static_cast<std::size_t>(
                 std::mismatch(lFirst.begin(), lFirst.end(), lSecond.begin(), lSecond.end()).first - lFirst.begin());
-            hWriteLine('-', mFirst, lPath, lFirst, lPlace);
-            hWriteLine('+', mSecond, lPath, lSecond, lPlace);
+            hWriteLine('-', iLevel.mNest, iName, lFirst, lPlace);
+            hWriteLine('+', iLevel.mNest, iName, lSecond, lPlace);
         }
     }
 
     // A property that only one side has; of a bag, everything that it holds.
-    void hReportWhole(char iSign, const Side& iSide, const Path& iPath, const QTalBase::PropertyBag& iBag,
+    void hReportWhole(char iSign, const Side& iSide, std::size_t iNest, const QTalBase::PropertyBag& iBag,
                       unsigned int iIndex)
     {
         ++mCount;
+        const std::wstring lName = iBag.GetName(iIndex).c_str();
         if (!iBag.IsEmbedded(iIndex))
         {
-            hWriteLine(iSign, iSide, iPath, iSide.mEscaping.Unescape(iBag.GetValue(iIndex)), 0);
+            hWriteLine(iSign, iNest, lName, iSide.mEscaping.Unescape(iBag.GetValue(iIndex)), 0);
             return;
         }
-        const BagPtr lNest = iBag.GetValuePropertyBag(iIndex);
-        hWrite(iSign, ShowPath(iPath) + "/");
-        if (hIsHidden(iSide, iPath))
+        hWrite(iSign, hShowPath(iNest, lName) + "/");
+        if (!hIsHidden(iNest, lName))
         {
-            return;
+            const std::size_t lCount = mNests.size();
+            hReportContent(iSign, iSide, hAddNest(iNest, lName), iBag.GetValuePropertyBag(iIndex));
+            mNests.resize(lCount);
         }
-        for (BagWalk lWalk(lNest); lWalk.Next();)
+    }
+
+    void hReportContent(char iSign, const Side& iSide, std::size_t iNest, const BagPtr& iBag)
+    {
+        std::size_t lNest = iNest;
+        for (BagWalk lWalk(iBag); lWalk.Next();)
         {
-            Path lInside = iPath;
-            const Path lRest = lWalk.GetPath();
-            lInside.insert(lInside.end(), lRest.begin(), lRest.end());
-            if (lWalk.GetStep() == Step::Plain)
+            const std::wstring lName = lWalk.GetName();
+            switch (lWalk.GetStep())
             {
-                hWriteLine(iSign, iSide, lInside, iSide.mEscaping.Unescape(lWalk.GetValue()), 0);
-            }
-            else if (lWalk.GetStep() == Step::Enter)
-            {
-                hWrite(iSign, ShowPath(lInside) + "/");
-                if (hIsHidden(iSide, lInside))
+            case Step::Plain:
+                hWriteLine(iSign, lNest, lName, iSide.mEscaping.Unescape(lWalk.GetValue()), 0);
+                break;
+            case Step::Enter:
+                hWrite(iSign, hShowPath(lNest, lName) + "/");
+                lNest = hAddNest(lNest, lName);
+                if (mNests[lNest].mIsHidden)
                 {
                     lWalk.Skip();
                 }
+                break;
+            case Step::Leave:
+                lNest = mNests[lNest].mAround;
+                mNests.pop_back();
+                break;
             }
         }
     }
@@ -228,25 +246,25 @@ private:
             {
                 const auto lRank = std::lower_bound(lSorted.begin(), lSorted.end(), iPlaces[lIndex]) - lSorted.begin();
                 ++mCount;
-                hWrite('>', ShowPath(hPath(iLevel, iNames[lIndex])) + " (place " + std::to_string(lRank + 1) +
+                hWrite('>', hShowPath(iLevel.mNest, iNames[lIndex]) + " (place " + std::to_string(lRank + 1) +
                                 ", was " + std::to_string(lIndex + 1) + ")");
             }
         }
     }
 
     // Whether the property, or a bag around it, is sensitive.
-    bool hIsHidden(const Side& iSide, const Path& iPath) const
+    bool hIsHidden(std::size_t iNest, const std::wstring& iName) const
     {
-        return !mOptions.mShowSecrets && std::any_of(iPath.begin(), iPath.end(), [&](const std::wstring& iName) {
-            return iSide.mSensitive.IsSensitive(iName.c_str());
-        });
+        return !mOptions.mShowSecrets &&
+               ((iNest != gNone && mNests[iNest].mIsHidden) || mSensitive.IsSensitive(iName.c_str()));
     }
 
-    void hWriteLine(char iSign, const Side& iSide, const Path& iPath, const std::wstring& iValue, std::size_t iPlace)
+    void hWriteLine(char iSign, std::size_t iNest, const std::wstring& iName, const std::wstring& iValue,
+                    std::size_t iPlace)
     {
         const std::string lValue =
-            hIsHidden(iSide, iPath) ? std::string(gHidden) : ShowValueAround(iValue, iPlace, gLongest);
-        hWrite(iSign, ShowPath(iPath) + " = " + lValue);
+            hIsHidden(iNest, iName) ? std::string(gHidden) : ShowValueAround(iValue, iPlace, gLongest);
+        hWrite(iSign, hShowPath(iNest, iName) + " = " + lValue);
     }
 
     void hWrite(char iSign, const std::string& iText)
@@ -258,6 +276,7 @@ private:
     const DiffOptions& mOptions;
     Side mFirst;
     Side mSecond;
+    SensitiveNames mSensitive;
     std::ostream& mOut;
     Palette mPalette;
     std::vector<Level> mLevels; // still to be compared, the next one last

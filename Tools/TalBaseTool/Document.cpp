@@ -7,11 +7,13 @@
 #include "Losses.h"
 #include "Progress.h"
 #include "Text.h"
+#include "TextBuilder.h"
 
 #include "QBase/Message.h"
 
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 namespace TalBaseTool
 {
@@ -115,6 +117,73 @@ void CheckReadsBack(const Document& iDocument, const QBase::ReturnWString& iText
     }
 }
 
+constexpr std::size_t gShownBags = 3;
+
+struct EmptyBags
+{
+    std::size_t mCount = 0;
+    std::vector<std::string> mFirst;
+};
+
+// Those without properties, and those with nothing but such bags.
+EmptyBags FindEmptyBags(const BagPtr& iBag)
+{
+    EmptyBags lEmpty;
+    std::vector<bool> lIsEmpty; // for each bag around the step, so far
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        if (lWalk.GetStep() == Step::Enter)
+        {
+            lIsEmpty.push_back(true);
+            continue;
+        }
+        const bool lIsGone = lWalk.GetStep() == Step::Leave && lIsEmpty.back();
+        if (lWalk.GetStep() == Step::Leave)
+        {
+            lIsEmpty.pop_back();
+        }
+        if (lIsGone && lEmpty.mCount++ < gShownBags)
+        {
+            lEmpty.mFirst.push_back(ShowPath(lWalk.GetPath()));
+        }
+        if (!lIsGone && !lIsEmpty.empty())
+        {
+            lIsEmpty.back() = false;
+        }
+    }
+    return lEmpty;
+}
+
+void RemoveEmptyBags(const BagPtr& iBag)
+{
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        if (lWalk.GetStep() == Step::Leave && lWalk.GetBag()->GetCount() == 0)
+        {
+            lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
+            lWalk.Removed();
+        }
+    }
+}
+
+// Removing many of them one by one would take quadratic time; a bag that is built again lacks them.
+void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
+{
+    constexpr std::size_t lFew = 1000;
+    if (iCount > lFew)
+    {
+        try
+        {
+            oBag = Rebuild(oBag, oBag->GetBeginDelimiter(), oBag->GetEndDelimiter());
+            return;
+        }
+        catch (const DataError&) // its text would not give it back; who writes it will tell
+        {
+        }
+    }
+    RemoveEmptyBags(oBag);
+}
+
 } // namespace
 
 std::optional<DelimiterTexts> ReadPair(const RawPair& iPair)
@@ -182,21 +251,34 @@ QBase::ReturnWString Render(const Document& iDocument)
     return iDocument.mBag->GetString(iDocument.mHasHeader, nullptr, nullptr, true);
 }
 
-void LeaveOutEmptyBags(const BagPtr& iBag, std::ostream& oErr)
+void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr)
 {
-    for (BagWalk lWalk(iBag); lWalk.Next();)
+    const EmptyBags lEmpty = FindEmptyBags(oBag);
+    if (lEmpty.mCount == 0)
     {
-        if (lWalk.GetStep() == Step::Leave && lWalk.GetBag()->GetCount() == 0)
+        return;
+    }
+    if (lEmpty.mCount <= gShownBags)
+    {
+        for (const std::string& lPath : lEmpty.mFirst)
         {
-            oErr << "talbase: " << ShowPath(lWalk.GetPath())
-                 << " is left out: a text cannot hold a bag without properties\n";
-            lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
-            lWalk.Removed();
+            oErr << "talbase: " << lPath << " is left out: a text cannot hold a bag without properties\n";
         }
     }
+    else
+    {
+        oErr << "talbase: " << lEmpty.mCount
+             << " bags are left out, since a text cannot hold a bag without properties (";
+        for (const std::string& lPath : lEmpty.mFirst)
+        {
+            oErr << lPath << ", ";
+        }
+        oErr << "…)\n";
+    }
+    TakeOutEmptyBags(oBag, lEmpty.mCount);
 }
 
-void Save(const Document& iDocument, const Target& iTarget, const Streams& iStreams)
+void Save(Document iDocument, const Target& iTarget, const Streams& iStreams)
 {
     LeaveOutEmptyBags(iDocument.mBag, iStreams.mErr);
     const QBase::ReturnWString lText = Render(iDocument);

@@ -78,12 +78,13 @@ void ReportLosses(const Document& iDocument, std::ostream& oErr);
 // The text form: with a header where the text that was read had one.
 QBase::ReturnWString Render(const Document& iDocument);
 
-// Takes nested bags without properties out, with a word about each, since no text can hold them.
-void LeaveOutEmptyBags(const BagPtr& iBag, std::ostream& oErr);
+// Takes nested bags without properties out, with a word about them, since no text can hold them. The bag may become
+// another one.
+void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr);
 
 // Writes the text form where it is wanted, without empty nested bags, and shows the losses. Throws DataError for
 // anything else that the text would not give back, and IoError; nothing has been written then.
-void Save(const Document& iDocument, const Target& iTarget, const Streams& iStreams);
+void Save(Document iDocument, const Target& iTarget, const Streams& iStreams);
 
 // Throws UsageError where a text is to be changed in place and has no file, and IoError where that is no regular one.
 void CheckTarget(const std::string& iFile, const Target& iTarget);

@@ -220,7 +220,7 @@ int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("the text and the bag cannot both come from standard input");
     }
-    const Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
+    Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
     const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
     ReportLosses(lNest, iStreams.mErr);
     LeaveOutEmptyBags(lNest.mBag, iStreams.mErr);

@@ -4,7 +4,10 @@
 #ifndef TALBASETOOL_ERRORS_H
 #define TALBASETOOL_ERRORS_H
 
+#include <cstddef>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace TalBaseTool
 {
@@ -28,6 +31,31 @@ class TextError : public DataError
 {
 public:
     using DataError::DataError;
+};
+
+// A text that is none because of a byte, with what was read of it and a little more. Nothing of it is in the message.
+class EncodingError : public TextError
+{
+public:
+    // iPlace: of what stands for the byte in the text.
+    EncodingError(const std::string& iMessage, std::wstring iText, std::size_t iPlace)
+        : TextError(iMessage), mText(std::move(iText)), mPlace(iPlace)
+    {
+    }
+
+    const std::wstring& GetText() const
+    {
+        return mText;
+    }
+
+    std::size_t GetPlace() const
+    {
+        return mPlace;
+    }
+
+private:
+    std::wstring mText;
+    std::size_t mPlace;
 };
 
 // The arguments make no sense.

@@ -27,13 +27,13 @@ private:
     bool mIsDefaultPair;
 };
 
-// The names that are sensitive in bags with one pair of delimiters: the library's, and others that are given.
+// The names that are sensitive: the library's, and others that are given.
 class SensitiveNames
 {
 public:
-    SensitiveNames(const wchar_t* ipBegin, const wchar_t* ipEnd, std::set<std::wstring> iOthers = {});
+    explicit SensitiveNames(std::set<std::wstring> iOthers = {});
 
-    // iName: one that a bag with that pair holds.
+    // ipName: any text.
     bool IsSensitive(const wchar_t* ipName) const;
 
 private:

@@ -19,6 +19,8 @@ namespace TalBaseTool
 namespace
 {
 
+constexpr wchar_t gReplacement = L'\uFFFD'; // for a byte that is no character
+constexpr std::size_t gShownBehind = 200;   // bytes
 constexpr std::size_t gBlock = std::size_t{1} << 20;
 
 // The number of bytes at the end that begin a character whose rest is still to come.
@@ -76,8 +78,7 @@ private:
         }
         if (iBytes.find('\0') != std::string_view::npos)
         {
-            mText.resize(mText.find(L'\0'));
-            hThrow("a zero character, which ends a text form");
+            hThrow("a zero character, which ends a text form", mText.find(L'\0'));
         }
     }
 
@@ -86,14 +87,18 @@ private:
     {
         const std::size_t lBad = std::stoul(iMessage.substr(iMessage.rfind(L' ') + 1));
         mText += QBase::UTF8ToWideChar(iBytes.substr(0, lBad), true);
+        const std::size_t lPlace = mText.size();
+        mText += gReplacement;
+        mText += QBase::UTF8ToWideChar(iBytes.substr(lBad + 1, gShownBehind), false);
         const unsigned int lByte = static_cast<unsigned char>(iBytes[lBad]);
         const char* const lDigits = "0123456789abcdef";
-        hThrow(std::string("byte 0x") + lDigits[lByte / 16] + lDigits[lByte % 16] + " is not UTF-8");
+        hThrow(std::string("byte 0x") + lDigits[lByte / 16] + lDigits[lByte % 16] + " is not UTF-8", lPlace);
     }
 
-    [[noreturn]] void hThrow(const std::string& iWhat)
+    [[noreturn]] void hThrow(const std::string& iWhat, std::size_t iPlace)
     {
-        throw TextError(ShowPlace(mFile, FindPlace(mText, mText.size())) + iWhat);
+        const std::string lMessage = ShowPlace(mFile, FindPlace(mText, iPlace)) + iWhat;
+        throw EncodingError(lMessage, std::move(mText), iPlace);
     }
 
     std::string mFile;

@@ -12,9 +12,10 @@
 
 #include "QBase/Convert.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <cstdint>
 #include <nlohmann/json.hpp>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace TalBaseTool
 {
@@ -22,14 +23,26 @@ namespace TalBaseTool
 namespace
 {
 
-using Json = nlohmann::ordered_json;
+// The widest numbers, because one that does not fit is refused, though only its text is kept.
+using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
+                                  long double>;
+
+constexpr std::size_t gWholeDocument = static_cast<std::size_t>(-1);
+constexpr std::string_view gByteOrderMark = "\xEF\xBB\xBF";
+
+// Where a document cannot be read, in bytes, and why.
+struct JsonError
+{
+    std::size_t mIndex = 0;
+    std::string mText;
+};
 
 class JsonReader : public nlohmann::json_sax<Json>
 {
 public:
     JsonReader(TextBuilder& oBuilder, JsonReport& oReport) : mBuilder(oBuilder), mReport(oReport) {}
 
-    const std::string& GetError() const
+    const JsonError& GetError() const
     {
         return mError;
     }
@@ -46,7 +59,7 @@ public:
 
     bool number_integer(number_integer_t iValue) override
     {
-        return hTakeScalar(std::to_string(iValue));
+        return hTakeScalar(iValue == 0 ? "-0" : std::to_string(iValue)); // without a sign it would be unsigned
     }
 
     bool number_unsigned(number_unsigned_t iValue) override
@@ -95,9 +108,20 @@ public:
         return hClose();
     }
 
-    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& iError) override
+    // The message is "[json.exception.…] parse error at line 1, column 10: …; last read: …", where the last piece is
+    // the document's own and may be a secret.
+    bool parse_error(std::size_t iRead, const std::string& iLast, const nlohmann::detail::exception& iError) override
     {
-        mError = iError.what();
+        if (dynamic_cast<const Json::out_of_range*>(&iError) != nullptr)
+        {
+            mError = {iRead - std::min(iRead, iLast.size()), "the number is too large"};
+            return false;
+        }
+        const std::string lWhat = iError.what();
+        const std::size_t lPlace = lWhat.find(" at line ");
+        const std::size_t lSaid = lPlace != std::string::npos ? lWhat.find(": ", lPlace) : std::string::npos;
+        const std::string lText = lSaid != std::string::npos ? lWhat.substr(lSaid + 2) : lWhat;
+        mError = {iRead - std::min<std::size_t>(iRead, 1), lText.substr(0, lText.find("; last read: "))};
         return false;
     }
 
@@ -112,7 +136,7 @@ private:
         bool mLooksLikeArray; // its names are the numbers from 0 on, so far
         bool mHasNested;
         bool mIsOrderLost;
-        std::unordered_set<std::wstring> mNames;
+        std::unordered_map<std::wstring, TextSpan> mNames; // and where they stand; nowhere where they were left out
     };
 
     Path hPath() const
@@ -147,7 +171,7 @@ private:
         if (!lFrame.mIsArray)
         {
             lFrame.mLooksLikeArray = lFrame.mLooksLikeArray && lFrame.mName == lNumber;
-            if (!lFrame.mNames.insert(lFrame.mName).second)
+            if (lFrame.mNames.count(lFrame.mName) != 0)
             {
                 hCount(Loss::RepeatedName);
             }
@@ -155,6 +179,18 @@ private:
             lFrame.mHasNested = lFrame.mHasNested || iIsNested;
         }
         return true;
+    }
+
+    // The last property of a name counts, also where nothing is kept of it: reading the text would take the one before.
+    void hReplace(const TextSpan& iSpan)
+    {
+        Frame& lFrame = mFrames.back();
+        if (!lFrame.mIsArray)
+        {
+            TextSpan& lKept = lFrame.mNames[lFrame.mName];
+            mBuilder.Drop(lKept);
+            lKept = iSpan;
+        }
     }
 
     void hReport(Fault iFault)
@@ -173,14 +209,16 @@ private:
     {
         if (mFrames.empty())
         {
-            mError = "a bag is made of an object or an array, and this is neither";
+            mError = {gWholeDocument, "a bag is made of an object or an array, and this is neither"};
             return false;
         }
         if (!hBegin(false))
         {
             return true;
         }
+        const std::size_t lStart = mBuilder.GetSize();
         const Fault lFault = mBuilder.AddPlain(mFrames.back().mName, QBase::UTF8ToWideChar(iValue, true));
+        hReplace({lStart, mBuilder.GetSize()});
         if (lFault != Fault::None)
         {
             hReport(lFault);
@@ -202,6 +240,7 @@ private:
             if (lFault != Fault::None)
             {
                 hReport(lFault);
+                hReplace({0, 0});
                 lIsLeftOut = true;
             }
         }
@@ -231,7 +270,8 @@ private:
         }
         if (!mFrames.empty())
         {
-            mBuilder.CloseBag(); // one of which nothing is left goes without a word more
+            const std::size_t lStart = mBuilder.CloseBag(); // one of which nothing is left goes without a word more
+            hReplace({lStart, mBuilder.GetSize()});
         }
         return true;
     }
@@ -239,23 +279,27 @@ private:
     TextBuilder& mBuilder;
     JsonReport& mReport;
     std::vector<Frame> mFrames;
-    std::string mError;
+    JsonError mError;
 };
 
-// Reports what nlohmann's library says, "[json.exception.…] parse error at line 1, column 10: …; last read: …", where
-// the last piece is the document's own and may be a secret.
-[[noreturn]] void ThrowJsonError(const std::string& iFile, const std::string& iError)
+// The place of a byte as editors count it.
+Place FindBytePlace(std::string_view iBytes, std::size_t iIndex)
 {
-    Place lPlace;
-    const std::size_t lSaid = iError.find(": ");
-    const std::size_t lLine = iError.find("at line ");
-    const bool lHasPlace =
-        lLine != std::string::npos && lSaid != std::string::npos &&
-        std::sscanf(iError.c_str() + lLine, "at line %zu, column %zu", &lPlace.mLine, &lPlace.mColumn) == 2;
-    const std::string lText = iError.substr(lHasPlace ? lSaid + 2 : 0);
-    const std::string lShown =
-        ToUtf8(MakePrintable(QBase::UTF8ToWideChar(lText.substr(0, lText.find("; last read: ")), false)));
-    throw TextError((lHasPlace ? ShowPlace(iFile, lPlace) : ShowFile(iFile) + ": ") + lShown);
+    std::string_view lBefore = iBytes.substr(0, iIndex);
+    lBefore.remove_prefix(lBefore.rfind(gByteOrderMark, 0) == 0 ? gByteOrderMark.size() : 0);
+    const auto lLines = std::count(lBefore.begin(), lBefore.end(), '\n');
+    lBefore.remove_prefix(lBefore.rfind('\n') + 1); // 0 where there is none
+    const auto lCharacters = std::count_if(lBefore.begin(), lBefore.end(), [](char iByte) {
+        return (static_cast<unsigned char>(iByte) & 0xC0U) != 0x80U; // does not go on with one
+    });
+    return {static_cast<std::size_t>(lLines) + 1, static_cast<std::size_t>(lCharacters) + 1};
+}
+
+[[noreturn]] void ThrowJsonError(const std::string& iFile, std::string_view iBytes, const JsonError& iError)
+{
+    const std::string lPlace = iError.mIndex == gWholeDocument ? ShowFile(iFile) + ": "
+                                                               : ShowPlace(iFile, FindBytePlace(iBytes, iError.mIndex));
+    throw TextError(lPlace + ToUtf8(MakeControlsPrintable(QBase::UTF8ToWideChar(iError.mText, false))));
 }
 
 std::string ReadBytes(const std::string& iFile)
@@ -277,9 +321,14 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
+        const std::size_t lZero = lBytes.find('\0');
+        if (lZero != std::string::npos) // the end of the document, for who parses it
+        {
+            ThrowJsonError(iOptions.mFile, lBytes, {lZero, "a zero character, which JSON does not allow"});
+        }
         if (!Json::sax_parse(lBytes, &lReader))
         {
-            ThrowJsonError(iOptions.mFile, lReader.GetError());
+            ThrowJsonError(iOptions.mFile, lBytes, lReader.GetError());
         }
     }
     lReport.Write(iStreams.mErr);

@@ -21,7 +21,7 @@ enum class Loss
     EmptyArray,
     EmptyName,
     Unholdable,   // a name or a value that the text would not give back
-    RepeatedName, // the last one counts
+    RepeatedName, // the last one counts, also where it is left out
     Type,         // of a number, true, false or null: it became a text
     ArrayLike,    // an object that would come back as an array
     Order,        // of plain values and nested ones in an object

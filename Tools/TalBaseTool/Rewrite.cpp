@@ -65,7 +65,7 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
     const BagPtr lInto = lDocument.mBag;
     for (std::size_t lIndex = 1; lIndex < iOptions.mFiles.size(); ++lIndex)
     {
-        const Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
+        Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
         ReportLosses(lOther, iStreams.mErr);
         LeaveOutEmptyBags(lOther.mBag, iStreams.mErr);
         const BagPtr lFrom = WithDelimiters(lOther.mBag, lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
@@ -90,8 +90,8 @@ int Redact(const RedactOptions& iOptions, const Streams& iStreams)
     {
         lNames.insert(ReadArgument(lName, "--name"));
     }
-    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
-    const SensitiveNames lSensitive(lDocument.mBag->GetBeginDelimiter(), lDocument.mBag->GetEndDelimiter(), lNames);
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    const SensitiveNames lSensitive(std::move(lNames));
     std::size_t lCount = 0;
     for (BagWalk lWalk(lDocument.mBag); lWalk.Next();)
     {

@@ -64,8 +64,7 @@ public:
           mRoot(iDocument.mBag),
           mOut(iStreams.mOut),
           mPalette(iOptions.mColor, iStreams.mIsOutTerminal),
-          mEscaping(mRoot->GetBeginDelimiter(), mRoot->GetEndDelimiter()),
-          mSensitive(mRoot->GetBeginDelimiter(), mRoot->GetEndDelimiter())
+          mEscaping(mRoot->GetBeginDelimiter(), mRoot->GetEndDelimiter())
     {
     }
 

@@ -69,22 +69,23 @@ std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstr
 class WidthLocale
 {
 public:
-    WidthLocale() : mLocale(::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)), mOld(::uselocale(mLocale)) {}
+    WidthLocale() : mOld(::uselocale(hMake())) {}
 
     ~WidthLocale()
     {
         ::uselocale(mOld);
-        if (mLocale != nullptr)
-        {
-            ::freelocale(mLocale);
-        }
     }
 
     WidthLocale(const WidthLocale&) = delete;
     WidthLocale& operator=(const WidthLocale&) = delete;
 
 private:
-    locale_t mLocale;
+    static locale_t hMake()
+    {
+        static const locale_t lLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr); // it is read from files
+        return lLocale;
+    }
+
     locale_t mOld;
 };
 

@@ -40,30 +40,28 @@ TextBuilder::TextBuilder(const std::wstring& iBegin, const std::wstring& iEnd)
 
 Fault TextBuilder::AddPlain(std::wstring_view iName, std::wstring_view iValue)
 {
-    const Fault lFault = hCheckName(iName);
-    if (lFault != Fault::None)
-    {
-        return lFault;
-    }
-    if (iValue.empty())
-    {
-        return Fault::EmptyValue;
-    }
-    if (iValue.find(L'\0') != std::wstring_view::npos)
-    {
-        return Fault::ValueHasZero;
-    }
-    const std::wstring lStored = mEscaping.Escape(iValue);
-    if (hRunsInto(lStored, mEnd))
-    {
-        return Fault::ValueHasDelimiter;
-    }
-    if (mEscaping.Unescape(lStored) != iValue)
+    const bool lHasZero = iValue.find(L'\0') != std::wstring_view::npos; // where escaping would end
+    const std::wstring lStored = lHasZero ? std::wstring(iValue) : mEscaping.Escape(iValue);
+    const Fault lFault = hCheckPlain(iName, lStored);
+    if (lFault == Fault::None && mEscaping.Unescape(lStored) != iValue)
     {
         return Fault::ValueHasEscape;
     }
-    mText.append(iName).append(mBegin).append(lStored).append(mEnd);
-    return Fault::None;
+    if (lFault == Fault::None)
+    {
+        hAdd(iName, lStored);
+    }
+    return lFault;
+}
+
+Fault TextBuilder::AddStored(std::wstring_view iName, std::wstring_view iStored)
+{
+    const Fault lFault = hCheckPlain(iName, iStored);
+    if (lFault == Fault::None)
+    {
+        hAdd(iName, iStored);
+    }
+    return lFault;
 }
 
 Fault TextBuilder::OpenBag(std::wstring_view iName)
@@ -73,26 +71,45 @@ Fault TextBuilder::OpenBag(std::wstring_view iName)
     {
         const std::size_t lStart = mText.size();
         mText.append(iName).append(mBegin);
-        mOpened.push_back(OpenedBag{lStart, mText.size()});
+        mOpened.push_back(OpenedBag{lStart, mText.size(), 0});
     }
     return lFault;
 }
 
-bool TextBuilder::CloseBag()
+std::size_t TextBuilder::CloseBag()
 {
     const OpenedBag lBag = mOpened.back();
     mOpened.pop_back();
-    if (mText.size() == lBag.mContent)
+    if (mText.size() - lBag.mContent > lBag.mDropped)
+    {
+        mText.append(mEnd);
+    }
+    else
     {
         mText.resize(lBag.mStart);
-        return false;
+        while (!mDropped.empty() && mDropped.back().mStart >= lBag.mStart)
+        {
+            mDropped.pop_back();
+        }
     }
-    mText.append(mEnd);
-    return true;
+    return lBag.mStart;
+}
+
+void TextBuilder::Drop(const TextSpan& iSpan)
+{
+    if (iSpan.mStart < iSpan.mStop)
+    {
+        mDropped.push_back(iSpan);
+        if (!mOpened.empty())
+        {
+            mOpened.back().mDropped += iSpan.mStop - iSpan.mStart;
+        }
+    }
 }
 
 BagPtr TextBuilder::MakeBag()
 {
+    hCutDropped();
     const BagPtr lBag(QTalBase::CreatePropertyBag(mBegin.c_str(), mEnd.c_str()));
     if (mText.rfind(L"EndDelimiter", 0) == 0) // a name that would be taken for a header
     {
@@ -101,6 +118,54 @@ BagPtr TextBuilder::MakeBag()
     lBag->AddString(mText.c_str());
     mText = {};
     return lBag;
+}
+
+void TextBuilder::hCutDropped()
+{
+    std::sort(mDropped.begin(), mDropped.end(),
+              [](const TextSpan& iLeft, const TextSpan& iRight) { return iLeft.mStart < iRight.mStart; });
+    std::size_t lSize = 0;
+    std::size_t lNext = 0; // of what is still to be kept
+    const auto lKeep = [&](std::size_t iStop) {
+        if (iStop > lNext)
+        {
+            std::copy(mText.begin() + static_cast<std::ptrdiff_t>(lNext),
+                      mText.begin() + static_cast<std::ptrdiff_t>(iStop),
+                      mText.begin() + static_cast<std::ptrdiff_t>(lSize));
+            lSize += iStop - lNext;
+        }
+    };
+    for (const TextSpan& lSpan : mDropped)
+    {
+        lKeep(lSpan.mStart);
+        lNext = std::max(lNext, lSpan.mStop);
+    }
+    lKeep(mText.size());
+    mText.resize(lSize);
+    mDropped.clear();
+}
+
+Fault TextBuilder::hCheckPlain(std::wstring_view iName, std::wstring_view iStored) const
+{
+    const Fault lFault = hCheckName(iName);
+    if (lFault != Fault::None)
+    {
+        return lFault;
+    }
+    if (iStored.empty())
+    {
+        return Fault::EmptyValue;
+    }
+    if (iStored.find(L'\0') != std::wstring_view::npos)
+    {
+        return Fault::ValueHasZero;
+    }
+    return hRunsInto(iStored, mEnd) ? Fault::ValueHasDelimiter : Fault::None;
+}
+
+void TextBuilder::hAdd(std::wstring_view iName, std::wstring_view iStored)
+{
+    mText.append(iName).append(mBegin).append(iStored).append(mEnd);
 }
 
 Fault TextBuilder::hCheckName(std::wstring_view iName) const
@@ -130,12 +195,9 @@ bool TextBuilder::hRunsInto(std::wstring_view iRun, const std::wstring& iDelimit
     return std::min(lBorder.find(mBegin), lBorder.find(mEnd)) != lRun;
 }
 
-BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+BagPtr Rebuild(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
 {
-    if (iBegin == iBag->GetBeginDelimiter() && iEnd == iBag->GetEndDelimiter())
-    {
-        return iBag;
-    }
+    const bool lIsSame = iBegin == iBag->GetBeginDelimiter() && iEnd == iBag->GetEndDelimiter();
     const Escaping lEscaping(iBag->GetBeginDelimiter(), iBag->GetEndDelimiter());
     TextBuilder lBuilder(iBegin, iEnd);
     for (BagWalk lWalk(iBag); lWalk.Next();)
@@ -144,7 +206,8 @@ BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std:
         switch (lWalk.GetStep())
         {
         case Step::Plain:
-            lFault = lBuilder.AddPlain(lWalk.GetName(), lEscaping.Unescape(lWalk.GetValue()));
+            lFault = lIsSame ? lBuilder.AddStored(lWalk.GetName(), lWalk.GetValue())
+                             : lBuilder.AddPlain(lWalk.GetName(), lEscaping.Unescape(lWalk.GetValue()));
             break;
         case Step::Enter:
             lFault = lBuilder.OpenBag(lWalk.GetName());
@@ -166,6 +229,12 @@ BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std:
     {
         throw DataError("with these delimiters the text could not be read back: " + ShowMessage(lMessage.GetMessage()));
     }
+}
+
+BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    const bool lIsSame = iBegin == iBag->GetBeginDelimiter() && iEnd == iBag->GetEndDelimiter();
+    return lIsSame ? iBag : Rebuild(iBag, iBegin, iEnd);
 }
 
 } // namespace TalBaseTool

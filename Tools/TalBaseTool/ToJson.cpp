@@ -9,6 +9,8 @@
 #include "Text.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <map>
 #include <nlohmann/json.hpp>
 
 namespace TalBaseTool
@@ -17,7 +19,12 @@ namespace TalBaseTool
 namespace
 {
 
+// With the numbers that from-json takes.
+using WideJson =
+    nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t, long double>;
+
 constexpr std::size_t gBuffer = std::size_t{1} << 20;
+constexpr std::size_t gMostIndented = 40; // levels; deeper ones begin no further right
 
 // The number that a name of an array's element stands for, or iCount.
 unsigned int ReadElement(const QBase::ReturnWString& iName, unsigned int iCount)
@@ -53,7 +60,7 @@ bool IsScalar(const std::string& iText)
 {
     const bool lMayBe = iText == "true" || iText == "false" || iText == "null" || iText[0] == '-' ||
                         (iText[0] >= '0' && iText[0] <= '9');
-    return lMayBe && iText.find_first_of(" \t\r\n") == std::string::npos && nlohmann::json::accept(iText);
+    return lMayBe && iText.find_first_of(" \t\r\n") == std::string::npos && WideJson::accept(iText);
 }
 
 class JsonWriter
@@ -70,17 +77,14 @@ public:
     {
         while (!mFrames.empty())
         {
-            Frame& lFrame = mFrames.back();
-            if (lFrame.mNext == lFrame.mCount)
+            if (mFrames.back().mNext == mFrames.back().mCount)
             {
                 hClose();
-                continue;
             }
-            mBuffer += lFrame.mNext > 0 ? "," : "";
-            hBreakLine(mFrames.size());
-            const unsigned int lIndex = lFrame.mElements.empty() ? lFrame.mNext : lFrame.mElements[lFrame.mNext];
-            ++lFrame.mNext;
-            hWriteProperty(lFrame.mBag, lIndex, lFrame.mElements.empty());
+            else
+            {
+                hWriteNext(mFrames.back());
+            }
             if (mBuffer.size() > gBuffer)
             {
                 hFlush();
@@ -103,6 +107,15 @@ private:
     {
         mFrames.push_back(Frame{iBag, FindElements(*iBag), 0, iBag->GetCount()});
         mBuffer += mFrames.back().mElements.empty() ? '{' : '[';
+    }
+
+    void hWriteNext(Frame& oFrame)
+    {
+        mBuffer += oFrame.mNext > 0 ? "," : "";
+        hBreakLine(mFrames.size());
+        const unsigned int lIndex = oFrame.mElements.empty() ? oFrame.mNext : oFrame.mElements[oFrame.mNext];
+        ++oFrame.mNext;
+        hWriteProperty(oFrame.mBag, lIndex, oFrame.mElements.empty());
     }
 
     void hClose()
@@ -151,7 +164,7 @@ private:
         if (mOptions.mIndent >= 0)
         {
             mBuffer += '\n';
-            mBuffer.append(iDepth * static_cast<std::size_t>(mOptions.mIndent), ' ');
+            mBuffer.append(std::min(iDepth, gMostIndented) * static_cast<std::size_t>(mOptions.mIndent), ' ');
         }
     }
 

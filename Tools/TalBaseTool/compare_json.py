@@ -15,7 +15,16 @@ GONE = object()
 def read(name):
     """The document, its numbers as they are written."""
     with open(name, encoding="utf-8") as file:
-        return json.load(file, parse_float=Number, parse_int=Number)
+        return json.load(file, parse_float=Number, parse_int=Number, object_pairs_hook=last_of_each)
+
+
+def last_of_each(pairs):
+    """An object in which the last property of a name counts, with its place."""
+    kept = {}
+    for name, value in pairs:
+        kept.pop(name, None)
+        kept[name] = value
+    return kept
 
 
 class Number(str):
@@ -98,6 +107,16 @@ def orders(value):
     return total, moved
 
 
+def is_ordered(wanted, back):
+    """Whether the names of every object come back in their order, the plain values before the nested ones."""
+    if isinstance(wanted, list):
+        return all(map(is_ordered, wanted, back))
+    if not isinstance(wanted, dict):
+        return True
+    names = sorted(wanted, key=lambda name: isinstance(wanted[name], (dict, list)))
+    return names == list(back) and all(is_ordered(wanted[name], back[name]) for name in names)
+
+
 LOSSES = collections.Counter()
 
 
@@ -114,6 +133,9 @@ def main():
         print(f"not held: {count} {what}")
     if wanted != back:
         print("DIFFERENT beyond that")
+        return 1
+    if not is_ordered(wanted, back):
+        print("the names in ANOTHER ORDER")
         return 1
     print("the same beyond that" if LOSSES else "the same")
     return 0
