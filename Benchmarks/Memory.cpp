@@ -48,7 +48,9 @@ struct Group
 
 Table MakeTable(const Group& iGroup)
 {
-    Table lTable{"Peak memory as a multiple of the input", {"text"}, iGroup.mRows};
+    const std::vector<std::string>& lNames = iGroup.mOperations;
+    const std::string lWhat = lNames.front() + (lNames.size() > 1 ? " to " + lNames.back() : "");
+    Table lTable{"Peak memory as a multiple of the input: " + lWhat, {"text"}, iGroup.mRows};
     lTable.mHeader.insert(lTable.mHeader.end(), iGroup.mOperations.begin(), iGroup.mOperations.end());
     return lTable;
 }

@@ -209,7 +209,9 @@ TEST(TextCheck, ValueThatAnEscapeGivesOneDelimiterIsThePlace)
     const std::wstring lMessage = gPrefix + L"SetProperty; ipValue may not contain the delimiters. ipValue: x&#42;y, ";
     const Support::RepointedDefaults lBegin(L"#", L"|");
     ExpectInvalid(L"a#1|b#^x*y|", L"#", L"|", lMessage + L"begin delimiter: #, end delimiter: |");
+    ExpectInvalid(L"a#^x*y|b|", L"#", L"|", lMessage + L"begin delimiter: #, end delimiter: |");
     const Support::RepointedDefaults lEnd(L"|", L"#");
+    ExpectInvalid(L"a|^x*y#b#", L"|", L"#", lMessage + L"begin delimiter: |, end delimiter: #");
     ExpectInvalid(L"a|1#b|^x*y#", L"|", L"#", lMessage + L"begin delimiter: |, end delimiter: #");
 }
 
