@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 gCheckSteps=(format shell documents tools release headers abi asan-ubsan naming analysis tsan minimal packages)
-gNightSteps=(clang-release naming-tests) # they run when they are named
+gNightSteps=(clang-release naming-tests analyzer) # they run when they are named
 
 # Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
 # A copy of the tree without its history is searched instead.
