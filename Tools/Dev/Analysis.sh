@@ -1,6 +1,6 @@
-# Sourced by ../../dev: the steps `analysis` and `analyzer` of `./dev check`. Three tools read the sources of the library
-# and of the platform family, each with what it is good at; none may have anything to say. The one that finds least runs
-# at night.
+# Sourced by ../../dev: the steps `analysis` and `analyzer` of `./dev check`, which run at night and when they are named.
+# Three tools read the sources of the library and of the platform family, each with what it is good at; none may have
+# anything to say.
 # shellcheck shell=bash
 
 analysis_sources() {

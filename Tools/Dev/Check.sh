@@ -1,8 +1,8 @@
 # Sourced by ../../dev: the steps of `./dev check`, in the order in which they run; the cheap ones come first.
 # shellcheck shell=bash
 
-gCheckSteps=(format shell documents tools release headers abi asan-ubsan naming analysis tsan minimal packages)
-gNightSteps=(clang-release naming-tests analyzer) # they run when they are named
+gCheckSteps=(format shell documents tools release headers abi asan-ubsan naming tsan minimal packages)
+gNightSteps=(clang-release naming-tests analysis analyzer) # they run when they are named
 
 # Prints the tracked files, and new ones that are not ignored, that match the patterns and exist, each ended by a zero.
 # A copy of the tree without its history is searched instead.

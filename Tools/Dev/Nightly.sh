@@ -3,7 +3,7 @@
 # shellcheck shell=bash
 
 # Words of the door with their arguments, in the order in which they run: what fails soonest comes first.
-gNightly=(check 'check clang-release naming-tests analyzer' cross coverage 'package --chroot' mutate 'differential 10000000'
+gNightly=(check 'check clang-release naming-tests analysis analyzer' cross coverage 'package --chroot' mutate 'differential 10000000'
     'fuzz 1200')
 
 word_nightly() {
