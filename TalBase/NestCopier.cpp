@@ -121,7 +121,7 @@ QBase::SmartPtrI<PropertyBagImpl> NestCopier::hCopy(const PropertyBagImpl& iNest
 QBase::SmartPtrI<PropertyBagImpl> NestCopier::hCopyPlain(const PropertyBagImpl& iBag, bool iIsWritten)
 {
     const bool lIsOwnPair = iBag.mAreDelimitersValid && HasPair(iBag.mBeginDelimiter, iBag.mEndDelimiter);
-    if ((iIsWritten && !lIsOwnPair) || iBag.hMayRepeatNames() || !hIsKept(iBag.mValueContent))
+    if ((iIsWritten && !lIsOwnPair) || !hIsKept(iBag.mValueContent))
     {
         return nullptr;
     }

@@ -4,7 +4,7 @@
 // The text of a nest reads back as the nest itself, less the empty nests in it, where
 // - a header can carry the delimiters,
 // - every run of text ends where the delimiter behind it begins: none begins earlier, in the run or across its end,
-// - no value would be escaped, no name is empty, and none comes twice.
+// - no value would be escaped, and no name is empty. None comes twice: nests are read from texts.
 // Invariant: a copy is made only where all of this is certain. Otherwise there is none, and the text has to be read.
 
 #ifndef TALBASE_PRIVATESOURCE_NESTCOPIER_H

@@ -196,6 +196,10 @@ TEST(NestCopier, RunsThatTouchTheirDelimiter)
     NestOf(lBag, L"n")->RemoveProperty(L"a+");
     NestOf(lBag, L"n")->SetProperty(L"b+", L"c++++2***", true);
     ExpectHandedOnAsText(lBag);
+    NestOf(lBag, L"n")->RemoveProperty(L"b+");
+    NestOf(lBag, L"n")->SetProperty(L"d+", L"e++++3***", true);
+    NestOf(NestOf(lBag, L"n"), L"d+")->RemoveProperty(L"e");
+    ExpectHandedOnAsText(lBag);
     const BagPtr lOther(QTalBase::CreatePropertyBag(L"<<", L">>"));
     lOther->SetProperty(L"n", L"k<<v>>", true);
     NestOf(lOther, L"n")->SetProperty(L"a", L"1>", false);
