@@ -42,7 +42,7 @@ struct Observed
 {
     std::wstring mRead;
     std::wstring mState;
-    std::wstring mWritten;
+    std::wstring mWritten = L"done";
     bool mComesBack = true; // whether it must when what was written is read
 };
 
@@ -409,7 +409,8 @@ void Check(Observe ipObserve, const std::string& iBytes)
         lSeen = ReadWithLibrary(ipObserve, iBytes);
     }
     CheckAgainstPlain(ipObserve, iBytes, lSeen);
-    if (lSeen.mObserved.mRead == L"done" && lSeen.mObserved.mComesBack)
+    // A spoilt bag, which a collection may hold, stops the writing.
+    if (lSeen.mObserved.mRead == L"done" && lSeen.mObserved.mWritten == L"done" && lSeen.mObserved.mComesBack)
     {
         const Seen lAgain = ReadWithLibrary(ipObserve, lSeen.mBytes);
         Fuzz::RequireEqual(lAgain.mObserved.mRead, L"done", "what was written cannot be read");
