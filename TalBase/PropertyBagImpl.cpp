@@ -135,8 +135,9 @@ void PropertyBagImpl::SetProperty(const wchar_t* ipName, const wchar_t* ipValue,
         hSetPlain(ipName, ipValue);
         return;
     }
+    const std::wstring_view lText(ipValue); // measured before an overrider is called
     RemoveProperty(ipName);
-    if (const std::wstring_view lText(ipValue); !lText.empty())
+    if (!lText.empty())
     {
         const QBase::SmartPtrI<PropertyBagImpl> lBag = hMakeNested(lText);
         mEmbeddedContent.emplace_back(AsName(lName), lBag);
