@@ -14,6 +14,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <stdexcept>
 
 using QTalBase::PropertyBagException;
 using namespace Support;
@@ -65,6 +66,27 @@ std::wstring Moved(const BagPtr& iBag, const wchar_t* ipName, unsigned int iInde
     }
     return lNames;
 }
+
+// Claims more names than memory could hold, and has none.
+class BoastfulFilter : public QDataType::StringCollection
+{
+public:
+    void Insert(const wchar_t*) override {}
+
+    void Insert(const QDataType::StringCollection&) override {}
+
+    unsigned long GetCount() const override
+    {
+        return 1UL << 40;
+    }
+
+    const wchar_t* GetString(unsigned long) const override
+    {
+        throw std::out_of_range("there is no name");
+    }
+
+    void Clear() override {}
+};
 
 } // namespace
 
@@ -249,4 +271,11 @@ TEST(PropertyBag, MovePropertyRefusedNestedMovesDoNothing)
     EXPECT_EQ(Moved(Lined(1, 3), L"e2", 0), L"a e1 e2 e3");
     EXPECT_EQ(Moved(Lined(1, 3), L"e2", 4), L"a e1 e2 e3");
     EXPECT_EQ(Moved(Lined(1, 3), L"e2", 0xFFFFFFFF), L"a e1 e2 e3");
+}
+
+// Nothing is set aside for a count that a filter only claims; what the filter throws passes through.
+TEST(PropertyBag, FilteredCloneBelievesNoCount)
+{
+    const BagPtr lBag = BagBuilder().Set(L"a", L"1");
+    EXPECT_THROW(BagPtr(lBag->FilteredClone(std::make_unique<BoastfulFilter>().get())), std::out_of_range);
 }
