@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Changes the library at one place at a time and looks whether the unit and contract tests notice.
 
-usage: mutate.py [--sample N | --all] [--seed S] [--file F]... [--workers N] [--list]
+usage: mutate.py [--sample N | --all | --again] [--seed S] [--file F]... [--workers N] [--list]
 
   --sample N   judge N of the mutants, drawn by chance (500, which takes an hour; with --file, all of the files)
   --all        judge all of them
+  --again      judge those that the last run left in build/mutate/survivors.txt: after writing tests for them
   --seed S     the start of the draw (1)
   --file F     only mutants of this file; may be given more than once
   --workers N  so many at once (the number of processors)
@@ -31,6 +32,7 @@ import survivors
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 LIST = os.path.join(HERE, "Survivors.txt")
+LEFT = os.path.join("build", "mutate", "survivors.txt")
 REQUIRED_SCORE = 95
 SAMPLE = 500
 PRESET = "mutate"
@@ -170,6 +172,7 @@ def parse_arguments(arguments):
     amount = parser.add_mutually_exclusive_group()
     amount.add_argument("--sample", type=int)
     amount.add_argument("--all", action="store_true")
+    amount.add_argument("--again", action="store_true")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--file", action="append", default=[])
     parser.add_argument("--workers", type=int, default=len(os.sched_getaffinity(0)))
@@ -185,7 +188,10 @@ def lot(seed, mutant):
 def draw(population, options):
     drawn = [mutant for mutant in population if not options.file or mutant.file in options.file]
     sample = SAMPLE if options.sample is None and not options.file else options.sample
-    if sample is not None and sample < len(drawn) and not options.all:
+    if options.again:
+        left = survivors.parse(read(LEFT), may_lack_reasons=True)
+        drawn = [mutant for mutant in drawn if mutant.key() in left]
+    elif sample is not None and sample < len(drawn) and not options.all:
         drawn = sorted(drawn, key=lambda mutant: lot(options.seed, mutant))[:sample]
     return sorted(drawn, key=lambda mutant: (mutant.file, mutant.start, mutant.stop, mutant.new))
 
@@ -211,7 +217,7 @@ def main(arguments):
     if failures:
         print(f"mutate: {failures[0]}", file=sys.stderr)
         return 2
-    with open(os.path.join("build", "mutate", "survivors.txt"), "w", encoding="utf-8") as file:
+    with open(LEFT, "w", encoding="utf-8") as file:
         file.write("\n".join(survivors.entry(mutant) for mutant in report.unexplained))
     for key in sorted(stale):
         print(f"{LIST}: explained, but gone: {' | '.join(key)}")

@@ -5,6 +5,7 @@ import io
 import os
 import tempfile
 import unittest
+from unittest import mock
 
 import judge
 import mutants
@@ -229,6 +230,13 @@ class Reporting(unittest.TestCase):
         for arguments, count in (([], 500), (["--all"], 1400), (["--file", "a.cpp"], 1400), (["--sample", "9"], 9),
                                  (["--sample", "9", "--file", "a.cpp"], 9)):
             self.assertEqual(len(mutate.draw(population, mutate.parse_arguments(arguments))), count, arguments)
+
+    def test_again_judges_what_was_left(self):
+        population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5;")
+        with tempfile.TemporaryDirectory() as folder, mock.patch.object(mutate, "LEFT", os.path.join(folder, "left.txt")):
+            with open(mutate.LEFT, "w", encoding="utf-8") as file:
+                file.write("\n".join(survivors.entry(mutant) for mutant in population[1:3]))
+            self.assertEqual(mutate.draw(population, mutate.parse_arguments(["--again"])), population[1:3])
 
     def test_list_of_survivors(self):
         found = mutants.find_mutants("a.cpp", "int a = 0;")

@@ -3,7 +3,7 @@
 KEYS = ("file", "line", "change", "why")
 
 
-def parse(text):
+def parse(text, may_lack_reasons=False):
     """Returns {(file, line, change): reason}. Throws ValueError for an entry that is incomplete or stands twice."""
     entries = {}
     for block in text.split("\n\n"):
@@ -11,7 +11,8 @@ def parse(text):
         if not rows:
             continue
         values = dict(row.partition(": ")[::2] for row in rows)
-        if tuple(values) != KEYS or len(rows) != len(KEYS) or not all(value.strip() for value in values.values()):
+        needed = KEYS[:3] if may_lack_reasons else KEYS
+        if tuple(values) != KEYS or len(rows) != len(KEYS) or not all(values[key].strip() for key in needed):
             raise ValueError(f"an entry needs {', '.join(KEYS)}, in this order:\n{block}")
         key = (values["file"], values["line"], values["change"])
         if key in entries:
