@@ -12,6 +12,7 @@
 #include "TalBase/PrivateSource/TextWriter.h"
 
 #include <memory>
+#include <optional>
 #include <typeinfo>
 
 const wchar_t* BEGIN = QTalBase::SharedWString::gDefaultBegin;
@@ -467,48 +468,68 @@ PropertyBag* PropertyBagImpl::FilteredClone(const QDataType::StringCollection* i
 {
     hCheckOwnDelimiters();
     std::unique_ptr<PropertyBagImpl> lClone(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
-    hCopyNamed(*ipFilter, *lClone);
+    if (hIsExact())
+    {
+        hCopyNamed(*ipFilter, *lClone);
+    }
+    else
+    {
+        hCopyNamedByCalls(*ipFilter, *lClone);
+    }
     return lClone.release();
 }
 
+// Of a filter's names, those that this bag does not have are not set; and its count is only a claim.
 void PropertyBagImpl::hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const
 {
-    const bool lIsExact = hIsExact();
     const unsigned long lCount = iFilter.GetCount();
     BagIndex lIndexOfThis(*this);
-    // Of a filter's names, those that this bag does not have are not set; and its count is only a claim.
-    BagMerger lMerger(oClone, lIsExact ? std::min<std::size_t>(lCount, GetCount()) : lCount);
+    BagMerger lMerger(oClone, std::min<std::size_t>(lCount, GetCount()));
     for (unsigned long lIndex = 0; lIndex < lCount; ++lIndex)
     {
         const wchar_t* lName = iFilter.GetString(lIndex);
-        if (lIsExact)
+        const std::size_t lNest = lIndexOfThis.FindEmbedded(lName, lIndex);
+        if (lNest != BagIndex::gNotFound)
         {
-            const std::size_t lNest = lIndexOfThis.FindEmbedded(lName, lIndex);
-            if (lNest != BagIndex::gNotFound)
-            {
-                lMerger.SetRewritten(lName, *mEmbeddedContent[lNest].second);
-                continue;
-            }
-            const std::size_t lValue = lIndexOfThis.FindValue(lName, lIndex);
-            if (lValue != BagIndex::gNotFound)
-            {
-                lMerger.SetPlain(lName, hReadValue(lValue));
-            }
+            lMerger.SetRewritten(lName, *mEmbeddedContent[lNest].second);
             continue;
         }
+        const std::size_t lValue = lIndexOfThis.FindValue(lName, lIndex);
+        if (lValue != BagIndex::gNotFound)
+        {
+            lMerger.SetPlain(lName, hReadValue(lValue));
+        }
+    }
+}
+
+// What a derived class has nobody knows before it was asked, so the merger is made anew whenever the names have
+// doubled.
+void PropertyBagImpl::hCopyNamedByCalls(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const
+{
+    const unsigned long lCount = iFilter.GetCount();
+    std::optional<BagMerger> lMerger;
+    unsigned long lRoom = 0;
+    for (unsigned long lIndex = 0; lIndex < lCount; ++lIndex)
+    {
+        if (lIndex == lRoom)
+        {
+            lMerger.emplace(oClone, std::max(32UL, lIndex));
+            lRoom += std::max(32UL, lIndex);
+        }
+        const wchar_t* lName = iFilter.GetString(lIndex);
         if (IsPropertyEmbedded(lName))
         {
             const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName);
             if (lBag)
             {
-                lMerger.SetText(lName, lBag->GetString(false, mBeginDelimiter.c_str(), mEndDelimiter.c_str(), true));
+                lMerger->SetText(lName, lBag->GetString(false, mBeginDelimiter.c_str(), mEndDelimiter.c_str(), true));
             }
             continue;
         }
         const QBase::ReturnWString lValue = GetProperty(lName);
         if (lValue.GetLength() != 0)
         {
-            lMerger.SetPlain(lName, lValue.c_str());
+            lMerger->SetPlain(lName, lValue.c_str());
         }
     }
 }

@@ -141,6 +141,7 @@ private:
     std::wstring hReadValue(std::size_t iIndex) const;
     std::wstring hTextOfNest(const PropertyBagImpl& iNest) const;
     void hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
+    void hCopyNamedByCalls(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
     void hSetPlain(const wchar_t* ipName, std::wstring_view iValue);
     TextReader hMakeReader(const DelimiterPair& iPair);
     void hAddTextOneByOne(std::wstring_view iText);

@@ -1,6 +1,6 @@
 // Clones, filtered clones, and the swap that MoveProperty is.
 
-#include "TalBase/PropertyBag.h"
+#include "TalBase/PrivateSource/PropertyBagImpl.h"
 
 #include "QDataType/StringCollection.h"
 
@@ -15,6 +15,9 @@
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 using QTalBase::PropertyBagException;
 using namespace Support;
@@ -67,26 +70,50 @@ std::wstring Moved(const BagPtr& iBag, const wchar_t* ipName, unsigned int iInde
     return lNames;
 }
 
-// Claims more names than memory could hold, and has none.
+// Claims so many names, and has only those of a list.
 class BoastfulFilter : public QDataType::StringCollection
 {
 public:
+    BoastfulFilter(unsigned long iClaimed, std::vector<std::wstring> iNames)
+        : mClaimed(iClaimed), mNames(std::move(iNames))
+    {
+    }
+
     void Insert(const wchar_t*) override {}
 
     void Insert(const QDataType::StringCollection&) override {}
 
     unsigned long GetCount() const override
     {
-        return 1UL << 40;
+        return mClaimed;
     }
 
-    const wchar_t* GetString(unsigned long) const override
+    const wchar_t* GetString(unsigned long iIndex) const override
     {
-        throw std::out_of_range("there is no name");
+        return mNames.at(iIndex).c_str();
     }
 
     void Clear() override {}
+
+private:
+    unsigned long mClaimed;
+    std::vector<std::wstring> mNames;
 };
+
+// Could override anything, so that it is asked for each name by calls.
+class DerivedBag : public QTalBase::PropertyBagImpl
+{
+};
+
+std::vector<std::wstring> NumberedNames(std::size_t iCount)
+{
+    std::vector<std::wstring> lNames;
+    for (std::size_t lNumber = 0; lNumber < iCount; ++lNumber)
+    {
+        lNames.push_back(L"n" + std::to_wstring(lNumber));
+    }
+    return lNames;
+}
 
 } // namespace
 
@@ -276,6 +303,35 @@ TEST(PropertyBag, MovePropertyRefusedNestedMovesDoNothing)
 // Nothing is set aside for a count that a filter only claims; what the filter throws passes through.
 TEST(PropertyBag, FilteredCloneBelievesNoCount)
 {
-    const BagPtr lBag = BagBuilder().Set(L"a", L"1");
-    EXPECT_THROW(BagPtr(lBag->FilteredClone(std::make_unique<BoastfulFilter>().get())), std::out_of_range);
+    for (const BagPtr& lBag : {BagPtr(BagBuilder().Set(L"n1", L"1")), BagPtr(new DerivedBag())})
+    {
+        for (const unsigned long lClaimed : {1UL << 40, 1UL << 62, ~0UL})
+        {
+            const BoastfulFilter lFilter(lClaimed, NumberedNames(100));
+            EXPECT_THROW(BagPtr(lBag->FilteredClone(&lFilter)), std::out_of_range);
+        }
+    }
+}
+
+TEST(PropertyBag, FilteredCloneOfADerivedClassTakesManyNamesAndTheLastOfEach)
+{
+    const BagPtr lPlain = NewBag();
+    const BagPtr lDerived(new DerivedBag());
+    std::vector<std::wstring> lNames = NumberedNames(300);
+    for (std::size_t lIndex = 0; lIndex < lNames.size(); ++lIndex)
+    {
+        const bool lIsNest = lIndex % 3 == 0;
+        for (const BagPtr& lBag : {lPlain, lDerived})
+        {
+            lBag->SetProperty(lNames[lIndex].c_str(), lIsNest ? L"k++++v***" : L"v", lIsNest);
+        }
+    }
+    for (std::size_t lIndex = 0; lIndex < 300; lIndex += 7)
+    {
+        lNames.push_back(lNames[lIndex]);
+    }
+    const BoastfulFilter lFilter(lNames.size(), lNames);
+    const BagPtr lOfDerived = lDerived->FilteredClone(&lFilter);
+    EXPECT_EQ(Describe(lOfDerived), Describe(BagPtr(lPlain->FilteredClone(&lFilter))));
+    EXPECT_EQ(lOfDerived->GetCount(), 300U);
 }
