@@ -58,7 +58,7 @@ public:
     // What reading throws leaves the place where it happened in oResult.
     void CheckWithHeader()
     {
-        DelimiterPair lPair{L"++++", L"***"};
+        DelimiterPair lPair;
         if (mText.empty())
         {
             return;

@@ -18,7 +18,7 @@ talbase_test(PropertyBagTest
 talbase_test(PropertyBagTokenTest
     SOURCES PropertyBagTokenTest.cpp ../Support/PlainPropertyBag.cpp
     LINK TalBase::TalBase)
-talbase_test(TextReaderTest SOURCES TextPrimitivesTest.cpp TextReaderTest.cpp LINK TalBaseInside)
+talbase_test(TextReaderTest SOURCES TextBoundsTest.cpp TextPrimitivesTest.cpp TextReaderTest.cpp LINK TalBaseInside)
 talbase_test(ValueContentTest SOURCES ValueContentTest.cpp ../Support/FailingNew.cpp LINK TalBaseInside)
 talbase_test(NestCopierTest SOURCES NestCopierTest.cpp LINK TalBaseInside)
 talbase_test(NameTableTest SOURCES NameTableTest.cpp LINK TalBaseInside)

@@ -36,6 +36,13 @@ public:
 
 } // namespace
 
+TEST(PropertyBag, EqualCharactersSplitElsewhereAreNotEqual)
+{
+    const BagPtr lBag = BagBuilder().Set(L"ab", L"c");
+    EXPECT_FALSE(*lBag == *BagPtr(BagBuilder().Set(L"a", L"bc")));
+    EXPECT_TRUE(*lBag == *BagPtr(BagBuilder().Set(L"ab", L"c")));
+}
+
 TEST(PropertyBag, EqualsEmptyBags)
 {
     EXPECT_TRUE(*NewBag() == *NewBag());

@@ -115,6 +115,20 @@ TEST(ValueContent, RemovedAndAppendedForeverStaysSmall)
     EXPECT_LT(Support::LargestAllocation(), 1000U);
 }
 
+TEST(ValueContent, EmptiedUsesItsMemoryAgain)
+{
+    ValueContent lContent;
+    lContent.Append(L"name", L"value");
+    const std::size_t lMade = Support::AllocationsMade();
+    for (int lStep = 0; lStep < 3; ++lStep)
+    {
+        lContent.Remove(0);
+        lContent.Append(L"other", L"text"); // as long as what was removed, which filled the memory
+    }
+    EXPECT_EQ(Support::AllocationsMade(), lMade);
+    EXPECT_EQ(Describe(lContent), L"other=text");
+}
+
 TEST(ValueContent, KilledEntriesAreGoneAfterCompacting)
 {
     ValueContent lContent = Two();
@@ -137,7 +151,23 @@ TEST(ValueContent, CopyAndMoveCarryEverything)
     EXPECT_EQ(Describe(lCopy), L"b=22");
     const ValueContent lMoved = std::move(lContent);
     EXPECT_EQ(Describe(lMoved), L"b=22");
+    EXPECT_EQ(lContent.GetCount(), 0U); // it is empty now, and usable
+    EXPECT_EQ(lContent.GetTextLength(), 0U);
+    lContent.Append(L"c", L"3");
+    EXPECT_EQ(Describe(lContent), L"c=3");
     EXPECT_TRUE(lMoved.IsEntryEqual(0, lCopy, 0));
     EXPECT_FALSE(lMoved.IsEntryEqual(0, Two(), 0));
     EXPECT_TRUE(lMoved.IsEntryEqual(0, Two(), 1));
+}
+
+TEST(ValueContent, SameThroughoutMeansTheSameNamesAndValues)
+{
+    ValueContent lContent;
+    lContent.Append(L"ab", L"c");
+    ValueContent lSplitElsewhere;
+    lSplitElsewhere.Append(L"a", L"bc");
+    EXPECT_FALSE(lContent.IsSameThroughout(lSplitElsewhere));
+    EXPECT_TRUE(lContent.IsSameThroughout(ValueContent(lContent)));
+    EXPECT_FALSE(lContent.IsSameThroughout(Two()));
+    EXPECT_TRUE(ValueContent().IsSameThroughout(ValueContent()));
 }
