@@ -20,7 +20,7 @@ using Support::gHeader;
 template <class Operation>
 RunOnBag Refused(const Operation& iOperation)
 {
-    return [iOperation](BagSubject& oSubject) { oSubject.mNumber = LengthOfRefusal([&] { iOperation(oSubject); }); };
+    return [iOperation](BagSubject& oSubject) { oSubject.mNumber = NumberOfRefusal([&] { iOperation(oSubject); }); };
 }
 
 RunOnBag Set(const wchar_t* ipName, const wchar_t* ipValue, bool iIsPropertyBag)

@@ -77,13 +77,13 @@ void AddPaths(Cases& oCases)
         oSubject.mAnswer = QTalBase::GetBagAt(*oSubject.mBag, L"n/m");
     }));
     oCases.push_back(OnBag(lBagAt, "unknown", Filled, [](BagSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mAnswer = QTalBase::GetBagAt(*oSubject.mBag, L"n/x"); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mAnswer = QTalBase::GetBagAt(*oSubject.mBag, L"n/x"); });
     }));
     oCases.push_back(OnBag(lValueAt, "found", Filled, [](BagSubject& oSubject) {
         oSubject.mText = QTalBase::GetValueAt(*oSubject.mBag, L"n/m/l");
     }));
     oCases.push_back(OnBag(lValueAt, "unknown", Filled, [](BagSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mText = QTalBase::GetValueAt(*oSubject.mBag, L"n/m/x"); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mText = QTalBase::GetValueAt(*oSubject.mBag, L"n/m/x"); });
     }));
     oCases.push_back(OnBag("QTalBase::AsPathStep(std::wstring_view)", "", Filled,
                            [](BagSubject& oSubject) { oSubject.mText = QTalBase::AsPathStep(LONG_A L"/" LONG_B); }));
