@@ -103,6 +103,22 @@ void AddLoops(Cases& oCases)
                            [](BagSubject& oSubject) { oSubject.mNumber = CountOutput(*oSubject.mBag); }));
 }
 
+// Everything of a result but its message, remarks in their order; made without memory.
+long NumberOf(const QTalBase::TextCheckResult& iResult)
+{
+    unsigned long lNumber = iResult.mIsValid ? 1 : 0;
+    const auto lAdd = [&](std::size_t iPart) { lNumber = lNumber * 1000003 + iPart; };
+    lAdd(iResult.mPosition);
+    lAdd(iResult.mContentPosition);
+    for (const QTalBase::TextRemark& lRemark : iResult.mRemarks)
+    {
+        lAdd(static_cast<std::size_t>(lRemark.mKind) + 1); // no remark is another than one of the first kind
+        lAdd(lRemark.mPosition);
+        lAdd(lRemark.mLength);
+    }
+    return static_cast<long>(lNumber >> 1);
+}
+
 void AddTextChecks(Cases& oCases)
 {
     const char* const lCheck = "QTalBase::CheckText(wchar_t const*)";
@@ -112,7 +128,7 @@ void AddTextChecks(Cases& oCases)
             QTalBase::TextCheckResult lResult =
                 iWithPair ? QTalBase::CheckText(iText.c_str(), L"++++", L"***") : QTalBase::CheckText(iText.c_str());
             oSubject.mText = std::move(lResult.mMessage);
-            oSubject.mNumber = static_cast<long>(lResult.mPosition * 100 + lResult.mRemarks.size());
+            oSubject.mNumber = NumberOf(lResult);
         };
     };
     const std::wstring lHeader = Support::gHeader;
