@@ -13,6 +13,7 @@ talbase_test(FailedAllocationTest
         Failures/ConversionCases.cpp
         Failures/OperationsTest.cpp
         Failures/PlatformCases.cpp
+        Failures/RareBagCases.cpp
         Failures/Subjects.cpp
         Failures/TemplateCases.cpp
         Failures/Trial.cpp

@@ -235,7 +235,7 @@ void AddFactories(Cases& oCases)
     };
     oCases.push_back(OnBag(lWithPair, "an invalid pair", Nothing,
                            lRefused([] { return QTalBase::CreatePropertyBag(LONG_BEGIN, LONG_BEGIN); })));
-    for (const wchar_t* lText : {L"a text without a header that is quoted", L"EndDelimiter",
+    for (const wchar_t* lText : {L"a text without a header that is quoted", L"EndDelimiter", L"EndDelimiter***Begin",
                                  L"EndDelimiter***BeginDelimiter++++***a++++b", L"EndDelimiter***BeginDelimiter***"})
     {
         oCases.push_back(

@@ -41,8 +41,8 @@ void TryAll(const Cases& iCases)
 Cases AllCases()
 {
     Cases lAll;
-    for (const auto& lMake : {MakeBagChangeCases, MakeBagReadCases, MakeCollectionCases, MakeValueCases,
-                              MakeConversionCases, MakeTemplateCases, MakeViewCases, MakePlatformCases})
+    for (const auto& lMake : {MakeBagChangeCases, MakeBagReadCases, MakeRareBagCases, MakeCollectionCases,
+                              MakeValueCases, MakeConversionCases, MakeTemplateCases, MakeViewCases, MakePlatformCases})
     {
         const Cases lCases = lMake();
         lAll.insert(lAll.end(), lCases.begin(), lCases.end());
@@ -159,6 +159,11 @@ TEST(FailedAllocation, OperationsThatChangeABag)
 TEST(FailedAllocation, OperationsThatReadABag)
 {
     TryAll(MakeBagReadCases());
+}
+
+TEST(FailedAllocation, BagsInRareStates)
+{
+    TryAll(MakeRareBagCases());
 }
 
 TEST(FailedAllocation, Collections)

@@ -83,6 +83,13 @@ public:
 using MakeBag = std::function<BagPtr()>;
 using RunOnBag = std::function<void(BagSubject&)>;
 
+// A refused call, and its refusal as the answer.
+template <class Operation>
+RunOnBag Refused(const Operation& iOperation)
+{
+    return [iOperation](BagSubject& oSubject) { oSubject.mNumber = NumberOfRefusal([&] { iOperation(oSubject); }); };
+}
+
 // The bags to work on. Filled and Derived have a plain property LONG_A and nests LONG_B and "n"; Many has so many
 // properties of both kinds that they are found with tables. A derived class is asked call by call.
 BagPtr Empty();

@@ -94,6 +94,7 @@ using Cases = std::vector<Case>;
 // All operations, by who has them.
 Cases MakeBagChangeCases();
 Cases MakeBagReadCases();
+Cases MakeRareBagCases();
 Cases MakeCollectionCases();
 Cases MakeValueCases();
 Cases MakeConversionCases();

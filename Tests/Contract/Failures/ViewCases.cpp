@@ -133,9 +133,10 @@ void AddTextChecks(Cases& oCases)
     };
     const std::wstring lHeader = Support::gHeader;
     // Sorting the remarks takes longer without a buffer.
-    for (const std::wstring& lText : {Support::FullText(*Filled()), Support::FullText(*Many()),
-                                      lHeader + L"a++++***a++++1***a++++2***b++++c++++******tail", lHeader + L"a++++b",
-                                      std::wstring(L"a text without a header"), lHeader + L"***"})
+    for (const std::wstring& lText :
+         {Support::FullText(*Filled()), Support::FullText(*Many()),
+          lHeader + L"a++++***a++++1***a++++2***b++++c++++******tail", lHeader + L"a++++b",
+          std::wstring(L"a text without a header"), lHeader + L"***", std::wstring(L"EndDelimiter***Begin")})
     {
         oCases.push_back(OnBag(lCheck, "", Nothing, lChecked(lText, false)).MayDoWithout());
         oCases.push_back(OnBag(lCheckWithPair, "", Nothing, lChecked(lText, true)).MayNotAllocate().MayDoWithout());
