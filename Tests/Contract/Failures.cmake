@@ -12,6 +12,7 @@ talbase_test(FailedAllocationTest
         Failures/CollectionCases.cpp
         Failures/ConversionCases.cpp
         Failures/OperationsTest.cpp
+        Failures/OutputCases.cpp
         Failures/PlatformCases.cpp
         Failures/RareBagCases.cpp
         Failures/Subjects.cpp

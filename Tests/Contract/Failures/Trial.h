@@ -109,6 +109,7 @@ Cases MakeValueCases();
 Cases MakeConversionCases();
 Cases MakeTemplateCases();
 Cases MakeViewCases();
+Cases MakeOutputCases();
 Cases MakePlatformCases();
 
 // A subject has See() and Identify(); iMake makes one for each run.
