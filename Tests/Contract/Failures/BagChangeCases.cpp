@@ -246,12 +246,14 @@ Case Streamed(const char* ipSituation, const MakeBag& iMake, const wchar_t* ipBe
         lText);
     BagSubject lSubject;
     lSubject.mBag = iMake();
-    Support::ScriptedReadStream lStream({ipBegin});
+    QSerialization::MemoryWriteDataStream lFirst;
+    lFirst.WriteWString(ipBegin);
+    QSerialization::MemoryReadDataStream lStream(lFirst.GetBytes().data(), lFirst.GetBytes().size());
     try
     {
         lSubject.mBag->DeSerialize(lStream);
     }
-    catch (const Support::StreamFailure&)
+    catch (const QSerialization::StreamException&)
     {
         lLeft.push_back(lSubject.See()); // the first delimiter only
     }
