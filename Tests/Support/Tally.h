@@ -1,5 +1,6 @@
-// How often the tests of a program made an allocation or a primitive of a stream fail. Each program that can do so says
-// it in its last line, which Tests/Contract/Failures/tally.sh adds up.
+// How often the tests of a program made an allocation or a primitive of a stream fail, and how often a reader noticed
+// that its data had been cut. Each program that can do so says it in its last line, which
+// Tests/Contract/Failures/tally.sh adds up.
 
 #ifndef TESTS_SUPPORT_TALLY_H
 #define TESTS_SUPPORT_TALLY_H
@@ -15,14 +16,15 @@ namespace Support
 
 inline std::atomic<std::size_t> gFailedAllocations{0};
 inline std::atomic<std::size_t> gFailedPrimitives{0};
+inline std::atomic<std::size_t> gNoticedCuts{0};
 
 class Tally : public testing::Environment
 {
 public:
     void TearDown() override
     {
-        std::printf("failed on purpose: %zu allocations, %zu stream primitives\n", gFailedAllocations.load(),
-                    gFailedPrimitives.load());
+        std::printf("failed on purpose: %zu allocations, %zu stream primitives, %zu cuts\n", gFailedAllocations.load(),
+                    gFailedPrimitives.load(), gNoticedCuts.load());
     }
 };
 

@@ -16,13 +16,6 @@ namespace
 using QTalBase::PropertyBagImpl;
 using Support::gHeader;
 
-// A refused call, and its message as the answer.
-template <class Operation>
-RunOnBag Refused(const Operation& iOperation)
-{
-    return [iOperation](BagSubject& oSubject) { oSubject.mNumber = LengthOfRefusal([&] { iOperation(oSubject); }); };
-}
-
 RunOnBag Set(const wchar_t* ipName, const wchar_t* ipValue, bool iIsPropertyBag)
 {
     return [=](BagSubject& oSubject) { oSubject.mBag->SetProperty(ipName, ipValue, iIsPropertyBag); };
@@ -165,9 +158,9 @@ void AddTexts(Cases& oCases)
         "QTalBase::PropertyBag::AddString(const wchar_t*)", "delimiters that no header carries",
         [] { return QTalBase::CreatePropertyBag(L"(i", L"i)"); },
         Refused([](BagSubject& oSubject) { oSubject.mBag->AddString(LONG_A L"(iaai)N(i" LONG_B L"(icci)i)"); })));
-    for (const wchar_t* lRefused :
-         {LONG_A L"++++" LONG_B L"***" LONG_B L"***", LONG_A L"++++", L"***", L"++++", L"EndDelimiter?",
-          L"EndDelimiter<BeginDelimiter<<", LONG_A L"++++" LONG_A L"++++" LONG_V L"***" LONG_A L"++++++++"})
+    for (const wchar_t* lRefused : {LONG_A L"++++" LONG_B L"***" LONG_B L"***", LONG_A L"++++", L"***", L"++++",
+                                    L"EndDelimiter?", L"EndDelimiter***Begin", L"EndDelimiter<BeginDelimiter<<",
+                                    LONG_A L"++++" LONG_A L"++++" LONG_V L"***" LONG_A L"++++++++"})
     {
         oCases.push_back(OnBag("QTalBase::PropertyBag::AddString(const wchar_t*)", "a text that is refused", Filled,
                                Refused([=](BagSubject& oSubject) { oSubject.mBag->AddString(lRefused); })));
@@ -253,12 +246,14 @@ Case Streamed(const char* ipSituation, const MakeBag& iMake, const wchar_t* ipBe
         lText);
     BagSubject lSubject;
     lSubject.mBag = iMake();
-    Support::ScriptedReadStream lStream({ipBegin});
+    QSerialization::MemoryWriteDataStream lFirst;
+    lFirst.WriteWString(ipBegin);
+    QSerialization::MemoryReadDataStream lStream(lFirst.GetBytes().data(), lFirst.GetBytes().size());
     try
     {
         lSubject.mBag->DeSerialize(lStream);
     }
-    catch (const Support::StreamFailure&)
+    catch (const QSerialization::StreamException&)
     {
         lLeft.push_back(lSubject.See()); // the first delimiter only
     }

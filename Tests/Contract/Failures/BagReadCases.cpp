@@ -18,7 +18,7 @@ RunOnBag Asked(const Operation& iOperation)
 {
     return [iOperation](BagSubject& oSubject) {
         const long lRefusal =
-            LengthOfRefusal([&] { iOperation(static_cast<const PropertyBag&>(*oSubject.mBag), oSubject); });
+            NumberOfRefusal([&] { iOperation(static_cast<const PropertyBag&>(*oSubject.mBag), oSubject); });
         oSubject.mNumber = lRefusal < 0 ? oSubject.mNumber : lRefusal;
     };
 }
@@ -231,11 +231,11 @@ void AddFactories(Cases& oCases)
     }
     const auto lRefused = [](auto iMake) {
         return
-            [iMake](BagSubject& oSubject) { oSubject.mNumber = LengthOfRefusal([&] { oSubject.mAnswer = iMake(); }); };
+            [iMake](BagSubject& oSubject) { oSubject.mNumber = NumberOfRefusal([&] { oSubject.mAnswer = iMake(); }); };
     };
     oCases.push_back(OnBag(lWithPair, "an invalid pair", Nothing,
                            lRefused([] { return QTalBase::CreatePropertyBag(LONG_BEGIN, LONG_BEGIN); })));
-    for (const wchar_t* lText : {L"a text without a header that is quoted", L"EndDelimiter",
+    for (const wchar_t* lText : {L"a text without a header that is quoted", L"EndDelimiter", L"EndDelimiter***Begin",
                                  L"EndDelimiter***BeginDelimiter++++***a++++b", L"EndDelimiter***BeginDelimiter***"})
     {
         oCases.push_back(

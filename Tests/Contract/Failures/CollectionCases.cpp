@@ -113,7 +113,7 @@ void AddBagCollections(Cases& oCases)
     oCases.push_back(
         OnCollection(lAdd, "", [](BagsSubject& oSubject) { oSubject.mBags->Add(LONG_C, oSubject.mGiven.get()); }));
     oCases.push_back(OnCollection(lAdd, "null", [](BagsSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mBags->Add(LONG_C, nullptr); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mBags->Add(LONG_C, nullptr); });
     }));
     oCases.push_back(OnCollection("QTalBase::PropertyBags::GetCount() const", "", [](BagsSubject& oSubject) {
                          oSubject.mNumber = static_cast<long>(oSubject.mBags->GetCount());
@@ -123,13 +123,13 @@ void AddBagCollections(Cases& oCases)
                          oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mBags->GetName(2)));
                      }).CannotFail());
     oCases.push_back(OnCollection(lGetName, "out of range", [](BagsSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { static_cast<void>(oSubject.mBags->GetName(3)); });
+        oSubject.mNumber = NumberOfRefusal([&] { static_cast<void>(oSubject.mBags->GetName(3)); });
     }));
     const char* const lGetBag = "QTalBase::PropertyBags::GetPropertyBag(unsigned int) const";
     oCases.push_back(
         OnCollection(lGetBag, "", [](BagsSubject& oSubject) { oSubject.mAnswer = oSubject.mBags->GetPropertyBag(1); }));
     oCases.push_back(OnCollection(lGetBag, "out of range", [](BagsSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mAnswer = oSubject.mBags->GetPropertyBag(3); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mAnswer = oSubject.mBags->GetPropertyBag(3); });
     }));
     const char* const lByName = "QTalBase::PropertyBags::GetPropertyBagByName(const wchar_t*) const";
     oCases.push_back(OnCollection(
@@ -248,7 +248,7 @@ void AddStringCollections(Cases& oCases)
                          oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mStrings->GetString(1)));
                      }).CannotFail());
     oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { static_cast<void>(oSubject.mStrings->GetString(2)); });
+        oSubject.mNumber = NumberOfRefusal([&] { static_cast<void>(oSubject.mStrings->GetString(2)); });
     }));
     oCases.push_back(OnStrings("QTalBase::SerializableStringCollection::Clear()", "", [](StringsSubject& oSubject) {
                          oSubject.mStrings->Clear();

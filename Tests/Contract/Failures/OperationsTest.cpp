@@ -1,6 +1,6 @@
 // What every public operation leaves behind when memory runs out at any of its allocations, for a moment or for good;
 // and that no operation is forgotten: the virtual ones are those of Tests/Golden/Layout/VirtualSlots.txt, the others
-// those that the libraries export.
+// those that the libraries export, and those that are inline stand in a list.
 
 #include "Tests/Contract/Failures/Trial.h"
 
@@ -41,8 +41,9 @@ void TryAll(const Cases& iCases)
 Cases AllCases()
 {
     Cases lAll;
-    for (const auto& lMake : {MakeBagChangeCases, MakeBagReadCases, MakeCollectionCases, MakeValueCases,
-                              MakeConversionCases, MakeTemplateCases, MakeViewCases, MakePlatformCases})
+    for (const auto& lMake :
+         {MakeBagChangeCases, MakeBagReadCases, MakeRareBagCases, MakeCollectionCases, MakeValueCases,
+          MakeConversionCases, MakeTemplateCases, MakeViewCases, MakeOutputCases, MakePlatformCases})
     {
         const Cases lCases = lMake();
         lAll.insert(lAll.end(), lCases.begin(), lCases.end());
@@ -134,6 +135,57 @@ std::string Spelled(const std::string& iOperation)
     return std::regex_replace(lText, lConstBehind, "const $1$2");
 }
 
+// The types that an operator of TalBase/Output.h writes, as that header spells them.
+std::set<std::string> OutputOperators()
+{
+    const std::regex lOperator(R"(.*std::ostream& operator<<\(std::ostream& oStream, const ([A-Za-z_:<>]+)& i[A-Z].*)");
+    std::ifstream lFile(TALBASE_SOURCE_DIR "/TalBase/Output.h");
+    std::set<std::string> lOperators;
+    for (std::string lLine; std::getline(lFile, lLine);)
+    {
+        std::smatch lMatch;
+        if (std::regex_match(lLine, lMatch, lOperator))
+        {
+            lOperators.insert("operator<<(std::ostream&, const " + lMatch[1].str() + "&)");
+        }
+    }
+    return lOperators;
+}
+
+// What is compiled into its callers, so that no library and no virtual table names it. What is noexcept is left out but
+// where a loop needs it.
+std::set<std::string> InlineOperations()
+{
+    std::set<std::string> lOperations = {
+        "QTalBase::operator!=(const PropertyBag&, const PropertyBag&)",
+        "QTalBase::Property::GetName() const",
+        "QTalBase::Property::IsEmbedded() const",
+        "QTalBase::Property::GetValue() const",
+        "QTalBase::Property::GetBag() const",
+        "QTalBase::BagEntry::GetName() const",
+        "QTalBase::BagEntry::GetBag() const",
+        "QTalBase::begin(const PropertyBag&)",
+        "QTalBase::end(const PropertyBag&)",
+        "QTalBase::begin(const PropertyBags&)",
+        "QTalBase::end(const PropertyBags&)",
+        "QTalBase::Each(SmartPtrI<const PropertyBag>)",
+        "QTalBase::Each(SmartPtrI<const PropertyBags>)",
+        "QTalBase::Get<T>(const PropertyBag&, const wchar_t*, T)",
+        "QTalBase::Get(const PropertyBag&, const wchar_t*, const wchar_t*)",
+        "QTalBase::Set(PropertyBag&, const wchar_t*, const T&)",
+        "QTalBase::AsPathStep(std::wstring_view)",
+        "QTalBase::GetBagAt(const PropertyBag&, const wchar_t*)",
+        "QTalBase::GetValueAt(const PropertyBag&, const wchar_t*)",
+        "QSerialization::operator>>(ReadDataStream&, SmartPtrI<const PropertyBag>&)",
+        "QClone::Clear(std::vector<Entry>&)",
+        "QClone::Deep(std::vector<Entry>&, std::vector<Entry>)",
+        "operator<<(WriteDataStream&, const std::vector<Entry>&)",
+        "operator>>(ReadDataStream&, std::vector<Entry>&)",
+    };
+    lOperations.merge(OutputOperators());
+    return lOperations;
+}
+
 std::string Missing(const std::set<std::string>& iOperations, const std::set<std::string>& iTried)
 {
     std::set<std::string> lTried;
@@ -161,6 +213,11 @@ TEST(FailedAllocation, OperationsThatReadABag)
     TryAll(MakeBagReadCases());
 }
 
+TEST(FailedAllocation, BagsInRareStates)
+{
+    TryAll(MakeRareBagCases());
+}
+
 TEST(FailedAllocation, Collections)
 {
     TryAll(MakeCollectionCases());
@@ -184,6 +241,11 @@ TEST(FailedAllocation, SerializationTemplates)
 TEST(FailedAllocation, Views)
 {
     TryAll(MakeViewCases());
+}
+
+TEST(FailedAllocation, Output)
+{
+    TryAll(MakeOutputCases());
 }
 
 TEST(FailedAllocation, Platform)
@@ -221,6 +283,12 @@ TEST(FailedAllocation, NoExportedFunctionIsForgotten)
     }
     EXPECT_GT(lFunctions.size(), 60U);
     EXPECT_EQ(Missing(lFunctions, Tried()), "");
+}
+
+TEST(FailedAllocation, NoInlineOperationIsForgotten)
+{
+    EXPECT_GE(OutputOperators().size(), 10U);
+    EXPECT_EQ(Missing(InlineOperations(), Tried()), "");
 }
 
 // Where the contract lets a failure end the process, the step is one that cannot fail.

@@ -93,7 +93,7 @@ void AddMessages(Cases& oCases)
                      }).CannotFail());
     oCases.push_back(OnBase("QSerialization::StreamException::StreamException(QBase::Message const&)", "thrown",
                             [](BaseSubject& oSubject) {
-                                oSubject.mNumber = LengthOfRefusal([&] {
+                                oSubject.mNumber = NumberOfRefusal([&] {
                                     throw QBase::ExceptionImpl<QSerialization::StreamException>(oSubject.mMessage);
                                 });
                             })
@@ -137,13 +137,13 @@ void AddConversions(Cases& oCases)
     oCases.push_back(
         OnBase(lToUTF8, "", [](BaseSubject& oSubject) { oSubject.mNarrow = QBase::WideCharToUTF8(LONG_A, true); }));
     oCases.push_back(OnBase(lToUTF8, "refused", [](BaseSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mNarrow = QBase::WideCharToUTF8(L"a\xD800", true); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mNarrow = QBase::WideCharToUTF8(L"a\xD800", true); });
     }));
     oCases.push_back(OnBase(lFromUTF8, "", [](BaseSubject& oSubject) {
         oSubject.mWide = QBase::UTF8ToWideChar("a text that is longer than a string object", true);
     }));
     oCases.push_back(OnBase(lFromUTF8, "refused", [](BaseSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mWide = QBase::UTF8ToWideChar("\xFF", true); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mWide = QBase::UTF8ToWideChar("\xFF", true); });
     }));
 }
 
@@ -241,7 +241,7 @@ void AddStringCollections(Cases& oCases)
                          oSubject.mNumber = static_cast<long>(std::wcslen(oSubject.mStrings->GetString(1)));
                      }).CannotFail());
     oCases.push_back(OnStrings(lGet, "out of range", [](StringsSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { static_cast<void>(oSubject.mStrings->GetString(2)); });
+        oSubject.mNumber = NumberOfRefusal([&] { static_cast<void>(oSubject.mStrings->GetString(2)); });
     }));
     oCases.push_back(OnStrings("QDataType::StringCollection::Clear()", "", [](StringsSubject& oSubject) {
                          oSubject.mStrings->Clear();
@@ -392,7 +392,7 @@ void AddStreams(Cases& oCases)
                               [](StreamSubject& oSubject) { oSubject.mText = oSubject.mRead.ReadWString(); }));
     oCases.push_back(OnStream("QSerialization::MemoryReadDataStream::ReadBool(bool&)", [](StreamSubject& oSubject) {
         bool lFlag = false;
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mRead.ReadBool(lFlag); }); // the first byte is no flag
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mRead.ReadBool(lFlag); }); // the first byte is no flag
     }));
     oCases.push_back(
         OnStream("QSerialization::MemoryReadDataStream::ReadUInt32(unsigned int&)", [](StreamSubject& oSubject) {

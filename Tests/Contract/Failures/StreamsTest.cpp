@@ -122,6 +122,21 @@ void ExpectLeft(Subject& oSubject, const KeepingStream& iWhole, const Left& iLef
     EXPECT_EQ(lStream.GetRemaining(), 0U);
 }
 
+// Whether reading ends with the exception of a stream that has no more.
+bool IsCutNoticed(Subject& oSubject, ReadDataStream& oStream)
+{
+    try
+    {
+        oSubject.Read(oStream);
+    }
+    catch (const QSerialization::StreamException&)
+    {
+        ++gNoticedCuts;
+        return true;
+    }
+    return false;
+}
+
 void FailEachRead(const MakeSubject& iMakeSource, const MakeSubject& iMakeTarget, const std::vector<Left>& iExpected)
 {
     KeepingStream lWhole;
@@ -147,8 +162,7 @@ void FailEachRead(const MakeSubject& iMakeSource, const MakeSubject& iMakeTarget
         lPrimitive += lWhole.mEnds[lPrimitive] == lSize ? 1 : 0;
         MemoryReadDataStream lStream(lWhole.mBytes.GetBytes().data(), lSize);
         const std::unique_ptr<Subject> lTarget = iMakeTarget();
-        EXPECT_THROW(lTarget->Read(lStream), QSerialization::StreamException);
-        ++gFailedPrimitives;
+        EXPECT_TRUE(IsCutNoticed(*lTarget, lStream));
         ExpectLeft(*lTarget, lWhole, iExpected[lPrimitive]);
     }
 }

@@ -14,7 +14,10 @@
 #include <cwchar>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <typeinfo>
 #include <vector>
 
 namespace Failures
@@ -30,9 +33,16 @@ using Support::BagPtr;
 #define LONG_BEGIN L"<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<"
 #define LONG_END L">>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>"
 
-// Runs what may be refused with a message; the length of its text is the answer, -1 where nothing was refused.
+// A number that stands for a class and a text; made without memory, and never negative.
+template <class Thrown, class Text>
+long NumberOf(const Thrown& iThrown, const Text& iText)
+{
+    return static_cast<long>((std::hash<Text>{}(iText) ^ typeid(iThrown).hash_code()) >> 1);
+}
+
+// Runs what may be refused with a message; which one it is, is the answer: -1 where nothing was refused.
 template <class Operation>
-long LengthOfRefusal(const Operation& iOperation)
+long NumberOfRefusal(const Operation& iOperation)
 {
     try
     {
@@ -40,7 +50,11 @@ long LengthOfRefusal(const Operation& iOperation)
     }
     catch (const QBase::Message& lRefused)
     {
-        return static_cast<long>(std::wcslen(lRefused.GetMessage()));
+        return NumberOf(lRefused, std::wstring_view(lRefused.GetMessage()));
+    }
+    catch (const std::out_of_range& lRefused)
+    {
+        return NumberOf(lRefused, std::string_view(lRefused.what()));
     }
     return -1;
 }
@@ -68,6 +82,13 @@ public:
 
 using MakeBag = std::function<BagPtr()>;
 using RunOnBag = std::function<void(BagSubject&)>;
+
+// A refused call, and its refusal as the answer.
+template <class Operation>
+RunOnBag Refused(const Operation& iOperation)
+{
+    return [iOperation](BagSubject& oSubject) { oSubject.mNumber = NumberOfRefusal([&] { iOperation(oSubject); }); };
+}
 
 // The bags to work on. Filled and Derived have a plain property LONG_A and nests LONG_B and "n"; Many has so many
 // properties of both kinds that they are found with tables. A derived class is asked call by call.

@@ -32,7 +32,8 @@ struct EntriesSubject
 {
     std::wstring See() const
     {
-        return SeeEntries(mEntries) + L"destination " + SeeEntries(mDestination) + std::to_wstring(mNumber);
+        return SeeEntries(mEntries) + L"destination " + SeeEntries(mDestination) + std::to_wstring(mNumber) + L" bag " +
+               (mBag ? Support::Describe(*mBag) : L"null");
     }
 
     std::vector<const void*> Identify() const
@@ -42,6 +43,7 @@ struct EntriesSubject
         {
             lBags.push_back(lEntry.second.get());
         }
+        lBags.push_back(mBag.get());
         return lBags;
     }
 
@@ -66,12 +68,12 @@ Case OnEntries(const char* ipOperation, const std::function<void(EntriesSubject&
     return On<EntriesSubject>(ipOperation, "", ThreeEntries, iRun);
 }
 
-// What a reader or a copy that fails has put into the destination: the entries up to some one.
+// What a reader or a copy that fails has put into the destination: the entries before the one that failed.
 std::vector<std::wstring> Beginnings()
 {
     std::vector<std::wstring> lStates;
     const std::unique_ptr<EntriesSubject> lSubject = ThreeEntries();
-    for (std::size_t lCount = 0; lCount <= lSubject->mEntries.size(); ++lCount)
+    for (std::size_t lCount = 0; lCount < lSubject->mEntries.size(); ++lCount)
     {
         lSubject->mDestination.assign(lSubject->mEntries.begin(),
                                       lSubject->mEntries.begin() + static_cast<std::ptrdiff_t>(lCount));
@@ -88,6 +90,32 @@ void WriteAndRead(EntriesSubject& oSubject)
     lRead >> oSubject.mDestination;
 }
 
+// A bag that is there, read into where another one was.
+Case ReadingBag()
+{
+    const BagPtr lBag = Support::BagBuilder(LONG_BEGIN, LONG_END).Set(LONG_A, LONG_V).Set(LONG_B, LONG_V);
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteBool(true);
+    lBag->Serialize(lWritten);
+    const auto lMake = [] {
+        std::unique_ptr<EntriesSubject> lSubject = ThreeEntries();
+        lSubject->mBag = Filled();
+        return lSubject;
+    };
+    // A new bag, and that with one and with both of its delimiters.
+    std::wstring lSeen = ThreeEntries()->See();
+    lSeen.erase(lSeen.rfind(L"null"));
+    const std::vector<std::wstring> lLeft = {lSeen + L"'++++' '***' {}", lSeen + L"'" LONG_BEGIN L"' '***' {}",
+                                             lSeen + L"'" LONG_BEGIN L"' '" LONG_END L"' {}"};
+    return On<EntriesSubject>("QSerialization::operator>>(ReadDataStream&, SmartPtrI<const PropertyBag>&)", "present",
+                              lMake,
+                              [lBytes = lWritten.GetBytes()](EntriesSubject& oSubject) {
+                                  QSerialization::MemoryReadDataStream lStream(lBytes.data(), lBytes.size());
+                                  QSerialization::operator>>(lStream, oSubject.mBag);
+                              })
+        .LeavesEachOf(lLeft);
+}
+
 } // namespace
 
 Cases MakeTemplateCases()
@@ -99,7 +127,7 @@ Cases MakeTemplateCases()
         oSubject.mNumber = static_cast<long>(lStream.GetBytes().size());
     }));
     lCases.push_back(
-        OnEntries("operator>>(ReadDataStream&, std::vector<Entry>&)", WriteAndRead).MayLeave(Beginnings()));
+        OnEntries("operator>>(ReadDataStream&, std::vector<Entry>&)", WriteAndRead).LeavesEachOf(Beginnings()));
     lCases.push_back(OnEntries("QSerialization::operator>>(ReadDataStream&, SmartPtrI<const PropertyBag>&)",
                                [](EntriesSubject& oSubject) {
                                    const unsigned char lAbsent[] = {0};
@@ -107,12 +135,13 @@ Cases MakeTemplateCases()
                                    QSerialization::operator>>(lStream, oSubject.mEntries.back().second);
                                })
                          .CannotFail());
+    lCases.push_back(ReadingBag());
     lCases.push_back(OnEntries("QClone::Clear(std::vector<Entry>&)", [](EntriesSubject& oSubject) {
                          QClone::Clear(oSubject.mEntries);
                      }).CannotFail());
     lCases.push_back(OnEntries("QClone::Deep(std::vector<Entry>&, std::vector<Entry>)",
                                [](EntriesSubject& oSubject) { QClone::Deep(oSubject.mDestination, oSubject.mEntries); })
-                         .MayLeave(Beginnings())
+                         .LeavesEachOf(Beginnings())
                          .CopiesVector());
     return lCases;
 }

@@ -37,8 +37,9 @@ bool IsOneOf(const std::vector<std::wstring>& iStates, const std::wstring& iStat
     return std::find(iStates.begin(), iStates.end(), iState) != iStates.end();
 }
 
+// oLeft: for each state that may be left whether a failure has left it.
 void CheckWhatIsLeft(const Case& iCase, const Expected& iExpected, Scene& oScene,
-                     const std::vector<const void*>& iIdentity)
+                     const std::vector<const void*>& iIdentity, std::vector<bool>& oLeft)
 {
     const std::wstring lLeft = oScene.See();
     if (lLeft == iExpected.mBefore)
@@ -50,6 +51,10 @@ void CheckWhatIsLeft(const Case& iCase, const Expected& iExpected, Scene& oScene
         EXPECT_TRUE(IsOneOf(iCase.mMayLeave, lLeft))
             << "before: " << Readable(iExpected.mBefore) << "\nleft: " << Readable(lLeft);
     }
+    for (std::size_t lIndex = 0; lIndex < oLeft.size(); ++lIndex)
+    {
+        oLeft[lIndex] = oLeft[lIndex] || iCase.mMayLeave[lIndex] == lLeft;
+    }
     oScene.Run();
     const std::wstring lLast = oScene.See();
     EXPECT_TRUE(lLast == iExpected.mAfter || IsOneOf(iCase.mMayComeLast, lLast))
@@ -57,7 +62,8 @@ void CheckWhatIsLeft(const Case& iCase, const Expected& iExpected, Scene& oScene
 }
 
 // Returns whether an allocation failed.
-bool RunOnce(const Case& iCase, const Expected& iExpected, std::size_t iSuccesses, Shortage iShortage)
+bool RunOnce(const Case& iCase, const Expected& iExpected, std::size_t iSuccesses, Shortage iShortage,
+             std::vector<bool>& oLeft)
 {
     const std::unique_ptr<Scene> lScene = iCase.mMake();
     const std::vector<const void*> lIdentity = lScene->Identify();
@@ -81,7 +87,7 @@ bool RunOnce(const Case& iCase, const Expected& iExpected, std::size_t iSuccesse
     EXPECT_TRUE(lIsThrown == (lFailed > 0) || iCase.mMayDoWithout) << "a failure was kept from the caller";
     if (lIsThrown)
     {
-        CheckWhatIsLeft(iCase, iExpected, *lScene, lIdentity);
+        CheckWhatIsLeft(iCase, iExpected, *lScene, lIdentity, oLeft);
     }
     else
     {
@@ -99,6 +105,7 @@ bool HasFailedSince(int iResults)
 void TryWith(const Case& iCase, const Expected& iExpected, Shortage iShortage)
 {
     const int lResults = testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
+    std::vector<bool> lLeft(iCase.mMayLeave.size());
     std::size_t lFailures = 0;
     for (bool lHasFailed = true; lHasFailed;)
     {
@@ -106,7 +113,7 @@ void TryWith(const Case& iCase, const Expected& iExpected, Shortage iShortage)
         SCOPED_TRACE("allocation " + std::to_string(lFailures + 1) +
                      (iShortage == Shortage::Once ? " failed" : " and all after it failed"));
         const std::size_t lLive = Support::AllocationsLive();
-        lHasFailed = RunOnce(iCase, iExpected, lFailures, iShortage);
+        lHasFailed = RunOnce(iCase, iExpected, lFailures, iShortage, lLeft);
         if (HasFailedSince(lResults))
         {
             return; // one report tells enough, and holds memory itself
@@ -116,6 +123,10 @@ void TryWith(const Case& iCase, const Expected& iExpected, Shortage iShortage)
             EXPECT_EQ(Support::AllocationsLive(), lLive) << "leaked";
         }
         lFailures += lHasFailed ? 1 : 0;
+    }
+    for (std::size_t lIndex = 0; iCase.mLeavesEach && lIndex < lLeft.size(); ++lIndex)
+    {
+        EXPECT_TRUE(lLeft[lIndex]) << "no failure left " << Readable(iCase.mMayLeave[lIndex]);
     }
     if (iCase.mKind != Kind::MayNotAllocate)
     {

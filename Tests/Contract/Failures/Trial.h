@@ -50,11 +50,20 @@ struct Case
     bool mMayDoWithout = false;             // where memory only makes it faster
     bool mCopiesVector = false;             // with the vector's own constructor
     std::vector<std::wstring> mMayLeave;    // besides what was there before
+    bool mLeavesEach = false;               // each of these by some failure
     std::vector<std::wstring> mMayComeLast; // what a second run may make of these, besides what the first one makes
 
     Case&& MayLeave(std::vector<std::wstring> iStates) &&
     {
         mMayLeave = std::move(iStates);
+        return std::move(*this);
+    }
+
+    // For states that are a promise themselves: what was there before is not all that may be left.
+    Case&& LeavesEachOf(std::vector<std::wstring> iStates) &&
+    {
+        mMayLeave = std::move(iStates);
+        mLeavesEach = true;
         return std::move(*this);
     }
 
@@ -94,11 +103,13 @@ using Cases = std::vector<Case>;
 // All operations, by who has them.
 Cases MakeBagChangeCases();
 Cases MakeBagReadCases();
+Cases MakeRareBagCases();
 Cases MakeCollectionCases();
 Cases MakeValueCases();
 Cases MakeConversionCases();
 Cases MakeTemplateCases();
 Cases MakeViewCases();
+Cases MakeOutputCases();
 Cases MakePlatformCases();
 
 // A subject has See() and Identify(); iMake makes one for each run.

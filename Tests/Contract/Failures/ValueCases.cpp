@@ -166,10 +166,10 @@ void AddWindowBlocks(Cases& oCases)
     oCases.push_back(
         OnWindow(lEnable, "", [](WindowSubject& oSubject) { oSubject.mWindow->EnableTimeBlock(9, 17); }).CannotFail());
     oCases.push_back(OnWindow(lDisable, "out of range", [](WindowSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mWindow->DisableTimeBlock(0, 24); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mWindow->DisableTimeBlock(0, 24); });
     }));
     oCases.push_back(OnWindow(lEnable, "out of range", [](WindowSubject& oSubject) {
-        oSubject.mNumber = LengthOfRefusal([&] { oSubject.mWindow->EnableTimeBlock(24, 0); });
+        oSubject.mNumber = NumberOfRefusal([&] { oSubject.mWindow->EnableTimeBlock(24, 0); });
     }));
     oCases.push_back(
         OnWindow("QTalBase::DeliveryWindow::IsEnabled(unsigned int) const", "", [](WindowSubject& oSubject) {
@@ -200,17 +200,17 @@ void AddWindowForms(Cases& oCases)
     }));
     oCases.push_back(OnWindow(lToBag, "an invalid pair", [](WindowSubject& oSubject) {
         oSubject.mNumber =
-            LengthOfRefusal([&] { oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, L"x", L"x"); });
+            NumberOfRefusal([&] { oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, L"x", L"x"); });
     }));
     oCases.push_back(OnWindow(lToBag, "a prefix with a delimiter", [](WindowSubject& oSubject) {
         oSubject.mNumber =
-            LengthOfRefusal([&] { oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, L"the", L"]"); });
+            NumberOfRefusal([&] { oSubject.mBag = oSubject.mWindow->SerializeToPropertyBag(LONG_A, L"the", L"]"); });
     }));
     const char* const lFromBag = "QTalBase::DeliveryWindow::DeSerializeFromPropertyBag(const wchar_t*, const "
                                  "QTalBase::PropertyBag*)";
     const auto lRead = [](const wchar_t* ipPrefix, bool iWithBag) {
         return [=](WindowSubject& oSubject) {
-            oSubject.mNumber = LengthOfRefusal([&] {
+            oSubject.mNumber = NumberOfRefusal([&] {
                 oSubject.mWindow->DeSerializeFromPropertyBag(ipPrefix, iWithBag ? oSubject.mBag.get() : nullptr);
             });
         };
