@@ -246,13 +246,14 @@ std::wstring BagTexts::ManyProperties(const DelimiterPair& iPair)
 {
     const bool lIsInNest = mChoices.Once(4);
     const unsigned int lNames = 1 + hBelow(200);
+    const unsigned int lPropertiesToANest = mChoices.Once(4) ? 2 : 20;
     std::wstring lText = mChoices.Once(3) ? Header(iPair) : L"";
     lText += lIsInNest ? L"many" + iPair.mBegin : L"";
     for (unsigned int lLeft = hBelow(150); lLeft > 0; --lLeft)
     {
         const std::wstring lProperty = iPair.mBegin + std::to_wstring(lLeft) + iPair.mEnd;
         lText += L"n" + std::to_wstring(hBelow(lNames));
-        lText += mChoices.Once(20) ? iPair.mBegin + L"k" + lProperty + iPair.mEnd : lProperty;
+        lText += mChoices.Once(lPropertiesToANest) ? iPair.mBegin + L"k" + lProperty + iPair.mEnd : lProperty;
     }
     return lIsInNest ? lText + iPair.mEnd : lText;
 }

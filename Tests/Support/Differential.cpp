@@ -159,6 +159,17 @@ std::wstring Driver::hName()
     return std::wstring(lBag.GetName(lPlace / 2 % lBag.GetCount()));
 }
 
+// Mostly one that the bag has.
+std::wstring Driver::hNameOf(const PropertyBag& iBag)
+{
+    const unsigned int lPlace = hBelow(256);
+    if (mChoices.Once(8) || iBag.GetCount() == 0)
+    {
+        return mTexts.Word();
+    }
+    return std::wstring(iBag.GetName(lPlace % iBag.GetCount()));
+}
+
 Twins& Driver::hOther()
 {
     mOther = hBelow(gSlots);
