@@ -52,7 +52,7 @@ const wchar_t* const gWords[] = {
 
 // Few characters each, so that what is made of them collides.
 const wchar_t* const gAlphabets[] = {
-    L"+*", L"ab", L"&#;423+*", L"BeginDlmtr", L"[]<>", L"aB*+;", L"\x1F600\x10FFFF\xD800x"};
+    L"+*", L"ab", L"&#;423+*", L"BeginDlmtr", L"[]<>/\\", L"aB*+;", L"\x1F600\x10FFFF\xD800x"};
 
 template <class Array>
 constexpr unsigned int CountOf(const Array& iArray)

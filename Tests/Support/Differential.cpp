@@ -77,7 +77,7 @@ void Driver::hOperate()
                                                     &Driver::hGetProperty,
                                                     &Driver::hGetAtPosition,
                                                     &Driver::hGetString,
-                                                    &Driver::hGetString,
+                                                    &Driver::hWriteOut,
                                                     &Driver::hGetNest,
                                                     &Driver::hRepointDefaults,
                                                     &Driver::hMerge,

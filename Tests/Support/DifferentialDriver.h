@@ -83,6 +83,7 @@ private:
     void hSerialize();
     void hGetProperty();
     void hGetAtPosition();
+    void hWriteOut();
     void hGetString();
     void hGetNest();
     void hRepointDefaults();
