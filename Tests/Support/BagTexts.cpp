@@ -324,6 +324,7 @@ TextShape ShapeOfText(const std::wstring& iText, const DelimiterPair& iPair)
         lShape.mDepth = std::max(lShape.mDepth, lDepth);
         lShape.mBegins += lIsBegin ? 1 : 0;
         lPosition += lIsBegin ? lDelimiters.mBegin.size() : lIsEnd ? lDelimiters.mEnd.size() : 1;
+        lShape.mTail = lIsBegin || lIsEnd ? 0 : lShape.mTail + 1;
     }
     return lShape;
 }
