@@ -3,6 +3,7 @@
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/PropertyBag.h"
+#include "TalBase/TextCheck.h"
 
 #include <stdexcept>
 
@@ -135,6 +136,21 @@ PreparedCase PrepareDeSerialize(std::size_t iLevels)
             [lChain] { lChain->ExpectWhole(lChain->mResult); }};
 }
 
+PreparedCase PrepareCheckText(std::size_t iLevels)
+{
+    const auto lChain = std::make_shared<Chain>(iLevels);
+    return {[lChain] { lChain->mAnswer = QTalBase::CheckText(lChain->mText.c_str()).mIsValid; },
+            [lChain] { Expect(lChain->mAnswer); }};
+}
+
+// With bags, which are made where the text has other delimiters.
+PreparedCase PrepareCheckTextForOther(std::size_t iLevels)
+{
+    const auto lChain = std::make_shared<Chain>(iLevels);
+    return {[lChain] { lChain->mAnswer = QTalBase::CheckText(lChain->mText.c_str(), L"<", L">").mIsValid; },
+            [lChain] { Expect(lChain->mAnswer); }};
+}
+
 PreparedCase PrepareDestroy(std::size_t iLevels)
 {
     const auto lChain = std::make_shared<Chain>(iLevels);
@@ -154,6 +170,8 @@ std::vector<HostileCase> MakeDepthCases()
             {"FilteredClone", "levels", PrepareFilteredClone},
             {"Serialize", "levels", PrepareSerialize},
             {"DeSerialize", "levels", PrepareDeSerialize},
+            {"CheckText", "levels", PrepareCheckText},
+            {"CheckText, other pair", "levels", PrepareCheckTextForOther},
             {"destroy", "levels", PrepareDestroy}};
 }
 

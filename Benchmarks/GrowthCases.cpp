@@ -3,6 +3,7 @@
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/PropertyBag.h"
+#include "TalBase/TextCheck.h"
 
 #include <stdexcept>
 
@@ -64,6 +65,19 @@ PreparedCase PrepareReading(std::wstring iText, std::size_t iExpectedCount)
     const auto lBag = std::make_shared<BagPtr>();
     return {[lText, lBag] { *lBag = QTalBase::CreatePropertyBag(lText->c_str()); },
             [lBag, iExpectedCount] { Expect((*lBag)->GetCount() == iExpectedCount); }};
+}
+
+// Checks a text that is valid and counts what is remarked on.
+PreparedCase PrepareChecking(std::wstring iText, std::size_t iExpectedRemarks)
+{
+    const auto lText = std::make_shared<std::wstring>(std::move(iText));
+    const auto lRemarks = std::make_shared<std::size_t>();
+    return {[lText, lRemarks] {
+                const QTalBase::TextCheckResult lResult = QTalBase::CheckText(lText->c_str());
+                Expect(lResult.mIsValid);
+                *lRemarks = lResult.mRemarks.size();
+            },
+            [lRemarks, iExpectedRemarks] { Expect(*lRemarks == iExpectedRemarks); }};
 }
 
 BagPtr ReadBag(const Names& iNames)
@@ -160,13 +174,12 @@ PreparedCase PrepareLongDelimiters(std::size_t iSize)
 }
 
 // The same with a header: the begin delimiter's characters are none of the end delimiter's.
-PreparedCase PrepareLongHeader(std::size_t iSize)
+std::wstring MakeLongHeaderText(std::size_t iSize)
 {
     const std::wstring lEnd = std::wstring(iSize, L'x') + L'y';
     const std::wstring lBegin = std::wstring(iSize, L'v') + L'w';
     const std::wstring lValue = std::wstring(iSize, L'x') + std::wstring(iSize, L'v') + std::wstring(iSize, L'x');
-    return PrepareReading(
-        L"EndDelimiter" + lEnd + L"BeginDelimiter" + lBegin + lEnd + L"Name" + lBegin + lValue + L'z' + lEnd, 1);
+    return L"EndDelimiter" + lEnd + L"BeginDelimiter" + lBegin + lEnd + L"Name" + lBegin + lValue + L'z' + lEnd;
 }
 
 PreparedCase PrepareAlmostDelimiterValue(std::size_t iSize)
@@ -274,11 +287,6 @@ std::wstring MakeCombText(std::size_t iLevels)
     return gHeader + Repeat(iLevels, L"Side++++Key++++v******Down++++") + L"Key++++v***" + Repeat(iLevels, L"***");
 }
 
-PreparedCase PrepareReadingComb(std::size_t iSize)
-{
-    return PrepareReading(MakeCombText(iSize), 2);
-}
-
 PreparedCase PrepareComparingCombs(std::size_t iSize)
 {
     const std::wstring lText = MakeCombText(iSize);
@@ -328,6 +336,8 @@ HostileCase MakeNameCase(const char* ipName, Names (*ipMakeNames)(std::size_t), 
 std::vector<HostileCase> MakeNameCases()
 {
     return {MakeNameCase("names, distinct: parse", MakeDistinctNames, PrepareReadingNames),
+            {"names, distinct: CheckText", "properties",
+             [](std::size_t iSize) { return PrepareChecking(MakePropertiesText(MakeDistinctNames(iSize)), 0); }},
             MakeNameCase("names, distinct: merge", MakeDistinctNames, PrepareMergingEqualNames),
             MakeNameCase("names, distinct: compare", MakeDistinctNames, PrepareComparingNames),
             MakeNameCase("names, distinct: IsSubset", MakeDistinctNames, PrepareIsSubset),
@@ -337,6 +347,8 @@ std::vector<HostileCase> MakeNameCases()
             MakeNameCase("names, colliding: compare", MakeCollidingNames, PrepareComparingNames),
             {"names, equal: parse", "properties",
              [](std::size_t iSize) { return PrepareReading(MakePropertiesText(Names(iSize, L"Name")), 1); }},
+            {"names, equal: CheckText", "properties",
+             [](std::size_t iSize) { return PrepareChecking(MakePropertiesText(Names(iSize, L"Name")), iSize - 1); }},
             {"names, equal: FilteredClone", "names in the filter", PrepareRepeatedFilter},
             {"merge of other names", "properties", PrepareMergingOtherNames},
             {"merge into itself", "properties", PrepareMergingItself}};
@@ -348,14 +360,18 @@ std::vector<HostileCase> MakeTextCases()
         {"asterisks", "characters", [](std::size_t iSize) { return PrepareValue(std::wstring(iSize, L'*'), iSize); }},
         {"ampersands, half escapes", "characters", PrepareHalfEscapes},
         {"long delimiters: parse", "characters of each", PrepareLongDelimiters},
-        {"long delimiters: parse with header", "characters of each", PrepareLongHeader},
+        {"long delimiters: parse with header", "characters of each",
+         [](std::size_t iSize) { return PrepareReading(MakeLongHeaderText(iSize), 1); }},
+        {"long delimiters: CheckText", "characters of each",
+         [](std::size_t iSize) { return PrepareChecking(MakeLongHeaderText(iSize), 0); }},
         {"long delimiters: SetProperty", "characters of the value", PrepareAlmostDelimiterValue},
         {"long delimiters: ChangeDelimiters", "characters of begin", PrepareDelimiterCheck},
         {"long delimiters: DeSerialize nests", "characters of each", PrepareStreamedDelimiters},
         {"long delimiters: merge nests", "characters of each", PrepareMergingStreamed},
         {"long delimiters: FilteredClone nests", "characters of each", PrepareFilteringStreamed},
         {"empty nested bags", "nested bags", PrepareEmptyNests},
-        {"open and close, going deeper: parse", "levels", PrepareReadingComb},
+        {"open and close, going deeper: parse", "levels",
+         [](std::size_t iSize) { return PrepareReading(MakeCombText(iSize), 2); }},
         {"open and close, going deeper: compare", "levels", PrepareComparingCombs},
         {"open and close, one name", "properties", PrepareAlternating},
         {"GetString of long values", "characters", PrepareLongValues}};

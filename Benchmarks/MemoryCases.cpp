@@ -1,11 +1,13 @@
 #include "MemoryCases.h"
+#include "MemoryTexts.h"
 
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/PropertyBag.h"
-#include "TalBase/PropertyBags.h"
-#include "TalBase/SerializableStringCollection.h"
+#include "TalBase/TextCheck.h"
 
+#include <exception>
+#include <optional>
 #include <stdexcept>
 
 namespace Bench
@@ -22,105 +24,6 @@ void Expect(bool iRight)
     {
         throw std::runtime_error("the operation had the wrong result");
     }
-}
-
-// Texts, all with a header. The shortest delimiters let each character cost the most.
-
-constexpr wchar_t gHeader[] = L"EndDelimiter***BeginDelimiter++++***";
-constexpr wchar_t gShortHeader[] = L"EndDelimiter)BeginDelimiter()";
-
-// The shortest names that differ.
-std::wstring MakeName(std::size_t iNumber)
-{
-    constexpr wchar_t lDigits[] = L"0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
-    std::wstring lName;
-    do
-    {
-        lName += lDigits[iNumber % 62];
-        iNumber /= 62;
-    } while (iNumber != 0);
-    return lName;
-}
-
-// Appends entries, each a name and a tail, until the text is long enough.
-std::wstring MakeEntries(std::wstring iText, std::size_t iCharacters, const wchar_t* ipTail)
-{
-    for (std::size_t lNumber = 0; iText.size() < iCharacters; ++lNumber)
-    {
-        iText.append(MakeName(lNumber)).append(ipTail);
-    }
-    return iText;
-}
-
-std::wstring Repeat(std::size_t iTimes, const wchar_t* ipPart)
-{
-    std::wstring lText;
-    for (std::size_t lTime = 0; lTime < iTimes; ++lTime)
-    {
-        lText += ipPart;
-    }
-    return lText;
-}
-
-std::wstring MakeDeep(std::size_t iCharacters)
-{
-    const std::size_t lLevels = iCharacters / 3;
-    return gShortHeader + Repeat(lLevels, L"n(") + L"k(v)" + std::wstring(lLevels, L')');
-}
-
-std::wstring MakeDeepDefault(std::size_t iCharacters)
-{
-    const std::size_t lLevels = iCharacters / 12;
-    return gHeader + Repeat(lLevels, L"Level++++") + L"Key++++v***" + Repeat(lLevels, L"***");
-}
-
-std::wstring MakeComb(std::size_t iCharacters)
-{
-    const std::size_t lLevels = iCharacters / 10;
-    return gShortHeader + Repeat(lLevels, L"s(k(v))d(") + L"k(v)" + std::wstring(lLevels, L')');
-}
-
-std::wstring MakeNests(std::size_t iCharacters)
-{
-    return MakeEntries(gShortHeader, iCharacters, L"(k(v))");
-}
-
-std::wstring MakeEmptyNests(std::size_t iCharacters)
-{
-    return MakeEntries(gShortHeader, iCharacters, L"(e())");
-}
-
-std::wstring MakeProperties(std::size_t iCharacters)
-{
-    return MakeEntries(gShortHeader, iCharacters, L"(v)");
-}
-
-std::wstring MakeOneName(std::size_t iCharacters)
-{
-    return gShortHeader + Repeat(iCharacters / 4, L"n(v)");
-}
-
-std::wstring MakeAsterisks(std::size_t iCharacters)
-{
-    return gHeader + (L"n++++" + Repeat(iCharacters / 4, L"**++") + L"-***");
-}
-
-std::wstring MakeHalfEscapes(std::size_t iCharacters)
-{
-    return gHeader + (L"n++++" + std::wstring(iCharacters / 2, L'&') + Repeat(iCharacters / 8, L"&#42")) + L"&#43;***";
-}
-
-std::wstring MakeLongDelimiters(std::size_t iCharacters)
-{
-    const std::wstring lEnd = std::wstring(iCharacters / 6, L'x') + L'y';
-    const std::wstring lBegin = std::wstring(iCharacters / 6, L'v') + L'w';
-    return L"EndDelimiter" + lEnd + L"BeginDelimiter" + lBegin + lEnd + L"n" + lBegin + L"k" + lBegin + L"v" + lEnd +
-           lEnd;
-}
-
-std::wstring MakeBigValue(std::size_t iCharacters)
-{
-    return gHeader + (L"n++++" + std::wstring(iCharacters, L'v')) + L"***";
 }
 
 // Operations.
@@ -168,6 +71,54 @@ MeteredCase Parse(const std::wstring& iText)
     const auto lText = std::make_shared<std::wstring>(iText);
     const auto lBag = std::make_shared<BagPtr>();
     return {BytesOf(lText->size()), {[=] { *lBag = Read(*lText); }, [=] { Expect((*lBag)->GetCount() > 0); }}};
+}
+
+// Reads what is empty or refused, and keeps what is thrown.
+MeteredCase Attempt(const std::wstring& iText)
+{
+    const auto lText = std::make_shared<std::wstring>(iText);
+    const auto lBag = std::make_shared<BagPtr>();
+    const auto lThrown = std::make_shared<std::exception_ptr>();
+    const auto lRun = [=] {
+        try
+        {
+            *lBag = Read(*lText);
+        }
+        catch (const QTalBase::PropertyBagException&)
+        {
+            *lThrown = std::current_exception();
+        }
+    };
+    return {BytesOf(lText->size()), {lRun, [=] { Expect(*lBag ? (*lBag)->GetCount() == 0 : *lThrown != nullptr); }}};
+}
+
+using CheckResult = std::optional<QTalBase::TextCheckResult>;
+
+MeteredCase KeepCheck(const std::wstring& iText, QTalBase::TextCheckResult (*ipCheck)(const wchar_t*))
+{
+    const auto lText = std::make_shared<std::wstring>(iText);
+    const auto lResult = std::make_shared<CheckResult>();
+    return {BytesOf(lText->size()),
+            {[=] { *lResult = ipCheck(lText->c_str()); },
+             [=] { Expect((*lResult)->mIsValid == ((*lResult)->mMessage.GetLength() == 0)); }}};
+}
+
+MeteredCase Check(const std::wstring& iText)
+{
+    return KeepCheck(iText, [](const wchar_t* ipText) { return QTalBase::CheckText(ipText); });
+}
+
+// For a bag with a pair that the text does not have; all of it is merged into that.
+MeteredCase CheckForOther(const std::wstring& iText)
+{
+    return KeepCheck(iText, [](const wchar_t* ipText) { return QTalBase::CheckText(ipText, L"<", L">"); });
+}
+
+MeteredCase AddToOther(const std::wstring& iText)
+{
+    const auto lText = std::make_shared<std::wstring>(iText);
+    const BagPtr lBag(QTalBase::CreatePropertyBag(L"<", L">"));
+    return {BytesOf(lText->size()), {[=] { lBag->AddString(lText->c_str()); }, [=] { Expect(lBag->GetCount() > 0); }}};
 }
 
 MeteredCase AddString(const std::wstring& iText)
@@ -256,84 +207,60 @@ MeteredCase Serialize(const std::wstring& iText)
         [=] { Expect(lWork->mStream.GetBytes().size() > BytesOf(lWork->mLength)); });
 }
 
+MeteredCase ReadStream(const WorkPtr& iWork)
+{
+    iWork->mBag = nullptr;
+    iWork->mResult = QTalBase::CreatePropertyBag();
+    return {iWork->mStream.GetBytes().size(),
+            {[=] {
+                 QSerialization::MemoryReadDataStream lRead(iWork->mStream.GetBytes().data(),
+                                                            iWork->mStream.GetBytes().size());
+                 iWork->mResult->DeSerialize(lRead);
+             },
+             [=] { Expect(Render(iWork->mResult).GetLength() <= iWork->mLength); }}};
+}
+
 MeteredCase DeSerialize(const std::wstring& iText)
 {
     const auto lWork = std::make_shared<Work>(iText);
     lWork->mBag->Serialize(lWork->mStream);
-    lWork->mBag = nullptr;
-    lWork->mResult = QTalBase::CreatePropertyBag();
-    return {lWork->mStream.GetBytes().size(),
-            {[=] {
-                 QSerialization::MemoryReadDataStream lRead(lWork->mStream.GetBytes().data(),
-                                                            lWork->mStream.GetBytes().size());
-                 lWork->mResult->DeSerialize(lRead);
-             },
-             [=] { Expect(Render(lWork->mResult).GetLength() <= lWork->mLength); }}};
+    return ReadStream(lWork);
 }
 
-// Streams of the fewest bytes for each element.
-
-MeteredCase DeSerializeStrings(std::size_t iCharacters)
+MeteredCase DeSerializeIntoOther(const std::wstring& iText)
 {
-    const auto lStream = std::make_shared<QSerialization::MemoryWriteDataStream>();
-    lStream->WriteUInt64(iCharacters);
-    for (std::size_t lIndex = 0; lIndex < iCharacters; ++lIndex)
-    {
-        lStream->WriteWString(L"");
-    }
-    const QBase::SmartPtrI<QTalBase::SerializableStringCollection> lStrings(
-        QTalBase::CreateSerializableStringCollection());
-    return {lStream->GetBytes().size(),
-            {[=] {
-                 QSerialization::MemoryReadDataStream lRead(lStream->GetBytes().data(), lStream->GetBytes().size());
-                 lStrings->DeSerialize(lRead);
-             },
-             [=] { Expect(lStrings->GetCount() == iCharacters); }}};
+    const auto lWork = std::make_shared<Work>(iText);
+    lWork->mStream.WriteWString(L"<");
+    lWork->mStream.WriteWString(L">");
+    lWork->mStream.WriteWString(iText.c_str());
+    return ReadStream(lWork);
 }
 
-MeteredCase DeSerializeBags(std::size_t iCharacters)
+struct Operation
 {
-    const auto lStream = std::make_shared<QSerialization::MemoryWriteDataStream>();
-    lStream->WriteUInt32(static_cast<unsigned int>(iCharacters));
-    for (std::size_t lIndex = 0; lIndex < iCharacters; ++lIndex)
+    const char* mName;
+    MeteredCase (*mPrepare)(const std::wstring&);
+};
+
+template <std::size_t Count>
+void AppendEach(std::vector<MemoryCase>& oCases, const std::vector<MemoryText>& iTexts,
+                const Operation (&iOperations)[Count])
+{
+    for (const MemoryText& lText : iTexts)
     {
-        lStream->WriteWString(L"");
-        lStream->WriteBool(false);
+        for (const Operation& lOperation : iOperations)
+        {
+            oCases.push_back({lText.mName, lOperation.mName, [lText, lOperation](std::size_t iCharacters) {
+                                  return lOperation.mPrepare(lText.mMake(iCharacters));
+                              }});
+        }
     }
-    const QBase::SmartPtrI<QTalBase::PropertyBags> lBags(QTalBase::CreatePropertyBags());
-    return {lStream->GetBytes().size(),
-            {[=] {
-                 QSerialization::MemoryReadDataStream lRead(lStream->GetBytes().data(), lStream->GetBytes().size());
-                 lBags->DeSerialize(lRead);
-             },
-             [=] { Expect(lBags->GetCount() == iCharacters); }}};
 }
 
 } // namespace
 
 std::vector<MemoryCase> MakeMemoryCases()
 {
-    struct Text
-    {
-        const char* mName;
-        std::wstring (*mMake)(std::size_t);
-    };
-    constexpr Text lTexts[] = {{"one nest in another, shortest", MakeDeep},
-                               {"one nest in another, default", MakeDeepDefault},
-                               {"open and close, going deeper", MakeComb},
-                               {"nests side by side", MakeNests},
-                               {"empty nests", MakeEmptyNests},
-                               {"tiny properties", MakeProperties},
-                               {"one name again and again", MakeOneName},
-                               {"asterisks and plus signs", MakeAsterisks},
-                               {"half escapes", MakeHalfEscapes},
-                               {"long delimiters", MakeLongDelimiters},
-                               {"one big value", MakeBigValue}};
-    struct Operation
-    {
-        const char* mName;
-        MeteredCase (*mPrepare)(const std::wstring&);
-    };
     constexpr Operation lOperations[] = {{"CreatePropertyBag", Parse},
                                          {"AddString", AddString},
                                          {"GetString", GetString},
@@ -344,19 +271,19 @@ std::vector<MemoryCase> MakeMemoryCases()
                                          {"EmbedProperty", Embed},
                                          {"ChangeDelimiters", ChangeDelimiters},
                                          {"Serialize", Serialize},
-                                         {"DeSerialize", DeSerialize}};
+                                         {"DeSerialize", DeSerialize},
+                                         {"CheckText", Check},
+                                         {"AddString, other pair", AddToOther},
+                                         {"DeSerialize, other pair", DeSerializeIntoOther},
+                                         {"CheckText, other pair", CheckForOther}};
+    constexpr Operation lReadings[] = {{"CreatePropertyBag", Attempt}, {"CheckText", Check}};
     std::vector<MemoryCase> lCases;
-    for (const Text& lText : lTexts)
+    AppendEach(lCases, MakeMemoryTexts(), lOperations);
+    AppendEach(lCases, MakeUselessMemoryTexts(), lReadings);
+    for (MemoryCase& lCase : MakeStreamMemoryCases())
     {
-        for (const Operation& lOperation : lOperations)
-        {
-            lCases.push_back({lText.mName, lOperation.mName, [lText, lOperation](std::size_t iCharacters) {
-                                  return lOperation.mPrepare(lText.mMake(iCharacters));
-                              }});
-        }
+        lCases.push_back(std::move(lCase));
     }
-    lCases.push_back({"a collection of empty strings", "DeSerialize", DeSerializeStrings});
-    lCases.push_back({"a collection of no bags", "DeSerialize", DeSerializeBags});
     return lCases;
 }
 

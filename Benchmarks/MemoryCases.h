@@ -31,6 +31,9 @@ struct MemoryCase
 // Text by text, each with the operations in the same order.
 std::vector<MemoryCase> MakeMemoryCases();
 
+// Those of them that are read from streams of many small elements.
+std::vector<MemoryCase> MakeStreamMemoryCases();
+
 } // namespace Bench
 
 #endif

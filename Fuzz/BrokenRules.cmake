@@ -32,6 +32,13 @@ talbase_broken_rule(EmptyBeginDelimiter FUZZER BagText FILE TalBase/Delimiters.c
 # A text is checked without the bags that its header's delimiters ask for.
 talbase_broken_rule(CheckWithoutBags FUZZER BagText FILE TalBase/TextCheck.cpp
     FROM "ipForeign != nullptr || !lReader.hIsEveryNestClean()" TO "false")
+# A value that is there is remarked on as an empty one.
+talbase_broken_rule(RemarkWithoutLoss FUZZER BagText FILE TalBase/TextCheck.cpp
+    FROM "iToken == Token::End && lState == State::Value)"
+    TO "iToken == Token::End && (lState == State::Value || lState == State::ValueEnd))")
+# The shortest tail is not remarked on.
+talbase_broken_rule(ShortTail FUZZER BagText FILE TalBase/TextCheck.cpp
+    FROM "!lTail.empty()" TO "lTail.size() > 1")
 # The smallest int is read as the second smallest.
 talbase_broken_rule(SmallestInt FUZZER Conversions FILE Platform/QBase/Convert.cpp
     FROM "(lIsNegative ? 1 : 0)" TO "0")

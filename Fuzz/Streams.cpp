@@ -1,6 +1,6 @@
 // Reading whatever bytes there are as each kind of object that the library can read: what is read, what is thrown and
 // what is left are those of a plain reader, an object writes itself as a plain writer would and comes back from that,
-// and no bytes cost more memory than they justify.
+// and no bytes cost more memory than Docs/Limits.md states.
 //
 // The first byte chooses the kind; the others are the stream, or, with the highest bit of the first one set, short
 // orders from which the stream is made.
@@ -20,6 +20,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -54,6 +55,20 @@ std::wstring Done(const std::function<void()>& iOperation)
     });
 }
 
+// Reading takes at most as many times the bytes of the stream as Docs/Limits.md states, and something for what there is
+// before. The plain side has no limit.
+std::wstring DoneReading(ReadDataStream& iRead, const std::function<void()>& iOperation)
+{
+    const std::size_t lMultiple = 33;
+    const auto* lStream = dynamic_cast<const QSerialization::MemoryReadDataStream*>(&iRead);
+    std::optional<Fuzz::AllocationLimit> lLimit;
+    if (lStream != nullptr)
+    {
+        lLimit.emplace(20000 + lMultiple * lStream->GetRemaining());
+    }
+    return Done(iOperation);
+}
+
 // Bags.
 
 std::wstring StateOf(const PropertyBag* ipBag)
@@ -70,7 +85,7 @@ Observed ObserveBag(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)
 {
     const BagPtr lBag = MakeBag(iSide);
     Observed lObserved;
-    lObserved.mRead = Done([&] { lBag->DeSerialize(iRead); });
+    lObserved.mRead = DoneReading(iRead, [&] { lBag->DeSerialize(iRead); });
     lObserved.mState = DescribeState(*lBag);
     lObserved.mWritten = Done([&] { lBag->Serialize(iWrite); });
     lObserved.mComesBack = ComesBack(lBag.get());
@@ -134,7 +149,8 @@ Observed ObserveEntries(Side iSide, ReadDataStream& iRead, WriteDataStream& iWri
 {
     Entries lEntries = {{L"old", MakeBag(iSide)}};
     Observed lObserved;
-    lObserved.mRead = Done([&] { iSide == Library ? void(iRead >> lEntries) : PlainRead(iRead, lEntries); });
+    lObserved.mRead =
+        DoneReading(iRead, [&] { iSide == Library ? void(iRead >> lEntries) : PlainRead(iRead, lEntries); });
     Describe(lEntries, lObserved);
     lObserved.mWritten = Done([&] { iSide == Library ? void(iWrite << lEntries) : PlainWrite(iWrite, lEntries); });
     return lObserved;
@@ -144,7 +160,7 @@ Observed ObserveReference(Side iSide, ReadDataStream& iRead, WriteDataStream& iW
 {
     QBase::SmartPtrI<const PropertyBag> lBag(MakeBag(iSide));
     Observed lObserved;
-    lObserved.mRead = Done([&] {
+    lObserved.mRead = DoneReading(iRead, [&] {
         using QSerialization::operator>>;
         iSide == Library ? void(iRead >> lBag) : PlainRead(iRead, lBag);
     });
@@ -202,7 +218,7 @@ Observed ObserveBags(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)
     const QBase::SmartPtrI<QTalBase::PropertyBags> lRead(QTalBase::CreatePropertyBags());
     lRead->Add(L"old", MakeBag(Library).get());
     Observed lObserved;
-    lObserved.mRead = Done([&] { lRead->DeSerialize(iRead); });
+    lObserved.mRead = DoneReading(iRead, [&] { lRead->DeSerialize(iRead); });
     lObserved.mWritten = Done([&] { lRead->Serialize(iWrite); });
     const QBase::SmartPtrI<const QTalBase::PropertyBags> lBags(lRead->Clone());
     std::map<std::wstring, std::wstring> lFirstSeen;
@@ -228,7 +244,7 @@ Observed ObserveWindow(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrit
     unsigned int lWord = 0;
     const QBase::SmartPtrI<QTalBase::DeliveryWindow> lWindow(QTalBase::CreateDeliveryWindow());
     const bool lIsLibrary = iSide == Library;
-    lObserved.mRead = Done([&] { lIsLibrary ? lWindow->DeSerialize(iRead) : iRead.ReadUInt32(lWord); });
+    lObserved.mRead = DoneReading(iRead, [&] { lIsLibrary ? lWindow->DeSerialize(iRead) : iRead.ReadUInt32(lWord); });
     for (unsigned int lHour = 0; lHour < 40; ++lHour)
     {
         const bool lIsEnabled = lIsLibrary ? lWindow->IsEnabled(lHour) : (lWord & 1U << lHour % 32) == 0;
@@ -271,7 +287,7 @@ Observed ObserveStrings(Side iSide, ReadDataStream& iRead, WriteDataStream& iWri
     {
         const QBase::SmartPtrI<QTalBase::SerializableStringCollection> lStrings(
             QTalBase::CreateSerializableStringCollection());
-        lObserved.mRead = Done([&] { lStrings->DeSerialize(iRead); });
+        lObserved.mRead = DoneReading(iRead, [&] { lStrings->DeSerialize(iRead); });
         lObserved.mWritten = Done([&] { lStrings->Serialize(iWrite); });
         const std::unique_ptr<QDataType::StringCollection> lCopy(lStrings->GetStringCollection());
         Fuzz::Require(lCopy->GetCount() == lStrings->GetCount(), "a copied collection has another size");
@@ -404,7 +420,7 @@ void Check(Observe ipObserve, const std::string& iBytes)
 {
     Seen lSeen;
     {
-        // A character takes four bytes in the stream, and again in the bag, in its description and in what it writes.
+        // Beside what was read there are its description, what it writes and copies.
         const Fuzz::AllocationLimit lLimit(20000 + 100 * iBytes.size());
         lSeen = ReadWithLibrary(ipObserve, iBytes);
     }

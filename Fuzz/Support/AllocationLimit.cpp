@@ -105,7 +105,7 @@ void operator delete[](void* ipMemory, const std::nothrow_t&) noexcept
 namespace Fuzz
 {
 
-AllocationLimit::AllocationLimit(std::size_t iBytes)
+AllocationLimit::AllocationLimit(std::size_t iBytes) : mWasLimited(gIsLimited), mHeldBefore(gHeld), mMostBefore(gMost)
 {
     gHeld = 0;
     gMost = static_cast<std::ptrdiff_t>(iBytes);
@@ -114,7 +114,9 @@ AllocationLimit::AllocationLimit(std::size_t iBytes)
 
 AllocationLimit::~AllocationLimit()
 {
-    gIsLimited = false;
+    gIsLimited = mWasLimited;
+    gHeld += mHeldBefore;
+    gMost = mMostBefore;
 }
 
 } // namespace Fuzz

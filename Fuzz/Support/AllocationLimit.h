@@ -9,8 +9,8 @@
 namespace Fuzz
 {
 
-// While it lives, a request that would bring what was allocated since it was made above the limit breaks a rule. One at
-// a time.
+// While it lives, a request that would bring what was allocated since it was made above the limit breaks a rule. Of
+// several the youngest is in force.
 class AllocationLimit
 {
 public:
@@ -19,6 +19,11 @@ public:
 
     AllocationLimit(const AllocationLimit&) = delete;
     AllocationLimit& operator=(const AllocationLimit&) = delete;
+
+private:
+    bool mWasLimited;
+    std::ptrdiff_t mHeldBefore;
+    std::ptrdiff_t mMostBefore;
 };
 
 } // namespace Fuzz

@@ -34,6 +34,8 @@ talbase_test(MemoryTest
     SOURCES
         MemoryTest.cpp
         ../../Benchmarks/MemoryCases.cpp
+        ../../Benchmarks/MemoryStreamCases.cpp
+        ../../Benchmarks/MemoryTexts.cpp
         ../Support/FailingNew.cpp
         Documents/Document.cpp
     LINK TalBase::TalBase Q8::Stream)

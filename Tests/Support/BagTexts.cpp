@@ -52,7 +52,7 @@ const wchar_t* const gWords[] = {
 
 // Few characters each, so that what is made of them collides.
 const wchar_t* const gAlphabets[] = {
-    L"+*", L"ab", L"&#;423+*", L"BeginDlmtr", L"[]<>", L"aB*+;", L"\x1F600\x10FFFF\xD800x"};
+    L"+*", L"ab", L"&#;423+*", L"BeginDlmtr", L"[]<>/\\", L"aB*+;", L"\x1F600\x10FFFF\xD800x"};
 
 template <class Array>
 constexpr unsigned int CountOf(const Array& iArray)
@@ -246,13 +246,14 @@ std::wstring BagTexts::ManyProperties(const DelimiterPair& iPair)
 {
     const bool lIsInNest = mChoices.Once(4);
     const unsigned int lNames = 1 + hBelow(200);
+    const unsigned int lPropertiesToANest = mChoices.Once(4) ? 2 : 20;
     std::wstring lText = mChoices.Once(3) ? Header(iPair) : L"";
     lText += lIsInNest ? L"many" + iPair.mBegin : L"";
     for (unsigned int lLeft = hBelow(150); lLeft > 0; --lLeft)
     {
         const std::wstring lProperty = iPair.mBegin + std::to_wstring(lLeft) + iPair.mEnd;
         lText += L"n" + std::to_wstring(hBelow(lNames));
-        lText += mChoices.Once(20) ? iPair.mBegin + L"k" + lProperty + iPair.mEnd : lProperty;
+        lText += mChoices.Once(lPropertiesToANest) ? iPair.mBegin + L"k" + lProperty + iPair.mEnd : lProperty;
     }
     return lIsInNest ? lText + iPair.mEnd : lText;
 }
@@ -323,6 +324,7 @@ TextShape ShapeOfText(const std::wstring& iText, const DelimiterPair& iPair)
         lShape.mDepth = std::max(lShape.mDepth, lDepth);
         lShape.mBegins += lIsBegin ? 1 : 0;
         lPosition += lIsBegin ? lDelimiters.mBegin.size() : lIsEnd ? lDelimiters.mEnd.size() : 1;
+        lShape.mTail = lIsBegin || lIsEnd ? 0 : lShape.mTail + 1;
     }
     return lShape;
 }

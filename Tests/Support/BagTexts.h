@@ -57,12 +57,13 @@ private:
 };
 
 // What is seen of a text that is read with its header's delimiters or, without one, with iPair: how deep its nests are,
-// counting what is opened and never closed, and how many begin delimiters it has. What the plain implementation does
-// grows with the power of the depth.
+// counting what is opened and never closed, how many begin delimiters it has, and how many characters are behind its
+// last delimiter. What the plain implementation does grows with the power of the depth.
 struct TextShape
 {
     unsigned int mDepth = 0;
     std::size_t mBegins = 0;
+    std::size_t mTail = 0;
 };
 
 TextShape ShapeOfText(const std::wstring& iText, const DelimiterPair& iPair);

@@ -77,7 +77,7 @@ void Driver::hOperate()
                                                     &Driver::hGetProperty,
                                                     &Driver::hGetAtPosition,
                                                     &Driver::hGetString,
-                                                    &Driver::hGetString,
+                                                    &Driver::hWriteOut,
                                                     &Driver::hGetNest,
                                                     &Driver::hRepointDefaults,
                                                     &Driver::hMerge,
@@ -157,6 +157,17 @@ std::wstring Driver::hName()
         return mTexts.Word();
     }
     return std::wstring(lBag.GetName(lPlace / 2 % lBag.GetCount()));
+}
+
+// Mostly one that the bag has.
+std::wstring Driver::hNameOf(const PropertyBag& iBag)
+{
+    const unsigned int lPlace = hBelow(256);
+    if (mChoices.Once(8) || iBag.GetCount() == 0)
+    {
+        return mTexts.Word();
+    }
+    return std::wstring(iBag.GetName(lPlace % iBag.GetCount()));
 }
 
 Twins& Driver::hOther()

@@ -207,9 +207,10 @@ void Driver::hFilteredClone()
     const Twins& lOther = hOther();
     const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
     std::wstring lNames;
-    for (unsigned int lLeft = hBelow(12); lLeft > 0; --lLeft)
+    const unsigned int lMost = mChoices.Once(4) ? 120 : 11; // many names are looked up in tables
+    for (unsigned int lLeft = hBelow(lMost + 1); lLeft > 0; --lLeft)
     {
-        const std::wstring lName = hName();
+        const std::wstring lName = hNameOf(*lOther.mBags[PlainSide]);
         lNames += L" " + Quoted(lName);
         lFilter->Insert(lName.c_str());
     }

@@ -46,6 +46,7 @@ private:
         return mChoices.Below(iLimit);
     }
     std::wstring hName(); // one that the bag has, or any word
+    std::wstring hNameOf(const PropertyBag& iBag);
     Twins& hOther();
     std::wstring hWithOther() const;
     DelimiterPair hOwnPair() const;
@@ -82,6 +83,7 @@ private:
     void hSerialize();
     void hGetProperty();
     void hGetAtPosition();
+    void hWriteOut();
     void hGetString();
     void hGetNest();
     void hRepointDefaults();

@@ -1,7 +1,10 @@
 #include "Tests/Support/DifferentialDriver.h"
 
+#include "QBase/Convert.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/Views.h"
 
+#include <sstream>
 #include <vector>
 
 namespace TalBaseTest
@@ -24,6 +27,75 @@ std::wstring Described(const std::vector<std::byte>& iBytes)
         lText += L" " + std::to_wstring(std::to_integer<unsigned int>(lByte));
     }
     return lText;
+}
+
+// Whether only one property has the name of the one at iIndex.
+bool IsOnlyOne(const QTalBase::PropertyBag& iBag, unsigned int iIndex)
+{
+    const std::wstring lName(iBag.GetName(iIndex));
+    unsigned int lCount = 0;
+    for (const QTalBase::Property& lProperty : iBag)
+    {
+        lCount += lName == lProperty.GetName().c_str() ? 1 : 0;
+    }
+    return lCount == 1;
+}
+
+// What a view shows of the property, and what stands at its path. Both are the same code on both sides, so the
+// library's has to show what reading by the name shows, too.
+std::wstring DescribeView(Side iSide, const QTalBase::PropertyBag& iBag, unsigned int iIndex)
+{
+    const std::wstring lView = Outcome([&] { return std::wstring(QTalBase::Property(iBag, iIndex).GetValue()); });
+    if (iIndex >= iBag.GetCount())
+    {
+        return lView;
+    }
+    const std::wstring lName(iBag.GetName(iIndex));
+    const std::wstring lPath = QTalBase::AsPathStep(lName);
+    const std::wstring lAtPath = Outcome([&] { return std::wstring(QTalBase::GetValueAt(iBag, lPath.c_str())); });
+    if (iSide == Library && IsOnlyOne(iBag, iIndex))
+    {
+        const std::wstring lByName = Outcome([&] { return std::wstring(iBag.GetProperty(lName.c_str())); });
+        const bool lIsSame = lView == lByName && (iBag.IsEmbedded(iIndex) || lAtPath == lByName);
+        return lView + L" " + lAtPath + (lIsSame ? L"" : L", but by its name " + lByName);
+    }
+    return lView + L" " + lAtPath;
+}
+
+// What stands at the path of the first property of the nest at iIndex.
+std::wstring DescribeBelow(const QTalBase::PropertyBag& iBag, unsigned int iIndex)
+{
+    const BagPtr lNest = iBag.GetValuePropertyBag(iIndex);
+    const std::wstring lPath = QTalBase::AsPathStep(iBag.GetName(iIndex)) + L"/";
+    return std::wstring(QTalBase::GetValueAt(iBag, (lPath + QTalBase::AsPathStep(lNest->GetName(0))).c_str()));
+}
+
+// What << writes, said once more for the characters that the words here have.
+std::wstring QuotedForOutput(const std::wstring& iText)
+{
+    std::wstring lText = L"'";
+    for (const wchar_t lCharacter : iText)
+    {
+        const bool lHasBackslash = lCharacter == L'\\' || lCharacter == L'\'';
+        lText += lCharacter == L'\n'       ? std::wstring(L"\\n")
+                 : lCharacter == L'\xD800' ? std::wstring(L"\\u{d800}")
+                                           : (lHasBackslash ? L"\\" : L"") + std::wstring(1, lCharacter);
+    }
+    return lText + L"'";
+}
+
+std::wstring PlainOutput(const QTalBase::PropertyBag& iBag)
+{
+    std::wstring lText;
+    for (unsigned int lIndex = 0; lIndex < iBag.GetCount(); ++lIndex)
+    {
+        const std::wstring lName(iBag.GetName(lIndex));
+        lText += (lIndex == 0 ? L"" : L" ") + QuotedForOutput(lName) + L"=";
+        lText += lName == L"FTPServerPassword" ? std::wstring(L"<hidden>")
+                 : iBag.IsEmbedded(lIndex)     ? PlainOutput(*iBag.GetValuePropertyBag(lIndex))
+                                               : QuotedForOutput(QTalBase::Property(iBag, lIndex).GetValue().c_str());
+    }
+    return L"{" + lText + L"}";
 }
 
 } // namespace
@@ -57,7 +129,22 @@ void Driver::hGetAtPosition()
         lText += L" " + Outcome([&] { return std::wstring(lBag.GetName(lIndex)); });
         lText += L" " + Outcome([&] { return std::wstring(lBag.GetValue(lIndex)); });
         lText += L" " + Outcome([&] { return YesOrNo(lBag.IsEmbedded(lIndex)); });
-        return lText + L" " + Outcome([&] { return DescribeState(*lBag.GetValuePropertyBag(lIndex)); });
+        lText += L" " + Outcome([&] { return DescribeState(*lBag.GetValuePropertyBag(lIndex)); });
+        lText += L" " + DescribeView(iSide, lBag, lIndex);
+        return lText + L" " + Outcome([&] { return DescribeBelow(lBag, lIndex); });
+    });
+}
+
+void Driver::hWriteOut()
+{
+    hTry(L"<<", [&](Side iSide) {
+        if (iSide == PlainSide)
+        {
+            return PlainOutput(hBag(iSide));
+        }
+        std::ostringstream lStream;
+        lStream << hBag(iSide);
+        return QBase::UTF8ToWideChar(lStream.str(), true);
     });
 }
 
