@@ -86,7 +86,15 @@ TEST(BufferedWString, CreateZeroIncrementIsTheInitialSize)
 
 TEST(BufferedWString, CreateOfNothingThrows)
 {
-    EXPECT_THROW(QTalBase::CreateBufferedWString(0, 0), std::invalid_argument);
+    try
+    {
+        const BufferPtr lBuffer = NewBuffer(0, 0);
+        FAIL() << "a buffer that can never grow";
+    }
+    catch (const std::invalid_argument& lRefused)
+    {
+        EXPECT_STREQ(lRefused.what(), "QTalBase::BufferedWString: initial size and increment are both 0");
+    }
 }
 
 TEST(BufferedWString, CreateImpossibleSizeThrows)
