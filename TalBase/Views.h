@@ -119,8 +119,7 @@ struct Step
 
 [[noreturn]] inline void Throw(const wchar_t* ipText, std::wstring_view iPath)
 {
-    QBase::Message lMessage;
-    lMessage.SetDomainAndID(QBase::MESSAGE_DOMAIN_UNKNOWN, -1);
+    QBase::Message lMessage; // of an unknown domain
     lMessage.SetMessage((ipText + std::wstring(iPath)).c_str());
     throw QBase::ExceptionImpl<PropertyBagUserErrorException>(lMessage);
 }

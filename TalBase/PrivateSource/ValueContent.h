@@ -134,12 +134,12 @@ public:
     // iCount, iLength: the entries and characters that will be appended, no more and no fewer. ipSourceStop: where the
     // text ends that names and values are views of. Throws as Reserve does.
     Filler(ValueContent& oContent, std::size_t iCount, std::size_t iLength, const wchar_t* ipSourceStop)
-        : mContent(oContent), mSourceStop(ipSourceStop)
+        : mContent(hReserved(oContent, iCount, iLength)),
+          mSourceStop(ipSourceStop),
+          mEntry(oContent.mEntries + oContent.mCount),
+          mTarget(oContent.mText + oContent.mTextLength),
+          mTargetStop(mTarget + iLength)
     {
-        oContent.Reserve(iCount, iLength);
-        mEntry = oContent.mEntries + oContent.mCount;
-        mTarget = oContent.mText + oContent.mTextLength;
-        mTargetStop = mTarget + iLength;
         oContent.mCount += iCount;
         oContent.mTextLength += iLength;
         oContent.mUsedLength += iLength;
@@ -164,6 +164,12 @@ public:
 
 private:
     static constexpr std::ptrdiff_t gStep = 16;
+
+    static ValueContent& hReserved(ValueContent& oContent, std::size_t iCount, std::size_t iLength)
+    {
+        oContent.Reserve(iCount, iLength);
+        return oContent;
+    }
 
     wchar_t* hCopy(std::wstring_view iText, wchar_t* opTarget) const noexcept
     {

@@ -76,6 +76,8 @@ TEST(Iteration, EmptyBagHasNoProperties)
 
 TEST(Iteration, PropertyKnowsItsPosition)
 {
+    EXPECT_EQ(QTalBase::Property().GetIndex(), 0U);
+    EXPECT_EQ(QTalBase::BagEntry().GetIndex(), 0U);
     const BagPtr lBag = MixedBag();
     unsigned int lExpected = 0;
     for (const Property& lProperty : *lBag)
