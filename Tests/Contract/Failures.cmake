@@ -41,8 +41,7 @@ talbase_test(MemoryTest
     LINK TalBase::TalBase Q8::Stream)
 
 # How many failed in the whole test run: allocations, primitives of streams, and reads of cut data. The floors are what
-# Docs/Quality.md says. A sanitizer's build has said all it
-# has to say when these programs ran the first time.
+# Docs/Quality.md says. A sanitizer's build has said all it has to say when these programs ran the first time.
 if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     return()
 endif()
