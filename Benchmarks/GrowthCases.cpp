@@ -2,7 +2,7 @@
 
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
-#include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PropertyBag.h"
 #include "TalBase/TextCheck.h"
 
 #include <stdexcept>
@@ -137,34 +137,6 @@ PreparedCase PrepareFilteredClone(const Names& iNames)
     const auto lClone = std::make_shared<BagPtr>();
     return {[lBag, lFilter, lClone] { *lClone = lBag->FilteredClone(lFilter.get()); },
             [lBag, lClone] { Expect((*lClone)->GetCount() == lBag->GetCount()); }};
-}
-
-// Has every name that it is asked for, and could not be asked otherwise.
-class AnsweringBag : public QTalBase::PropertyBagImpl
-{
-public:
-    QBase::ReturnWString GetProperty(const wchar_t*) const override
-    {
-        return L"v";
-    }
-
-    bool IsPropertyEmbedded(const wchar_t*) const override
-    {
-        return false;
-    }
-};
-
-PreparedCase PrepareFilteringDerived(std::size_t iSize)
-{
-    const BagPtr lBag(new AnsweringBag());
-    const std::shared_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
-    for (const std::wstring& lName : MakeDistinctNames(iSize))
-    {
-        lFilter->Insert(lName.c_str());
-    }
-    const auto lClone = std::make_shared<BagPtr>();
-    return {[lBag, lFilter, lClone] { *lClone = lBag->FilteredClone(lFilter.get()); },
-            [lClone, iSize] { Expect((*lClone)->GetCount() == iSize); }};
 }
 
 // Sets a value and reads it back.
@@ -370,7 +342,6 @@ std::vector<HostileCase> MakeNameCases()
             MakeNameCase("names, distinct: compare", MakeDistinctNames, PrepareComparingNames),
             MakeNameCase("names, distinct: IsSubset", MakeDistinctNames, PrepareIsSubset),
             MakeNameCase("names, distinct: FilteredClone", MakeDistinctNames, PrepareFilteredClone),
-            {"names, distinct: FilteredClone of a derived class", "properties", PrepareFilteringDerived},
             MakeNameCase("names, colliding: parse", MakeCollidingNames, PrepareReadingNames),
             MakeNameCase("names, colliding: merge", MakeCollidingNames, PrepareMergingEqualNames),
             MakeNameCase("names, colliding: compare", MakeCollidingNames, PrepareComparingNames),

@@ -1,15 +1,18 @@
 // The time of operations on hostile input grows with its length and not with the square of it. `./dev bench` measures
 // the growth closely; here each case has to stay far below a square, on any machine and under any load.
 
-#include "TalBase/PropertyBag.h"
+#include "TalBase/PrivateSource/PropertyBagImpl.h"
 
 #include "Benchmarks/Cases.h"
+#include "QDataType/StringCollection.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <ctime>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace
@@ -51,6 +54,44 @@ double Seconds(const Bench::HostileCase& iCase, std::size_t iSize)
     return lFastest;
 }
 
+void ExpectNoSquare(const Bench::HostileCase& iCase)
+{
+    const double lShort = std::max(Seconds(iCase, gSize), gLeastSeconds);
+    const double lLong = Seconds(iCase, gFactor * gSize);
+    EXPECT_LT(lLong, gLargestGrowth * lShort) << iCase.mName;
+    fprintf(stderr, "%-50s %10.6f %10.6f %6.2f\n", iCase.mName.c_str(), lShort, lLong, lLong / lShort);
+}
+
+// Answers every name at once, so that asking takes no time.
+class AnsweringBag : public QTalBase::PropertyBagImpl
+{
+public:
+    QBase::ReturnWString GetProperty(const wchar_t*) const override
+    {
+        return L"v";
+    }
+
+    bool IsPropertyEmbedded(const wchar_t*) const override
+    {
+        return false;
+    }
+};
+
+Bench::PreparedCase PrepareFilteringDerived(std::size_t iSize)
+{
+    const QBase::SmartPtrI<const QTalBase::PropertyBagImpl> lBag(new AnsweringBag());
+    const std::shared_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    for (std::size_t lNumber = 0; lNumber < iSize; ++lNumber)
+    {
+        lFilter->Insert(std::to_wstring(lNumber).c_str());
+    }
+    const auto lClone = std::make_shared<QBase::SmartPtrI<QTalBase::PropertyBag>>();
+    return {[lBag, lFilter, lClone] {
+                *lClone = QBase::SmartPtrI<QTalBase::PropertyBag>(lBag->FilteredClone(lFilter.get()));
+            },
+            [lClone, iSize] { EXPECT_EQ((*lClone)->GetCount(), iSize); }};
+}
+
 } // namespace
 
 TEST(Growth, HostileInputTakesTimeInProportionToItsLength)
@@ -59,9 +100,11 @@ TEST(Growth, HostileInputTakesTimeInProportionToItsLength)
     EXPECT_GT(lCases.size(), 20U);
     for (const Bench::HostileCase& lCase : lCases)
     {
-        const double lShort = std::max(Seconds(lCase, gSize), gLeastSeconds);
-        const double lLong = Seconds(lCase, gFactor * gSize);
-        EXPECT_LT(lLong, gLargestGrowth * lShort) << lCase.mName;
-        fprintf(stderr, "%-50s %10.6f %10.6f %6.2f\n", lCase.mName.c_str(), lShort, lLong, lLong / lShort);
+        ExpectNoSquare(lCase);
     }
+}
+
+TEST(Growth, FilteredCloneOfADerivedClassTakesTimeInProportionToTheFilter)
+{
+    ExpectNoSquare({"FilteredClone of a derived class", "names in the filter", PrepareFilteringDerived});
 }

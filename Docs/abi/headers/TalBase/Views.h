@@ -80,7 +80,6 @@ struct Step
 [[noreturn]] inline void Throw(const wchar_t* ipText, std::wstring_view iPath)
 {
     QBase::Message lMessage;
-    lMessage.SetDomainAndID(QBase::MESSAGE_DOMAIN_UNKNOWN, -1);
     lMessage.SetMessage((ipText + std::wstring(iPath)).c_str());
     throw QBase::ExceptionImpl<PropertyBagUserErrorException>(lMessage);
 }
