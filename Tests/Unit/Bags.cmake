@@ -20,7 +20,7 @@ talbase_test(PropertyBagTokenTest
     LINK TalBase::TalBase)
 talbase_test(TextReaderTest SOURCES TextBoundsTest.cpp TextPrimitivesTest.cpp TextReaderTest.cpp LINK TalBaseInside)
 talbase_test(ValueContentTest SOURCES ValueContentTest.cpp ../Support/FailingNew.cpp LINK TalBaseInside)
-talbase_test(NestCopierTest SOURCES NestCopierTest.cpp LINK TalBaseInside)
+talbase_test(NestCopierTest SOURCES BagMergerTest.cpp NestCopierTest.cpp LINK TalBaseInside)
 talbase_test(NameTableTest SOURCES NameTableTest.cpp LINK TalBaseInside)
 talbase_test(TextCheckTest SOURCES TextCheckTest.cpp LINK TalBase::TalBase)
 talbase_test(BufferedWStringTest SOURCES BufferedWStringTest.cpp LINK TalBase::TalBase)
