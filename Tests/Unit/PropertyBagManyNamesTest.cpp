@@ -127,22 +127,22 @@ TEST(ManyNames, AddPropertyBagReplacesPropertiesOfEitherKind)
 TEST(ManyNames, AddPropertyBagOfABagAroundThisOne)
 {
     std::wstring lOutcomes[2];
-    for (std::wstring& oOutcome : lOutcomes)
+    for (std::wstring& lOutcome : lOutcomes)
     {
         const BagPtr lOuter =
             ReadBag(std::wstring(gHeader) + L"p3++++new***a++++b++++" + PlainText(0, 40) + L"c++++d++++x************");
         const BagPtr lInner = lOuter->GetPropertyBag(L"a")->GetPropertyBag(L"b")->GetPropertyBag(L"c");
         lInner->AddString(PlainText(0, 40).c_str());
-        if (&oOutcome == lOutcomes)
+        if (&lOutcome == lOutcomes)
         {
             lInner->AddPropertyBag(lOuter.get());
         }
-        for (unsigned int lIndex = 0; &oOutcome != lOutcomes && lIndex < lOuter->GetCount(); ++lIndex)
+        for (unsigned int lIndex = 0; &lOutcome != lOutcomes && lIndex < lOuter->GetCount(); ++lIndex)
         {
             lInner->SetProperty(lOuter->GetName(lIndex).c_str(), lOuter->GetValue(lIndex).c_str(),
                                 lOuter->IsEmbedded(lIndex));
         }
-        oOutcome = Describe(lOuter);
+        lOutcome = Describe(lOuter);
     }
     EXPECT_EQ(lOutcomes[0], lOutcomes[1]);
 }
