@@ -37,6 +37,16 @@ std::vector<HostileCase> MakeGrowthCases();
 // Returns so many different names for which std::hash (of libstdc++ on 64 bits) is the same.
 std::vector<std::wstring> MakeCollidingNames(std::size_t iCount);
 
+inline std::wstring Repeat(std::size_t iTimes, const wchar_t* ipPart)
+{
+    std::wstring lText;
+    for (std::size_t lTime = 0; lTime < iTimes; ++lTime)
+    {
+        lText += ipPart;
+    }
+    return lText;
+}
+
 } // namespace Bench
 
 #endif

@@ -48,16 +48,6 @@ std::wstring MakePropertiesText(const Names& iNames)
     return lText;
 }
 
-std::wstring Repeat(std::size_t iTimes, const wchar_t* ipPart)
-{
-    std::wstring lText;
-    for (std::size_t lTime = 0; lTime < iTimes; ++lTime)
-    {
-        lText += ipPart;
-    }
-    return lText;
-}
-
 // Reads a text into a new bag and counts what is in it then.
 PreparedCase PrepareReading(std::wstring iText, std::size_t iExpectedCount)
 {

@@ -1,5 +1,7 @@
 #include "MemoryTexts.h"
 
+#include "Cases.h"
+
 namespace Bench
 {
 
@@ -32,16 +34,6 @@ std::wstring MakeEntries(std::wstring iText, std::size_t iCharacters, const wcha
         iText.append(MakeName(lNumber)).append(ipTail);
     }
     return iText;
-}
-
-std::wstring Repeat(std::size_t iTimes, const wchar_t* ipPart)
-{
-    std::wstring lText;
-    for (std::size_t lTime = 0; lTime < iTimes; ++lTime)
-    {
-        lText += ipPart;
-    }
-    return lText;
 }
 
 std::wstring MakeDeep(std::size_t iCharacters)

@@ -513,8 +513,9 @@ void PropertyBagImpl::hCopyNamedByCalls(const QDataType::StringCollection& iFilt
     {
         if (lIndex == lRoom)
         {
-            lMerger.emplace(oClone, std::max(32UL, lIndex));
-            lRoom += std::max(32UL, lIndex);
+            const unsigned long lMore = std::max(32UL, lIndex);
+            lMerger.emplace(oClone, lMore);
+            lRoom += lMore;
         }
         const wchar_t* lName = iFilter.GetString(lIndex);
         if (IsPropertyEmbedded(lName))

@@ -126,14 +126,6 @@ void AddTexts(Cases& oCases)
 
 void AddComparisons(Cases& oCases)
 {
-    const auto lEqual = [](BagSubject& oSubject) {
-        oSubject.mNumber = oSubject.mBag->operator==(*oSubject.mOther) ? 1 : 0;
-    };
-    const auto lSubset = [](BagSubject& oSubject) {
-        oSubject.mNumber = oSubject.mBag->IsSubset(oSubject.mOther.get()) ? 1 : 0;
-    };
-    const char* const lEqualName = "QTalBase::PropertyBag::operator==(const QTalBase::PropertyBag&) const";
-    const char* const lSubsetName = "QTalBase::PropertyBag::IsSubset(const QTalBase::PropertyBag*) const";
     struct Pair
     {
         const char* mSituation;
@@ -146,9 +138,7 @@ void AddComparisons(Cases& oCases)
           Pair{"a derived class asked", Derived, Filled}, Pair{"a derived class as argument", Filled, Derived},
           Pair{"a foreign class", Raw, Foreign}})
     {
-        oCases.push_back(OnBags(lEqualName, lPair.mSituation, lPair.mMake, lPair.mMakeOther, lEqual).MayNotAllocate());
-        oCases.push_back(
-            OnBags(lSubsetName, lPair.mSituation, lPair.mMake, lPair.mMakeOther, lSubset).MayNotAllocate());
+        AddComparing(oCases, lPair.mSituation, lPair.mMake, lPair.mMakeOther);
     }
 }
 

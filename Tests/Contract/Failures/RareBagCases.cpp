@@ -293,18 +293,9 @@ void AddRepeatingMerges(Cases& oCases)
 
 void AddRepeatingReads(Cases& oCases)
 {
-    const auto lEqual = [](BagSubject& oSubject) {
-        oSubject.mNumber = oSubject.mBag->operator==(*oSubject.mOther) ? 1 : 0;
-    };
-    const auto lSubset = [](BagSubject& oSubject) {
-        oSubject.mNumber = oSubject.mBag->IsSubset(oSubject.mOther.get()) ? 1 : 0;
-    };
-    const char* const lEqualName = "QTalBase::PropertyBag::operator==(const QTalBase::PropertyBag&) const";
-    const char* const lSubsetName = "QTalBase::PropertyBag::IsSubset(const QTalBase::PropertyBag*) const";
     for (const MakeBag& lMake : {MakeBag(Repeating), MakeBag(RepeatingMany)})
     {
-        oCases.push_back(OnBags(lEqualName, "names that occur twice", lMake, lMake, lEqual).MayNotAllocate());
-        oCases.push_back(OnBags(lSubsetName, "names that occur twice", lMake, lMake, lSubset).MayNotAllocate());
+        AddComparing(oCases, "names that occur twice", lMake, lMake);
         oCases.push_back(OnBag(gClone, "names that occur twice", lMake, Clone));
         oCases.push_back(OnBag(gFilteredClone, "names that occur twice", lMake, CloneFiltered));
         oCases.push_back(OnBag(gGetString, "names that occur twice", lMake, Render));

@@ -217,4 +217,20 @@ std::vector<std::wstring> BeginningsOfText(const MakeBag& iMake, const std::wstr
         iMake, [&] { return Support::ReadBag(iText); }, false);
 }
 
+void AddComparing(Cases& oCases, const char* ipSituation, const MakeBag& iMake, const MakeBag& iMakeOther)
+{
+    const auto lEqual = [](BagSubject& oSubject) {
+        oSubject.mNumber = oSubject.mBag->operator==(*oSubject.mOther) ? 1 : 0;
+    };
+    const auto lSubset = [](BagSubject& oSubject) {
+        oSubject.mNumber = oSubject.mBag->IsSubset(oSubject.mOther.get()) ? 1 : 0;
+    };
+    oCases.push_back(OnBags("QTalBase::PropertyBag::operator==(const QTalBase::PropertyBag&) const", ipSituation, iMake,
+                            iMakeOther, lEqual)
+                         .MayNotAllocate());
+    oCases.push_back(OnBags("QTalBase::PropertyBag::IsSubset(const QTalBase::PropertyBag*) const", ipSituation, iMake,
+                            iMakeOther, lSubset)
+                         .MayNotAllocate());
+}
+
 } // namespace Failures

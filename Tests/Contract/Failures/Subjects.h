@@ -109,6 +109,9 @@ Case OnBag(const char* ipOperation, const char* ipSituation, const MakeBag& iMak
 std::vector<std::wstring> BeginningsOfMerge(const MakeBag& iMake, const MakeBag& iMakeOther);
 std::vector<std::wstring> BeginningsOfText(const MakeBag& iMake, const std::wstring& iText);
 
+// Cases that ask whether two bags are equal, and whether the second is inside the first.
+void AddComparing(Cases& oCases, const char* ipSituation, const MakeBag& iMake, const MakeBag& iMakeOther);
+
 } // namespace Failures
 
 #endif
