@@ -1,6 +1,6 @@
 // check on damaged texts: whatever is missing, it says "valid" or names a place that the text has.
 
-#include "Commands.h"
+#include "Commands/Commands.h"
 #include "Tests/Tools/RunTool.h"
 #include "Tests/Tools/Screens.h"
 

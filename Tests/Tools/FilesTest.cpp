@@ -1,10 +1,12 @@
 // Files in and out: decoding, places, and where data and all else go.
 
-#include "Files.h"
+#include "File/Files.h"
+#include "Text/Place.h"
 
-#include "Errors.h"
 #include "Tests/Tools/RunTool.h"
 #include "Tests/Tools/Screens.h"
+#include "Text/Errors.h"
+#include "Text/Place.h"
 
 #include "QBase/Convert.h"
 #include "TalBase/Initializer.h"

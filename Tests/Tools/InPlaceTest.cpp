@@ -1,6 +1,6 @@
 // What changes of the file itself leave of it, and of the folder.
 
-#include "TemporaryFile.h"
+#include "File/TemporaryFile.h"
 #include "Tests/Tools/RunTool.h"
 #include "Tests/Tools/Screens.h"
 

@@ -1,8 +1,8 @@
 // The help, the manual pages and the completions tell all there is.
 
-#include "Pages.h"
+#include "Program/Pages.h"
 
-#include "CommandLine.h"
+#include "Program/CommandLine.h"
 #include "Tests/Tools/RunTool.h"
 #include "Tests/Tools/Screens.h"
 

@@ -3,7 +3,7 @@
 #ifndef TESTS_TOOLS_RUNTOOL_H
 #define TESTS_TOOLS_RUNTOOL_H
 
-#include "CommandLine.h"
+#include "Program/CommandLine.h"
 
 #include <sstream>
 #include <string>

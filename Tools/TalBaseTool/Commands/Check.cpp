@@ -1,0 +1,221 @@
+#include "Commands/Commands.h"
+
+#include "File/Files.h"
+#include "File/Progress.h"
+#include "Text/Errors.h"
+#include "Text/Excerpts.h"
+#include "Text/Messages.h"
+#include "Text/Text.h"
+
+#include <algorithm>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+using QTalBase::TextCheckResult;
+using QTalBase::TextRemark;
+using QTalBase::TextRemarkKind;
+
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsSecret)
+{
+    const std::string lName =
+        iIsSecret ? gHidden
+                  : "'" + ShowValue(std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength), 60) + "'";
+    switch (iRemark.mKind)
+    {
+    case TextRemarkKind::IgnoredTail:
+        return Count(iRemark.mLength, "character") + " behind the last delimiter " +
+               (iRemark.mLength == 1 ? "is" : "are") + " ignored";
+    case TextRemarkKind::EmptyValue:
+        return lName + " has no value, and a bag cannot hold that";
+    case TextRemarkKind::EmptyBag:
+        return "the bag " + lName + " has no properties left, and a text cannot hold that";
+    case TextRemarkKind::RepeatedName:
+        return "another " + lName + " follows in the same bag and takes the place of this one";
+    case TextRemarkKind::AmbiguousDelimiter:
+        return "the delimiter could also begin further on: what stands before it may have ended with its character";
+    }
+    return "";
+}
+
+// What an editor puts behind a text is nobody's loss.
+bool IsLineEnd(const TextRemark& iRemark, const std::wstring& iText)
+{
+    const std::wstring_view lPart = std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength);
+    return iRemark.mKind == TextRemarkKind::IgnoredTail && (lPart == L"\n" || lPart == L"\r\n");
+}
+
+// The delimiters that a text is read with, where that is known.
+std::optional<DelimiterTexts> FindPair(const std::wstring& iText, const TextCheckResult& iResult,
+                                       const std::optional<DelimiterTexts>& iGiven)
+{
+    if (iResult.mContentPosition == 0)
+    {
+        return iGiven;
+    }
+    try
+    {
+        const BagPtr lEmpty(QTalBase::CreatePropertyBag(iText.substr(0, iResult.mContentPosition).c_str()));
+        return DelimiterTexts{lEmpty->GetBeginDelimiter(), lEmpty->GetEndDelimiter()};
+    }
+    catch (const QTalBase::PropertyBagException&) // the header is not closed
+    {
+        return {};
+    }
+}
+
+class FileCheck
+{
+public:
+    FileCheck(const CheckOptions& iOptions, const std::string& iFile, const Streams& iStreams)
+        : mOptions(iOptions), mFile(iFile), mStreams(iStreams), mPalette(iOptions.mColor, iStreams.mIsErrTerminal)
+    {
+    }
+
+    int Run()
+    {
+        const std::optional<DelimiterTexts> lGiven = ReadPair(mOptions.mPair);
+        try
+        {
+            mText = ReadText(mFile);
+        }
+        catch (const EncodingError& lError) // not even UTF-8
+        {
+            hShowUnreadable(lError, lGiven);
+            return ExitBad;
+        }
+        const TextCheckResult lResult = hCheck(lGiven);
+        const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, lGiven);
+        Excerpts lExcerpts(mText, lResult, lPair, mOptions.mShowSecrets);
+        hWarn(lResult, lPair, lExcerpts);
+        if (!lResult.mIsValid)
+        {
+            const std::size_t lPosition = StepBeforeLineEnd(mText, lResult.mPosition);
+            mStreams.mErr << ShowPlace(mFile, lExcerpts.FindPlace(lPosition))
+                          << mPalette.Paint(Style::Error, ShowMessage(lResult.mMessage.c_str())) << '\n'
+                          << lExcerpts.Make(lPosition, 1, mPalette, Style::Error);
+            return ExitBad;
+        }
+        mStreams.mOut << ShowFile(mFile) << ": valid"
+                      << (mWarnings > 0 ? ", " + Count(mWarnings, "warning") : std::string()) << '\n';
+        return mWarnings > 0 && mOptions.mIsStrict ? ExitBad : ExitGood;
+    }
+
+private:
+    TextCheckResult hCheck(const std::optional<DelimiterTexts>& iGiven) const
+    {
+        if (iGiven)
+        {
+            MakeBag(*iGiven); // a pair that no bag may have is not the text's fault
+        }
+        const Progress lProgress("checking " + ShowFile(mFile), mText.size());
+        return CheckText(mText, iGiven);
+    }
+
+    // A zero character ends the text for who checks it, and only the beginning matters for what is secret.
+    void hShowUnreadable(const EncodingError& iError, const std::optional<DelimiterTexts>& iGiven)
+    {
+        mText = iError.GetText();
+        TextCheckResult lResult = hCheck(iGiven);
+        const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, iGiven);
+        lResult.mIsValid = false;
+        lResult.mPosition = iError.GetPlace();
+        mStreams.mErr << mPalette.Paint(Style::Error, iError.what()) << '\n'
+                      << Excerpts(mText, lResult, lPair, mOptions.mShowSecrets)
+                             .Make(iError.GetPlace(), 1, mPalette, Style::Error);
+    }
+
+    // Counts the warnings; not all of them are shown.
+    void hWarn(const TextCheckResult& iResult, const std::optional<DelimiterTexts>& iPair, Excerpts& oExcerpts)
+    {
+        if (mText.rfind(L'\uFEFF', 0) == 0)
+        {
+            hWarnOf(0, 1, oExcerpts,
+                    [] { return "the text begins with a byte-order mark, which belongs to no text form"; });
+        }
+        if (iPair)
+        {
+            hWarnOfHeader(iResult, *iPair, oExcerpts);
+        }
+        for (const TextRemark& lRemark : iResult.mRemarks)
+        {
+            if (!IsLineEnd(lRemark, mText))
+            {
+                hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts,
+                        [&] { return Describe(lRemark, mText, oExcerpts.IsSecret(lRemark.mPosition)); });
+            }
+        }
+        if (mWarnings > mOptions.mMaxWarnings && mOptions.mMaxWarnings > 0)
+        {
+            mStreams.mErr << ShowFile(mFile) << ": " << Count(mWarnings - mOptions.mMaxWarnings, "more warning")
+                          << '\n';
+        }
+    }
+
+    // Reading a header is loose; what it takes for delimiters may have been meant otherwise.
+    void hWarnOfHeader(const TextCheckResult& iResult, const DelimiterTexts& iPair, Excerpts& oExcerpts)
+    {
+        const HeaderKind lKind = FindHeaderKind(mText, iResult, iPair);
+        const bool lIsAll = mText.find_first_not_of(L"\r\n", iResult.mContentPosition) == std::wstring::npos;
+        if (lKind == HeaderKind::NotAsWritten)
+        {
+            const std::wstring lWritten = WriteHeader(iPair);
+            const std::size_t lPlace = static_cast<std::size_t>(
+                std::mismatch(mText.begin(), mText.end(), lWritten.begin(), lWritten.end()).first - mText.begin());
+            hWarnOf(lPlace, 1, oExcerpts, [] { return "the header is not as it would be written"; });
+        }
+        else if (lKind == HeaderKind::Swallowing && lIsAll)
+        {
+            hWarnOf(WriteHeader(iPair).size() - iPair.mEnd.size() - iPair.mBegin.size(), iPair.mBegin.size(), oExcerpts,
+                    [] { return "the header's begin delimiter takes what may have been properties"; });
+        }
+    }
+
+    template <class Description>
+    void hWarnOf(std::size_t iPosition, std::size_t iLength, Excerpts& oExcerpts, const Description& iDescribe)
+    {
+        if (++mWarnings <= mOptions.mMaxWarnings)
+        {
+            mStreams.mErr << ShowPlace(mFile, oExcerpts.FindPlace(iPosition))
+                          << mPalette.Paint(Style::Warning, std::string("warning: ") + iDescribe()) << '\n'
+                          << oExcerpts.Make(iPosition, iLength, mPalette, Style::Warning);
+        }
+    }
+
+    const CheckOptions& mOptions;
+    std::string mFile;
+    const Streams& mStreams;
+    Palette mPalette;
+    std::wstring mText;
+    std::size_t mWarnings = 0;
+};
+
+} // namespace
+
+int Check(const CheckOptions& iOptions, const Streams& iStreams)
+{
+    std::vector<std::string> lFiles = iOptions.mFiles;
+    if (lFiles.empty())
+    {
+        lFiles.emplace_back("-");
+    }
+    int lStatus = ExitGood;
+    for (const std::string& lFile : lFiles)
+    {
+        try
+        {
+            lStatus = std::max(lStatus, FileCheck(iOptions, lFile, iStreams).Run());
+        }
+        catch (const IoError& lError)
+        {
+            iStreams.mErr << "talbase: " << lError.what() << '\n';
+            lStatus = ExitTrouble;
+        }
+    }
+    return lStatus;
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,168 @@
+// What the commands do, without the command line. Each returns an ExitStatus, and throws UsageError, IoError, DataError
+// or a library message; main turns those into a line on standard error and a status. Files are names, "-" is standard
+// input.
+
+#ifndef TALBASETOOL_COMMANDS_COMMANDS_H
+#define TALBASETOOL_COMMANDS_COMMANDS_H
+
+#include "File/Document.h"
+#include "Text/Display.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+// What every command that reads a text and shows it has.
+struct ViewOptions
+{
+    std::string mFile = "-";
+    RawPair mPair;
+    ColorChoice mColor = ColorChoice::Auto;
+    bool mShowSecrets = false;
+};
+
+// What every command that changes a text has.
+struct ChangeOptions
+{
+    std::string mFile = "-";
+    RawPair mPair;
+    Target mTarget;
+};
+
+// A tree of the properties.
+struct ShowOptions : ViewOptions
+{
+    bool mIsRaw = false;          // values as they are stored
+    std::size_t mLongest = 200;   // characters of a value; 0 for all
+    std::optional<int> mMaxDepth; // of nested bags that are opened
+};
+int Show(const ShowOptions& iOptions, const Streams& iStreams);
+
+// Whether texts can be read, where they cannot, and what of them gets lost.
+struct CheckOptions
+{
+    std::vector<std::string> mFiles;
+    RawPair mPair;
+    ColorChoice mColor = ColorChoice::Auto;
+    bool mShowSecrets = false;
+    std::size_t mMaxWarnings = 20; // of each file
+    bool mIsStrict = false;        // a text with warnings counts as invalid
+};
+int Check(const CheckOptions& iOptions, const Streams& iStreams);
+
+// The value at a path, or the text form of the bag there.
+struct GetOptions
+{
+    std::string mPath;
+    std::string mFile = "-";
+    RawPair mPair;
+    bool mIsRaw = false;
+    bool mHasNoLineEnd = false;
+};
+int Get(const GetOptions& iOptions, const Streams& iStreams);
+
+struct SetOptions : ChangeOptions
+{
+    std::string mPath;
+    std::optional<std::string> mValue;
+    std::string mValueFile; // where the value comes from otherwise
+};
+int Set(const SetOptions& iOptions, const Streams& iStreams);
+
+struct RemoveOptions : ChangeOptions
+{
+    std::string mPath;
+};
+int Remove(const RemoveOptions& iOptions, const Streams& iStreams);
+
+struct MoveOptions : ChangeOptions
+{
+    std::string mFrom;
+    std::string mTo;
+};
+int Move(const MoveOptions& iOptions, const Streams& iStreams);
+
+struct EmbedOptions : ChangeOptions
+{
+    std::string mPath;
+    std::string mBagFile;
+};
+int Embed(const EmbedOptions& iOptions, const Streams& iStreams);
+
+// What two bags do not have in common.
+struct DiffOptions : ViewOptions // mFile is the first one
+{
+    std::string mOther;
+    bool mIsOrdered = false;
+};
+int Diff(const DiffOptions& iOptions, const Streams& iStreams);
+
+// One bag of several: later properties replace earlier ones.
+struct MergeOptions
+{
+    std::vector<std::string> mFiles;
+    RawPair mPair;
+    bool mIsDeep = false; // nested bags are merged, too, not replaced
+};
+int Merge(const MergeOptions& iOptions, const Streams& iStreams);
+
+struct ToJsonOptions
+{
+    std::string mFile = "-";
+    RawPair mPair;
+    int mIndent = 2; // negative for all on one line
+    bool mIsTyped = false;
+};
+int ToJson(const ToJsonOptions& iOptions, const Streams& iStreams);
+
+struct FromJsonOptions
+{
+    std::string mFile = "-";
+    RawPair mPair; // of the bag that is made
+    bool mHasHeader = true;
+    bool mIsStrict = false;
+    bool mIsVerbose = false;
+};
+int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams);
+
+struct RedactOptions : ChangeOptions
+{
+    std::vector<std::string> mNames; // besides those that the library knows
+};
+int Redact(const RedactOptions& iOptions, const Streams& iStreams);
+
+struct DelimitersOptions : ChangeOptions // mPair is the one that the text is read with
+{
+    std::string mBegin;
+    std::string mEnd;
+};
+int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams);
+
+struct WindowRange
+{
+    bool mIsOpen;
+    std::string mHours;
+};
+struct WindowOptions : ChangeOptions
+{
+    bool mHasFile = false;
+    std::string mBagPath; // of the bag that holds the window; empty for the outermost
+    std::string mPrefix;
+    std::optional<std::string> mValue; // the window's text form
+    std::vector<WindowRange> mRanges;  // in the order in which they change the window
+    bool mIsSet = false;
+    bool mHasNow = false;
+    std::optional<unsigned int> mHour;
+    ColorChoice mColor = ColorChoice::Auto;
+};
+int Window(const WindowOptions& iOptions, const Streams& iStreams);
+
+int Guids(unsigned int iCount, const Streams& iStreams);
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,238 @@
+#include "Commands/Commands.h"
+
+#include "File/Files.h"
+#include "Text/BagWalk.h"
+#include "Text/Errors.h"
+#include "Text/Text.h"
+#include "Text/TextBuilder.h"
+
+#include <algorithm>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+// Throws where what a path names is of another kind than what is to be put there.
+void CheckReplaces(const BagPtr& iRoot, const Path& iPath, Kind iKind)
+{
+    const Kind lKind = FindKind(iRoot, iPath);
+    if (lKind != Kind::Missing && lKind != iKind)
+    {
+        throw DataError(ShowPath(iPath) +
+                        (lKind == Kind::Bag ? " is a bag; remove it first" : " is a plain value; remove it first"));
+    }
+}
+
+void CheckExists(const BagPtr& iRoot, const Path& iPath)
+{
+    if (FindKind(iRoot, iPath) == Kind::Missing)
+    {
+        throw DataError("there is no " + ShowPath(iPath));
+    }
+}
+
+// Sets a property of a bag, plain or nested, where ipNest is not null.
+void PutInto(const BagPtr& iBag, const std::wstring& iName, const std::wstring& iValue, const BagPtr& iNest)
+{
+    if (iNest)
+    {
+        iBag->EmbedProperty(iName.c_str(), iNest.get());
+    }
+    else
+    {
+        iBag->SetProperty(iName.c_str(), iValue.c_str(), false);
+    }
+}
+
+// Throws where the text of a bag would not give a name back.
+void CheckNames(const QTalBase::PropertyBag& iBag, const Path& iPath)
+{
+    TextBuilder lBuilder(iBag.GetBeginDelimiter(), iBag.GetEndDelimiter());
+    for (const std::wstring& lName : iPath)
+    {
+        const Fault lFault = lBuilder.OpenBag(lName);
+        if (lFault != Fault::None)
+        {
+            throw DataError(ShowPath(iPath) + ": with these delimiters it would be " + Describe(lFault));
+        }
+    }
+}
+
+// Sets a property at a path: the bags on the way that are not there are made, the innermost first, because an empty one
+// could not be embedded.
+void Put(const BagPtr& iRoot, const Path& iPath, const std::wstring& iValue, BagPtr iNest)
+{
+    CheckNames(*iRoot, iPath);
+    Path lPath = iPath;
+    BagPtr lParent = FindParent(iRoot, lPath);
+    while (!lParent)
+    {
+        const BagPtr lMade(QTalBase::CreatePropertyBag(iRoot->GetBeginDelimiter(), iRoot->GetEndDelimiter()));
+        PutInto(lMade, lPath.back(), iValue, iNest);
+        iNest = lMade;
+        lPath.pop_back();
+        lParent = FindParent(iRoot, lPath);
+    }
+    PutInto(lParent, lPath.back(), iValue, iNest);
+}
+
+// Puts a plain value and looks whether it can be got again.
+void PutPlain(const BagPtr& iRoot, const Path& iPath, const std::wstring& iValue)
+{
+    Put(iRoot, iPath, iValue, {});
+    const BagPtr lParent = FindParent(iRoot, iPath);
+    if (!lParent || std::wstring_view(lParent->GetProperty(iPath.back().c_str())) != iValue)
+    {
+        throw DataError(ShowPath(iPath) + ": a bag with these delimiters does not give that value back as it is");
+    }
+}
+
+// The same for a nested bag, which is copied through its text.
+void PutBag(const BagPtr& iRoot, const Path& iPath, const BagPtr& iNest)
+{
+    Put(iRoot, iPath, {}, iNest);
+    const BagPtr lParent = FindParent(iRoot, iPath);
+    const wchar_t* lName = iPath.back().c_str();
+    if (!lParent || !lParent->IsPropertyEmbedded(lName) || FindChange(iNest, lParent->GetPropertyBag(lName)))
+    {
+        throw DataError(ShowPath(iPath) + ": a bag with these delimiters does not give that bag back as it is");
+    }
+}
+
+// The options with the arguments in their places: without a VALUE, what stands there is the FILE.
+SetOptions Arranged(SetOptions iOptions)
+{
+    if (iOptions.mValueFile.empty() && !iOptions.mValue)
+    {
+        throw UsageError("a VALUE is needed, or --value-from");
+    }
+    if (!iOptions.mValueFile.empty() && iOptions.mValue)
+    {
+        if (iOptions.mFile != "-")
+        {
+            throw UsageError("VALUE and --value-from exclude each other");
+        }
+        iOptions.mFile = *iOptions.mValue;
+        iOptions.mValue.reset();
+    }
+    if (iOptions.mValueFile == "-" && iOptions.mFile == "-")
+    {
+        throw UsageError("the text and the value cannot both come from standard input");
+    }
+    return iOptions;
+}
+
+} // namespace
+
+int Get(const GetOptions& iOptions, const Streams& iStreams)
+{
+    const Path lPath = ParsePath(iOptions.mPath);
+    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    CheckExists(lDocument.mBag, lPath);
+    const BagPtr lParent = FindParent(lDocument.mBag, lPath);
+    const wchar_t* lName = lPath.back().c_str();
+    QBase::ReturnWString lText{L""};
+    if (lParent->IsPropertyEmbedded(lName))
+    {
+        lText = lParent->GetPropertyBag(lName)->GetString(lDocument.mHasHeader, nullptr, nullptr, true);
+    }
+    else
+    {
+        lText = lParent->GetProperty(lName);
+        if (iOptions.mIsRaw)
+        {
+            lText = Escaping(lParent->GetBeginDelimiter(), lParent->GetEndDelimiter()).Escape(lText);
+        }
+    }
+    EncodeBlocks(lText, [&](std::string_view iBytes) { iStreams.mOut << iBytes; });
+    iStreams.mOut << (iOptions.mHasNoLineEnd ? "" : "\n");
+    return ExitGood;
+}
+
+int Set(const SetOptions& iOptions, const Streams& iStreams)
+{
+    const SetOptions lOptions = Arranged(iOptions);
+    CheckTarget(lOptions.mFile, lOptions.mTarget);
+    const Path lPath = ParsePath(lOptions.mPath);
+    const std::wstring lValue =
+        lOptions.mValue ? ReadArgument(*lOptions.mValue, "the value") : ReadText(lOptions.mValueFile);
+    if (lValue.empty())
+    {
+        throw UsageError("a bag cannot hold an empty value; 'talbase remove' takes a property out");
+    }
+    const Document lDocument = LoadToChange(lOptions.mFile, lOptions.mPair);
+    CheckReplaces(lDocument.mBag, lPath, Kind::Plain);
+    PutPlain(lDocument.mBag, lPath, lValue);
+    Save(lDocument, lOptions.mTarget, iStreams);
+    return ExitGood;
+}
+
+int Remove(const RemoveOptions& iOptions, const Streams& iStreams)
+{
+    CheckTarget(iOptions.mFile, iOptions.mTarget);
+    const Path lPath = ParsePath(iOptions.mPath);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    CheckExists(lDocument.mBag, lPath);
+    FindParent(lDocument.mBag, lPath)->RemoveProperty(lPath.back().c_str());
+    Save(lDocument, iOptions.mTarget, iStreams);
+    return ExitGood;
+}
+
+int Move(const MoveOptions& iOptions, const Streams& iStreams)
+{
+    CheckTarget(iOptions.mFile, iOptions.mTarget);
+    const Path lFrom = ParsePath(iOptions.mFrom);
+    const Path lTo = ParsePath(iOptions.mTo);
+    if (lTo.size() > lFrom.size() && std::equal(lFrom.begin(), lFrom.end(), lTo.begin()))
+    {
+        throw UsageError("a bag cannot be moved into itself");
+    }
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    CheckExists(lDocument.mBag, lFrom);
+    if (FindKind(lDocument.mBag, lTo) != Kind::Missing)
+    {
+        throw DataError(ShowPath(lTo) + " is there already; remove it first");
+    }
+    const BagPtr lParent = FindParent(lDocument.mBag, lFrom);
+    const wchar_t* lName = lFrom.back().c_str();
+    const BagPtr lNest = lParent->IsPropertyEmbedded(lName) ? lParent->GetPropertyBag(lName) : BagPtr();
+    const std::wstring lValue = lNest ? L"" : lParent->GetProperty(lName).c_str();
+    lParent->RemoveProperty(lName);
+    if (lNest)
+    {
+        PutBag(lDocument.mBag, lTo, lNest);
+    }
+    else
+    {
+        PutPlain(lDocument.mBag, lTo, lValue);
+    }
+    Save(lDocument, iOptions.mTarget, iStreams);
+    return ExitGood;
+}
+
+int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
+{
+    CheckTarget(iOptions.mFile, iOptions.mTarget);
+    const Path lPath = ParsePath(iOptions.mPath);
+    if (iOptions.mFile == "-" && iOptions.mBagFile == "-")
+    {
+        throw UsageError("the text and the bag cannot both come from standard input");
+    }
+    Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    ReportLosses(lNest, iStreams.mErr);
+    LeaveOutEmptyBags(lNest.mBag, iStreams.mErr);
+    if (lNest.mBag->GetCount() == 0)
+    {
+        throw DataError(ShowFile(iOptions.mBagFile) + ": a text cannot hold a bag without properties");
+    }
+    CheckReplaces(lDocument.mBag, lPath, Kind::Bag);
+    const BagPtr lRoot = lDocument.mBag;
+    PutBag(lRoot, lPath, WithDelimiters(lNest.mBag, lRoot->GetBeginDelimiter(), lRoot->GetEndDelimiter()));
+    Save(lDocument, iOptions.mTarget, iStreams);
+    return ExitGood;
+}
+
+} // namespace TalBaseTool

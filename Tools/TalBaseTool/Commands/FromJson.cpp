@@ -1,0 +1,348 @@
+// JSON is read event by event and written into a text form as it comes, so that no document is held in memory beside
+// the bag. An object becomes a bag; an array becomes a bag whose names are the numbers from 0 on.
+
+#include "Commands/Commands.h"
+
+#include "Commands/JsonReport.h"
+#include "File/Files.h"
+#include "File/Progress.h"
+#include "Text/Errors.h"
+#include "Text/Place.h"
+#include "Text/Text.h"
+#include "Text/TextBuilder.h"
+
+#include "QBase/Convert.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <unordered_map>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+// The widest numbers, because one that does not fit is refused, though only its text is kept.
+using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
+                                  long double>;
+
+constexpr std::size_t gWholeDocument = static_cast<std::size_t>(-1);
+constexpr std::string_view gByteOrderMark = "\xEF\xBB\xBF";
+
+// Where a document cannot be read, in bytes, and why.
+struct JsonError
+{
+    std::size_t mIndex = 0;
+    std::string mText;
+};
+
+class JsonReader : public nlohmann::json_sax<Json>
+{
+public:
+    JsonReader(TextBuilder& oBuilder, JsonReport& oReport) : mBuilder(oBuilder), mReport(oReport) {}
+
+    const JsonError& GetError() const
+    {
+        return mError;
+    }
+
+    bool null() override
+    {
+        return hTakeScalar("null");
+    }
+
+    bool boolean(bool iValue) override
+    {
+        return hTakeScalar(iValue ? "true" : "false");
+    }
+
+    bool number_integer(number_integer_t iValue) override
+    {
+        return hTakeScalar(iValue == 0 ? "-0" : std::to_string(iValue)); // without a sign it would be unsigned
+    }
+
+    bool number_unsigned(number_unsigned_t iValue) override
+    {
+        return hTakeScalar(std::to_string(iValue));
+    }
+
+    bool number_float(number_float_t, const string_t& iText) override
+    {
+        return hTakeScalar(iText);
+    }
+
+    bool string(string_t& iValue) override
+    {
+        return hTake(iValue, false);
+    }
+
+    bool binary(binary_t&) override
+    {
+        return false; // JSON text has none
+    }
+
+    bool start_object(std::size_t) override
+    {
+        return hOpen(false);
+    }
+
+    bool key(string_t& iName) override
+    {
+        mFrames.back().mName = QBase::UTF8ToWideChar(iName, true);
+        return true;
+    }
+
+    bool end_object() override
+    {
+        return hClose();
+    }
+
+    bool start_array(std::size_t) override
+    {
+        return hOpen(true);
+    }
+
+    bool end_array() override
+    {
+        return hClose();
+    }
+
+    // The message is "[json.exception.…] parse error at line 1, column 10: …; last read: …", where the last piece is
+    // the document's own and may be a secret.
+    bool parse_error(std::size_t iRead, const std::string& iLast, const nlohmann::detail::exception& iError) override
+    {
+        if (dynamic_cast<const Json::out_of_range*>(&iError) != nullptr)
+        {
+            mError = {iRead - std::min(iRead, iLast.size()), "the number is too large"};
+            return false;
+        }
+        const std::string lWhat = iError.what();
+        const std::size_t lPlace = lWhat.find(" at line ");
+        const std::size_t lSaid = lPlace != std::string::npos ? lWhat.find(": ", lPlace) : std::string::npos;
+        const std::string lText = lSaid != std::string::npos ? lWhat.substr(lSaid + 2) : lWhat;
+        mError = {iRead - std::min<std::size_t>(iRead, 1), lText.substr(0, lText.find("; last read: "))};
+        return false;
+    }
+
+private:
+    // An object or array being read.
+    struct Frame
+    {
+        std::wstring mName; // of the property that is read
+        bool mIsArray;
+        bool mIsLeftOut;      // with all that is in it
+        std::size_t mCount;   // of its properties so far
+        bool mLooksLikeArray; // its names are the numbers from 0 on, so far
+        bool mHasNested;
+        bool mIsOrderLost;
+        std::unordered_map<std::wstring, TextSpan> mNames; // and where they stand; nowhere where they were left out
+    };
+
+    Path hPath() const
+    {
+        Path lPath;
+        for (const Frame& lFrame : mFrames)
+        {
+            lPath.push_back(lFrame.mName);
+        }
+        return lPath;
+    }
+
+    void hCount(Loss iLoss)
+    {
+        mReport.Add(iLoss, mReport.WantsPlace(iLoss) ? hPath() : Path());
+    }
+
+    // Comes before every value. Returns whether it is kept.
+    bool hBegin(bool iIsNested)
+    {
+        Frame& lFrame = mFrames.back();
+        const std::wstring lNumber = std::to_wstring(lFrame.mCount);
+        if (lFrame.mIsArray)
+        {
+            lFrame.mName = lNumber;
+        }
+        ++lFrame.mCount;
+        if (lFrame.mIsLeftOut)
+        {
+            return false;
+        }
+        if (!lFrame.mIsArray)
+        {
+            lFrame.mLooksLikeArray = lFrame.mLooksLikeArray && lFrame.mName == lNumber;
+            if (lFrame.mNames.count(lFrame.mName) != 0)
+            {
+                hCount(Loss::RepeatedName);
+            }
+            lFrame.mIsOrderLost = lFrame.mIsOrderLost || (lFrame.mHasNested && !iIsNested);
+            lFrame.mHasNested = lFrame.mHasNested || iIsNested;
+        }
+        return true;
+    }
+
+    // The last property of a name counts, also where nothing is kept of it: reading the text would take the one before.
+    void hReplace(const TextSpan& iSpan)
+    {
+        Frame& lFrame = mFrames.back();
+        if (!lFrame.mIsArray)
+        {
+            TextSpan& lKept = lFrame.mNames[lFrame.mName];
+            mBuilder.Drop(lKept);
+            lKept = iSpan;
+        }
+    }
+
+    void hReport(Fault iFault)
+    {
+        hCount(iFault == Fault::EmptyValue  ? Loss::EmptyText
+               : iFault == Fault::EmptyName ? Loss::EmptyName
+                                            : Loss::Unholdable);
+    }
+
+    bool hTakeScalar(const std::string& iText)
+    {
+        return hTake(iText, true);
+    }
+
+    bool hTake(const std::string& iValue, bool iIsScalar)
+    {
+        if (mFrames.empty())
+        {
+            mError = {gWholeDocument, "a bag is made of an object or an array, and this is neither"};
+            return false;
+        }
+        if (!hBegin(false))
+        {
+            return true;
+        }
+        const std::size_t lStart = mBuilder.GetSize();
+        const Fault lFault = mBuilder.AddPlain(mFrames.back().mName, QBase::UTF8ToWideChar(iValue, true));
+        hReplace({lStart, mBuilder.GetSize()});
+        if (lFault != Fault::None)
+        {
+            hReport(lFault);
+        }
+        else if (iIsScalar)
+        {
+            hCount(Loss::Type);
+        }
+        return true;
+    }
+
+    bool hOpen(bool iIsArray)
+    {
+        bool lIsLeftOut = false;
+        if (!mFrames.empty())
+        {
+            lIsLeftOut = !hBegin(true);
+            const Fault lFault = lIsLeftOut ? Fault::None : mBuilder.OpenBag(mFrames.back().mName);
+            if (lFault != Fault::None)
+            {
+                hReport(lFault);
+                hReplace({0, 0});
+                lIsLeftOut = true;
+            }
+        }
+        mFrames.push_back(Frame{{}, iIsArray, lIsLeftOut, 0, !iIsArray, false, false, {}});
+        return true;
+    }
+
+    bool hClose()
+    {
+        const Frame lFrame = std::move(mFrames.back());
+        mFrames.pop_back();
+        if (lFrame.mIsLeftOut)
+        {
+            return true;
+        }
+        if (lFrame.mCount == 0 && !mFrames.empty())
+        {
+            hCount(lFrame.mIsArray ? Loss::EmptyArray : Loss::EmptyObject);
+        }
+        else if (lFrame.mCount > 0 && lFrame.mLooksLikeArray)
+        {
+            hCount(Loss::ArrayLike);
+        }
+        if (lFrame.mIsOrderLost)
+        {
+            hCount(Loss::Order);
+        }
+        if (!mFrames.empty())
+        {
+            const std::size_t lStart = mBuilder.CloseBag(); // one of which nothing is left goes without a word more
+            hReplace({lStart, mBuilder.GetSize()});
+        }
+        return true;
+    }
+
+    TextBuilder& mBuilder;
+    JsonReport& mReport;
+    std::vector<Frame> mFrames;
+    JsonError mError;
+};
+
+// The place of a byte as editors count it.
+Place FindBytePlace(std::string_view iBytes, std::size_t iIndex)
+{
+    std::string_view lBefore = iBytes.substr(0, iIndex);
+    lBefore.remove_prefix(lBefore.rfind(gByteOrderMark, 0) == 0 ? gByteOrderMark.size() : 0);
+    const auto lLines = std::count(lBefore.begin(), lBefore.end(), '\n');
+    lBefore.remove_prefix(lBefore.rfind('\n') + 1); // 0 where there is none
+    const auto lCharacters = std::count_if(lBefore.begin(), lBefore.end(), [](char iByte) {
+        return (static_cast<unsigned char>(iByte) & 0xC0U) != 0x80U; // does not go on with one
+    });
+    return {static_cast<std::size_t>(lLines) + 1, static_cast<std::size_t>(lCharacters) + 1};
+}
+
+[[noreturn]] void ThrowJsonError(const std::string& iFile, std::string_view iBytes, const JsonError& iError)
+{
+    const std::string lPlace = iError.mIndex == gWholeDocument ? ShowFile(iFile) + ": "
+                                                               : ShowPlace(iFile, FindBytePlace(iBytes, iError.mIndex));
+    throw TextError(lPlace + ToUtf8(MakeControlsPrintable(QBase::UTF8ToWideChar(iError.mText, false))));
+}
+
+std::string ReadBytes(const std::string& iFile)
+{
+    std::string lBytes;
+    ReadBlocks(iFile, [&](std::string_view iBlock) { lBytes.append(iBlock); });
+    return lBytes;
+}
+
+} // namespace
+
+int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
+{
+    const DelimiterTexts lPair = ReadPair(iOptions.mPair).value_or(DelimiterTexts{BEGIN, END});
+    MakeBag(lPair); // refuses a pair that no bag may have before anything is read
+    TextBuilder lBuilder(lPair.mBegin, lPair.mEnd);
+    JsonReport lReport(iOptions.mIsVerbose);
+    JsonReader lReader(lBuilder, lReport);
+    {
+        const std::string lBytes = ReadBytes(iOptions.mFile);
+        const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
+        const std::size_t lZero = lBytes.find('\0');
+        if (lZero != std::string::npos) // the end of the document, for who parses it
+        {
+            ThrowJsonError(iOptions.mFile, lBytes, {lZero, "a zero character, which JSON does not allow"});
+        }
+        if (!Json::sax_parse(lBytes, &lReader))
+        {
+            ThrowJsonError(iOptions.mFile, lBytes, lReader.GetError());
+        }
+    }
+    lReport.Write(iStreams.mErr);
+    if (iOptions.mIsStrict && lReport.HasLoss())
+    {
+        throw DataError(ShowFile(iOptions.mFile) + ": a bag cannot hold all of it");
+    }
+    Document lDocument;
+    lDocument.mBag = lBuilder.MakeBag();
+    lDocument.mHasHeader = iOptions.mHasHeader;
+    lDocument.mLineEnd = L"\n";
+    Save(lDocument, {}, iStreams);
+    return ExitGood;
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,138 @@
+#include "Commands/Commands.h"
+
+#include "Text/BagWalk.h"
+#include "Text/Errors.h"
+#include "Text/Text.h"
+#include "Text/TextBuilder.h"
+
+#include "QDataType/StringCollection.h"
+#include "TalBase/Guid.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+struct MergePair
+{
+    BagPtr mInto;
+    BagPtr mFrom;
+};
+
+// Merges property by property at every depth.
+void MergeDeep(const BagPtr& iInto, const BagPtr& iFrom)
+{
+    for (std::vector<MergePair> lPairs{{iInto, iFrom}}; !lPairs.empty();)
+    {
+        const MergePair lPair = lPairs.back();
+        lPairs.pop_back();
+        const NameIndex lNames(*lPair.mInto);
+        const std::unique_ptr<QDataType::StringCollection> lOthers(QDataType::CreateStringCollection());
+        for (unsigned int lIndex = 0; lIndex < lPair.mFrom->GetCount(); ++lIndex)
+        {
+            const QBase::ReturnWString lName = lPair.mFrom->GetName(lIndex);
+            const unsigned int lPlace = lNames.Find(lName.c_str());
+            if (lPair.mFrom->IsEmbedded(lIndex) && lPlace != NameIndex::gNone && lPair.mInto->IsEmbedded(lPlace))
+            {
+                lPairs.push_back({lPair.mInto->GetValuePropertyBag(lPlace), lPair.mFrom->GetValuePropertyBag(lIndex)});
+            }
+            else
+            {
+                lOthers->Insert(lName.c_str());
+            }
+        }
+        if (lOthers->GetCount() > 0)
+        {
+            const BagPtr lRest(lPair.mFrom->FilteredClone(lOthers.get()));
+            lPair.mInto->AddPropertyBag(lRest.get());
+        }
+    }
+}
+
+} // namespace
+
+int Merge(const MergeOptions& iOptions, const Streams& iStreams)
+{
+    if (std::count(iOptions.mFiles.begin(), iOptions.mFiles.end(), "-") > 1)
+    {
+        throw UsageError("standard input can be read only once");
+    }
+    const Document lDocument = LoadToChange(iOptions.mFiles.front(), iOptions.mPair);
+    const BagPtr lInto = lDocument.mBag;
+    for (std::size_t lIndex = 1; lIndex < iOptions.mFiles.size(); ++lIndex)
+    {
+        Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
+        ReportLosses(lOther, iStreams.mErr);
+        LeaveOutEmptyBags(lOther.mBag, iStreams.mErr);
+        const BagPtr lFrom = WithDelimiters(lOther.mBag, lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
+        if (iOptions.mIsDeep)
+        {
+            MergeDeep(lInto, lFrom);
+        }
+        else
+        {
+            lInto->AddPropertyBag(lFrom.get());
+        }
+    }
+    Save(lDocument, {}, iStreams);
+    return ExitGood;
+}
+
+int Redact(const RedactOptions& iOptions, const Streams& iStreams)
+{
+    CheckTarget(iOptions.mFile, iOptions.mTarget);
+    std::set<std::wstring> lNames;
+    for (const std::string& lName : iOptions.mNames)
+    {
+        lNames.insert(ReadArgument(lName, "--name"));
+    }
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    const SensitiveNames lSensitive(std::move(lNames));
+    std::size_t lCount = 0;
+    for (BagWalk lWalk(lDocument.mBag); lWalk.Next();)
+    {
+        if (!lSensitive.IsSensitive(lWalk.GetName()))
+        {
+            continue;
+        }
+        if (lWalk.GetStep() == Step::Enter)
+        {
+            lWalk.Skip();
+            continue; // taken out when it ends
+        }
+        lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
+        lWalk.Removed();
+        ++lCount;
+    }
+    LeaveOutEmptyBags(lDocument.mBag, iStreams.mErr);
+    iStreams.mErr << "talbase: " << Count(lCount, "property", "properties") << " taken out\n";
+    Save(lDocument, iOptions.mTarget, iStreams);
+    return ExitGood;
+}
+
+int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams)
+{
+    CheckTarget(iOptions.mFile, iOptions.mTarget);
+    const DelimiterTexts lPair{ReadArgument(iOptions.mBegin, "--begin"), ReadArgument(iOptions.mEnd, "--end")};
+    MakeBag(lPair); // refuses a pair that no bag may have before anything is read
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    LeaveOutEmptyBags(lDocument.mBag, iStreams.mErr);
+    lDocument.mBag = WithDelimiters(lDocument.mBag, lPair.mBegin, lPair.mEnd);
+    Save(lDocument, iOptions.mTarget, iStreams);
+    return ExitGood;
+}
+
+int Guids(unsigned int iCount, const Streams& iStreams)
+{
+    for (unsigned int lIndex = 0; lIndex < iCount; ++lIndex)
+    {
+        iStreams.mOut << ToUtf8(QTalBase::Guid::GenerateUniqueString()) << '\n';
+    }
+    return ExitGood;
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,256 @@
+#include "File/Document.h"
+
+#include "File/Files.h"
+#include "File/InPlace.h"
+#include "File/Losses.h"
+#include "File/Progress.h"
+#include "Text/BagWalk.h"
+#include "Text/Errors.h"
+#include "Text/Messages.h"
+#include "Text/Place.h"
+#include "Text/Text.h"
+#include "Text/TextBuilder.h"
+
+#include "QBase/Message.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+// The line end that stands behind a text, outside of it.
+std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDelimiter)
+{
+    for (const std::wstring_view lLineEnd : {L"\r\n", L"\n"})
+    {
+        const std::wstring lEnd = iEndDelimiter + std::wstring(lLineEnd);
+        if (iText.size() >= lEnd.size() && iText.compare(iText.size() - lEnd.size(), lEnd.size(), lEnd) == 0)
+        {
+            return std::wstring(lLineEnd);
+        }
+    }
+    return {};
+}
+
+// Reports why, and where, a text could not be read.
+[[noreturn]] void ThrowWithPlace(const std::string& iFile, const std::wstring& iText,
+                                 const std::optional<DelimiterTexts>& iPair)
+{
+    const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
+    const Place lPlace = FindPlace(iText, StepBeforeLineEnd(iText, lResult.mPosition));
+    throw TextError(ShowPlace(iFile, lPlace) + ShowMessage(lResult.mMessage.c_str()));
+}
+
+template <class FindTextLosses>
+Document LoadAnd(const std::string& iFile, const RawPair& iPair, FindTextLosses iFindLosses)
+{
+    ReadPair(iPair); // a wrong command line is told before anything is read
+    const std::wstring lText = ReadText(iFile);
+    const std::optional<DelimiterTexts> lPair = PairOf(lText, iPair);
+    Document lDocument;
+    lDocument.mFile = iFile;
+    lDocument.mHasHeader = !lPair;
+    const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
+    try
+    {
+        lDocument.mBag = ReadBag(lText.c_str(), lPair);
+    }
+    catch (const QTalBase::PropertyBagException&)
+    {
+        ThrowWithPlace(iFile, lText, lPair);
+    }
+    catch (const std::out_of_range&)
+    {
+        ThrowWithPlace(iFile, lText, lPair);
+    }
+    lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
+    lDocument.mLosses = iFindLosses(lText, lPair);
+    return lDocument;
+}
+
+// A text that could not be read again is never written.
+void CheckReadsBack(const Document& iDocument, const QBase::ReturnWString& iText)
+{
+    const Progress lProgress("reading back", iText.GetLength());
+    BagPtr lReadBack;
+    try
+    {
+        const DelimiterTexts lPair{iDocument.mBag->GetBeginDelimiter(), iDocument.mBag->GetEndDelimiter()};
+        lReadBack = ReadBag(iText.c_str(), iDocument.mHasHeader ? std::nullopt : std::make_optional(lPair));
+    }
+    catch (const QBase::Message& lMessage)
+    {
+        throw DataError("the text could not be read back: " + ShowMessage(lMessage.GetMessage()));
+    }
+    catch (const std::out_of_range&)
+    {
+        throw DataError("the text could not be read back: its header ends too early");
+    }
+    if (const std::optional<Path> lPath = FindChange(iDocument.mBag, lReadBack))
+    {
+        throw DataError(ShowPath(*lPath) + " would not be read back as it is");
+    }
+}
+
+constexpr std::size_t gShownBags = 3;
+
+struct EmptyBags
+{
+    std::size_t mCount = 0;
+    std::vector<std::string> mFirst;
+};
+
+// Those without properties, and those with nothing but such bags.
+EmptyBags FindEmptyBags(const BagPtr& iBag)
+{
+    EmptyBags lEmpty;
+    std::vector<bool> lIsEmpty; // for each bag around the step, so far
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        if (lWalk.GetStep() == Step::Enter)
+        {
+            lIsEmpty.push_back(true);
+            continue;
+        }
+        const bool lIsGone = lWalk.GetStep() == Step::Leave && lIsEmpty.back();
+        if (lWalk.GetStep() == Step::Leave)
+        {
+            lIsEmpty.pop_back();
+        }
+        if (lIsGone && lEmpty.mCount++ < gShownBags)
+        {
+            lEmpty.mFirst.push_back(ShowPath(lWalk.GetPath()));
+        }
+        if (!lIsGone && !lIsEmpty.empty())
+        {
+            lIsEmpty.back() = false;
+        }
+    }
+    return lEmpty;
+}
+
+void RemoveEmptyBags(const BagPtr& iBag)
+{
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        if (lWalk.GetStep() == Step::Leave && lWalk.GetBag()->GetCount() == 0)
+        {
+            lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
+            lWalk.Removed();
+        }
+    }
+}
+
+// Removing many of them one by one would take quadratic time; a bag that is built again lacks them.
+void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
+{
+    constexpr std::size_t lFew = 1000;
+    if (iCount > lFew)
+    {
+        try
+        {
+            oBag = Rebuild(oBag, oBag->GetBeginDelimiter(), oBag->GetEndDelimiter());
+            return;
+        }
+        catch (const DataError&) // its text would not give it back; who writes it will tell
+        {
+        }
+    }
+    RemoveEmptyBags(oBag);
+}
+
+} // namespace
+
+Document Load(const std::string& iFile, const RawPair& iPair)
+{
+    return LoadAnd(iFile, iPair, [](const std::wstring&, const std::optional<DelimiterTexts>&) {
+        return std::vector<std::string>();
+    });
+}
+
+Document LoadToChange(const std::string& iFile, const RawPair& iPair)
+{
+    return LoadAnd(iFile, iPair, [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
+        return FindLosses(iFile, iText, iTextPair);
+    });
+}
+
+void ReportLosses(const Document& iDocument, std::ostream& oErr)
+{
+    for (const std::string& lLine : iDocument.mLosses)
+    {
+        oErr << lLine << '\n';
+    }
+}
+
+QBase::ReturnWString Render(const Document& iDocument)
+{
+    return iDocument.mBag->GetString(iDocument.mHasHeader, nullptr, nullptr, true);
+}
+
+void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr)
+{
+    const EmptyBags lEmpty = FindEmptyBags(oBag);
+    if (lEmpty.mCount == 0)
+    {
+        return;
+    }
+    if (lEmpty.mCount <= gShownBags)
+    {
+        for (const std::string& lPath : lEmpty.mFirst)
+        {
+            oErr << "talbase: " << lPath << " is left out: a text cannot hold a bag without properties\n";
+        }
+    }
+    else
+    {
+        oErr << "talbase: " << lEmpty.mCount
+             << " bags are left out, since a text cannot hold a bag without properties (";
+        for (const std::string& lPath : lEmpty.mFirst)
+        {
+            oErr << lPath << ", ";
+        }
+        oErr << "…)\n";
+    }
+    TakeOutEmptyBags(oBag, lEmpty.mCount);
+}
+
+void Save(Document iDocument, const Target& iTarget, const Streams& iStreams)
+{
+    LeaveOutEmptyBags(iDocument.mBag, iStreams.mErr);
+    const QBase::ReturnWString lText = Render(iDocument);
+    CheckReadsBack(iDocument, lText);
+    ReportLosses(iDocument, iStreams.mErr);
+    const Progress lProgress("writing", lText.GetLength());
+    if (iTarget.mIsInPlace)
+    {
+        for (const std::string& lLost : ReplaceText(iDocument.mFile, lText, iDocument.mLineEnd))
+        {
+            iStreams.mErr << "talbase: " << ShowFile(iDocument.mFile) << ": " << lLost << '\n';
+        }
+    }
+    else
+    {
+        EncodeBlocks(lText, [&](std::string_view iBytes) { iStreams.mOut << iBytes; });
+        iStreams.mOut << (iStreams.mIsOutTerminal ? "\n" : ToUtf8(iDocument.mLineEnd));
+    }
+}
+
+void CheckTarget(const std::string& iFile, const Target& iTarget)
+{
+    if (iTarget.mIsInPlace && iFile == "-")
+    {
+        throw UsageError("--in-place needs a file");
+    }
+    if (iTarget.mIsInPlace)
+    {
+        CheckIsRegular(iFile);
+    }
+}
+
+} // namespace TalBaseTool

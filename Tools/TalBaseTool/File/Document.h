@@ -1,0 +1,67 @@
+// A bag that comes from a text and goes back to one.
+
+#ifndef TALBASETOOL_FILE_DOCUMENT_H
+#define TALBASETOOL_FILE_DOCUMENT_H
+
+#include "Text/Delimiters.h"
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+// Where a changed text goes: to the output, or in place of the file that it comes from.
+struct Target
+{
+    bool mIsInPlace = false;
+};
+
+// What a command writes to: data to mOut, everything else to mErr.
+struct Streams
+{
+    std::ostream& mOut;
+    std::ostream& mErr;
+    bool mIsOutTerminal = false;
+    bool mIsErrTerminal = false;
+};
+
+struct Document
+{
+    std::string mFile; // "-" for standard input
+    BagPtr mBag;
+    bool mHasHeader = true;
+    std::wstring mLineEnd;            // behind the text, where an editor has put one
+    std::vector<std::string> mLosses; // lines about what the text holds and the bag does not
+};
+
+// Reads a file, or standard input for "-". A text with a header is read with that, whatever the pair, so that it keeps
+// it; the pair is for those without one, of which several may be read together with such a text. Throws what ReadText,
+// ReadPair and MakeBag throw, and TextError for a text that is no bag's.
+Document Load(const std::string& iFile, const RawPair& iPair);
+
+// The same for a bag that is to be written, with the losses.
+Document LoadToChange(const std::string& iFile, const RawPair& iPair);
+
+// Shows the losses of a text. Save does so for the one that it writes.
+void ReportLosses(const Document& iDocument, std::ostream& oErr);
+
+// The text form: with a header where the text that was read had one.
+QBase::ReturnWString Render(const Document& iDocument);
+
+// Takes nested bags without properties out, with a word about them, since no text can hold them. The bag may become
+// another one.
+void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr);
+
+// Writes the text form where it is wanted, without empty nested bags, and shows the losses. Throws DataError for
+// anything else that the text would not give back, and IoError; nothing has been written then.
+void Save(Document iDocument, const Target& iTarget, const Streams& iStreams);
+
+// Throws UsageError where a text is to be changed in place and has no file, and IoError where that is no regular one.
+void CheckTarget(const std::string& iFile, const Target& iTarget);
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,159 @@
+#include "File/Files.h"
+
+#include "File/FileDescriptor.h"
+#include "File/Progress.h"
+#include "Text/Errors.h"
+#include "Text/Place.h"
+#include "Text/Text.h"
+
+#include "QBase/Convert.h"
+#include "QBase/Message.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+constexpr wchar_t gReplacement = L'\uFFFD'; // for a byte that is no character
+constexpr std::size_t gShownBehind = 200;   // bytes
+constexpr std::size_t gBlock = std::size_t{1} << 20;
+
+// The number of bytes at the end that begin a character whose rest is still to come.
+std::size_t CountUnfinished(std::string_view iBytes)
+{
+    const auto lIsFollowing = [](char iByte) { return (static_cast<unsigned char>(iByte) & 0xC0U) == 0x80; };
+    std::size_t lCount = 1;
+    while (lCount <= std::min<std::size_t>(3, iBytes.size()))
+    {
+        const unsigned char lByte = static_cast<unsigned char>(iBytes[iBytes.size() - lCount]);
+        if (!lIsFollowing(iBytes[iBytes.size() - lCount]))
+        {
+            const std::size_t lWanted = lByte >= 0xF0 ? 4 : lByte >= 0xE0 ? 3 : lByte >= 0xC0 ? 2 : 1;
+            return lCount < lWanted ? lCount : 0;
+        }
+        ++lCount;
+    }
+    return 0;
+}
+
+// Decodes bytes as they come.
+class Decoder
+{
+public:
+    // iSize: about how many bytes will come, or 0.
+    Decoder(const std::string& iFile, std::size_t iSize) : mFile(iFile)
+    {
+        mText.reserve(iSize);
+    }
+
+    void Take(std::string_view iBytes)
+    {
+        mLeft.append(iBytes);
+        const std::size_t lWhole = mLeft.size() - CountUnfinished(mLeft);
+        hDecode(std::string_view(mLeft).substr(0, lWhole));
+        mLeft.erase(0, lWhole);
+    }
+
+    std::wstring Finish()
+    {
+        hDecode(mLeft);
+        return std::move(mText);
+    }
+
+private:
+    void hDecode(std::string_view iBytes)
+    {
+        try
+        {
+            mText += QBase::UTF8ToWideChar(iBytes, true);
+        }
+        catch (const QBase::Message& lMessage)
+        {
+            hRefuse(iBytes, lMessage.GetMessage());
+        }
+        if (iBytes.find('\0') != std::string_view::npos)
+        {
+            hThrow("a zero character, which ends a text form", mText.find(L'\0'));
+        }
+    }
+
+    // The message ends with the place of the bad byte.
+    [[noreturn]] void hRefuse(std::string_view iBytes, const std::wstring& iMessage)
+    {
+        const std::size_t lBad = std::stoul(iMessage.substr(iMessage.rfind(L' ') + 1));
+        mText += QBase::UTF8ToWideChar(iBytes.substr(0, lBad), true);
+        const std::size_t lPlace = mText.size();
+        mText += gReplacement;
+        mText += QBase::UTF8ToWideChar(iBytes.substr(lBad + 1, gShownBehind), false);
+        const unsigned int lByte = static_cast<unsigned char>(iBytes[lBad]);
+        const char* const lDigits = "0123456789abcdef";
+        hThrow(std::string("byte 0x") + lDigits[lByte / 16] + lDigits[lByte % 16] + " is not UTF-8", lPlace);
+    }
+
+    [[noreturn]] void hThrow(const std::string& iWhat, std::size_t iPlace)
+    {
+        const std::string lMessage = ShowPlace(mFile, FindPlace(mText, iPlace)) + iWhat;
+        throw EncodingError(lMessage, std::move(mText), iPlace);
+    }
+
+    std::string mFile;
+    std::string mLeft;
+    std::wstring mText;
+};
+
+} // namespace
+
+void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake)
+{
+    const FileDescriptor lFile(iFile == "-" ? STDIN_FILENO : ::open(iFile.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat lStatus = {};
+    if (lFile.Get() < 0 || ::fstat(lFile.Get(), &lStatus) != 0)
+    {
+        ThrowIoError("cannot read", iFile);
+    }
+    Progress lProgress("reading " + ShowFile(iFile),
+                       S_ISREG(lStatus.st_mode) ? static_cast<std::size_t>(lStatus.st_size) : 0);
+    std::vector<char> lBuffer(gBlock);
+    for (std::size_t lDone = 0;;)
+    {
+        const ssize_t lRead = ::read(lFile.Get(), lBuffer.data(), lBuffer.size());
+        if (lRead == 0)
+        {
+            return;
+        }
+        if (lRead < 0 && errno != EINTR)
+        {
+            ThrowIoError("cannot read", iFile);
+        }
+        const std::size_t lCount = lRead < 0 ? 0 : static_cast<std::size_t>(lRead);
+        iTake({lBuffer.data(), lCount});
+        lDone += lCount;
+        lProgress.Step(lDone);
+    }
+}
+
+std::wstring ReadText(const std::string& iFile)
+{
+    struct stat lStatus = {};
+    const bool lIsKnown = iFile != "-" && ::stat(iFile.c_str(), &lStatus) == 0 && S_ISREG(lStatus.st_mode);
+    Decoder lDecoder(iFile, lIsKnown ? static_cast<std::size_t>(lStatus.st_size) : 0);
+    ReadBlocks(iFile, [&](std::string_view iBytes) { lDecoder.Take(iBytes); });
+    return lDecoder.Finish();
+}
+
+void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake)
+{
+    constexpr std::size_t lBlock = gBlock / 16;
+    for (std::size_t lStart = 0; lStart < iText.size(); lStart += lBlock)
+    {
+        iTake(ToUtf8(iText.substr(lStart, lBlock)));
+    }
+}
+
+} // namespace TalBaseTool

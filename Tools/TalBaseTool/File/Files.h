@@ -1,0 +1,26 @@
+// Whole texts in, and bytes out, as UTF-8.
+
+#ifndef TALBASETOOL_FILE_FILES_H
+#define TALBASETOOL_FILE_FILES_H
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace TalBaseTool
+{
+
+// Reads a file, or standard input for "-", block by block. Throws IoError.
+void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake);
+
+// The text of a file, or of standard input for "-". Throws IoError; throws TextError for a byte that is not UTF-8
+// and for a zero character, which no text form can hold.
+std::wstring ReadText(const std::string& iFile);
+
+// Hands the UTF-8 of a text on, block by block.
+void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake);
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,64 @@
+#include "File/Losses.h"
+
+#include "Text/Display.h"
+#include "Text/Place.h"
+#include "Text/Text.h"
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+using QTalBase::TextRemark;
+using QTalBase::TextRemarkKind;
+
+constexpr std::size_t gNamed = 3;
+constexpr std::size_t gLongestName = 60;
+
+// Empty for what is no loss, or is told elsewhere: of an empty bag, what was in it is told here, and the bag itself
+// when it is left out of the text that is written.
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText)
+{
+    const std::wstring_view lPart = std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength);
+    const std::string lName = "'" + ShowValue(lPart, gLongestName) + "'";
+    switch (iRemark.mKind)
+    {
+    case TextRemarkKind::IgnoredTail:
+        return lPart == L"\n" || lPart == L"\r\n" ? ""
+                                                  : Count(lPart.size(), "character") + " behind the last delimiter";
+    case TextRemarkKind::EmptyValue:
+        return lName + ", which has no value";
+    case TextRemarkKind::RepeatedName:
+        return lName + ", since another one follows in the same bag";
+    case TextRemarkKind::EmptyBag:
+    case TextRemarkKind::AmbiguousDelimiter:
+        return "";
+    }
+    return "";
+}
+
+} // namespace
+
+std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
+                                    const std::optional<DelimiterTexts>& iPair)
+{
+    std::vector<std::string> lLines;
+    std::size_t lCount = 0;
+    for (const TextRemark& lRemark : CheckText(iText, iPair).mRemarks)
+    {
+        const std::string lLoss = Describe(lRemark, iText);
+        if (!lLoss.empty() && ++lCount <= gNamed)
+        {
+            lLines.push_back(ShowPlace(iFile, FindPlace(iText, lRemark.mPosition)) + "not kept: " + lLoss);
+        }
+    }
+    if (lCount > gNamed)
+    {
+        lLines.push_back(ShowFile(iFile) + ": not kept: " + std::to_string(lCount - gNamed) +
+                         " more; 'talbase check' shows all");
+    }
+    return lLines;
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,21 @@
+// What a text holds and the bag that is read from it does not, for those who write the bag over the text.
+
+#ifndef TALBASETOOL_FILE_LOSSES_H
+#define TALBASETOOL_FILE_LOSSES_H
+
+#include "Text/Delimiters.h"
+
+#include <string>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+// A line for each of the first few losses and one that counts the rest; none for a line end behind the text, which is
+// kept. No values: they may be passwords.
+std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
+                                    const std::optional<DelimiterTexts>& iPair);
+
+} // namespace TalBaseTool
+
+#endif

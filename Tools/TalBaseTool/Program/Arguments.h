@@ -1,0 +1,23 @@
+// The words of a command line, made ready for its parser, CLI11.
+
+#ifndef TALBASETOOL_PROGRAM_ARGUMENTS_H
+#define TALBASETOOL_PROGRAM_ARGUMENTS_H
+
+#include <string>
+#include <vector>
+
+namespace CLI
+{
+class App;
+}
+
+namespace TalBaseTool
+{
+
+// "help show" is "show --help", and what CLI11 would take for something else is written in another way. Throws
+// UsageError for what begins with no command, since CLI11 does not name it.
+std::vector<std::string> PrepareArguments(const CLI::App& iApp, const std::vector<std::string>& iArguments);
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,133 @@
+// The commands that change bags.
+
+#include "Program/CommandGroups.h"
+#include "Program/Options.h"
+
+namespace TalBaseTool
+{
+
+void AddSet(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<SetOptions>(
+        oApp, oChosen, "set",
+        "Set one plain value\n"
+        "Nested bags on the way that are not there are made. A property that is there already moves to the end of its "
+        "bag, as it does in the library. A VALUE that begins with - goes behind --. With --value-from there is no "
+        "VALUE." +
+            std::string(gAboutPaths) + ".",
+        "talbase set --in-place Transport/Port 2121 job.bag", Set, [](CLI::App& oCommand, SetOptions& oOptions) {
+            oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
+            AddOptional(oCommand, "VALUE", oOptions.mValue, "Its value, which may not be empty");
+            AddFile(oCommand, oOptions.mFile);
+            oCommand.add_option("--value-from", oOptions.mValueFile, "A file that holds the value, to the last byte")
+                ->type_name("FILE");
+            AddPair(oCommand, oOptions.mPair);
+            AddInPlace(oCommand, oOptions.mTarget);
+        });
+}
+
+void AddRemove(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<RemoveOptions>(
+        oApp, oChosen, "remove",
+        "Take a property out\n"
+        "A nested bag goes with everything that it holds. A bag that is left without properties goes, too, because no "
+        "text can hold it." +
+            std::string(gAboutPaths) + ".",
+        "talbase remove Transport/Route/Port job.bag", Remove, [](CLI::App& oCommand, RemoveOptions& oOptions) {
+            oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
+            AddFile(oCommand, oOptions.mFile);
+            AddPair(oCommand, oOptions.mPair);
+            AddInPlace(oCommand, oOptions.mTarget);
+        });
+}
+
+void AddMove(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<MoveOptions>(
+        oApp, oChosen, "move",
+        "Give a property another name or another bag\n"
+        "Nested bags on the way to TO that are not there are made; TO itself may not be there." +
+            std::string(gAboutPaths) + ".",
+        "talbase move Host Transport/Host job.bag", Move, [](CLI::App& oCommand, MoveOptions& oOptions) {
+            oCommand.add_option("FROM", oOptions.mFrom, "The property")->type_name("PATH")->required();
+            oCommand.add_option("TO", oOptions.mTo, "Where it goes")->type_name("PATH")->required();
+            AddFile(oCommand, oOptions.mFile);
+            AddPair(oCommand, oOptions.mPair);
+            AddInPlace(oCommand, oOptions.mTarget);
+        });
+}
+
+void AddEmbed(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<EmbedOptions>(
+        oApp, oChosen, "embed",
+        "Put a bag into another one\n"
+        "A nested bag that is there already is replaced. Values get the escapes that the delimiters around them want." +
+            std::string(gAboutPaths) + ".",
+        "talbase embed Transport route.bag job.bag", Embed, [](CLI::App& oCommand, EmbedOptions& oOptions) {
+            oCommand.add_option("PATH", oOptions.mPath, "Where it goes")->type_name("PATH")->required();
+            oCommand.add_option("BAG", oOptions.mBagFile, "The text form of the bag that goes there")
+                ->type_name("FILE")
+                ->required();
+            AddFile(oCommand, oOptions.mFile);
+            AddPair(oCommand, oOptions.mPair);
+            AddInPlace(oCommand, oOptions.mTarget);
+        });
+}
+
+void AddMerge(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<MergeOptions>(
+        oApp, oChosen, "merge",
+        "Make one bag of several\n"
+        "A property of a later bag replaces one of the same name and moves to the end. The delimiters are those of the "
+        "first bag.",
+        "talbase merge defaults.bag job.bag", Merge, [](CLI::App& oCommand, MergeOptions& oOptions) {
+            oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - is standard input")
+                ->type_name("FILE")
+                ->required()
+                ->expected(2, 1 << 20);
+            AddPair(oCommand, oOptions.mPair);
+            oCommand.add_flag("--deep", oOptions.mIsDeep,
+                              "Merge nested bags of the same name property by property instead of replacing them");
+        });
+}
+
+void AddRedact(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<RedactOptions>(
+        oApp, oChosen, "redact",
+        "Take sensitive properties out at every depth\n"
+        "The library knows which names are sensitive; --name adds others. A nested bag of such a name goes whole.",
+        "talbase redact --name Token job.bag", Redact, [](CLI::App& oCommand, RedactOptions& oOptions) {
+            AddFile(oCommand, oOptions.mFile);
+            AddPair(oCommand, oOptions.mPair);
+            oCommand
+                .add_option_function<std::string>(
+                    "--name", [&oOptions](const std::string& iName) { oOptions.mNames.push_back(iName); },
+                    "Another sensitive name; may be given several times")
+                ->type_name("NAME")
+                ->trigger_on_parse();
+            AddInPlace(oCommand, oOptions.mTarget);
+        });
+}
+
+void AddDelimiters(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<DelimitersOptions>(
+        oApp, oChosen, "delimiters",
+        "Write a bag with other delimiters\n"
+        "Values get the escapes that the new delimiters want and lose those that they do not. Nothing is written where "
+        "a name or a value would not be read back.",
+        "talbase delimiters --begin '[[' --end ']]' job.bag", Delimiters,
+        [](CLI::App& oCommand, DelimitersOptions& oOptions) {
+            AddFile(oCommand, oOptions.mFile);
+            oCommand.add_option("--begin", oOptions.mBegin, "The new begin delimiter")->type_name("TEXT")->required();
+            oCommand.add_option("--end", oOptions.mEnd, "The new end delimiter")->type_name("TEXT")->required();
+            AddPair(oCommand, oOptions.mPair, "--from-begin", "--from-end");
+            AddInPlace(oCommand, oOptions.mTarget);
+        });
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,31 @@
+// What the commands are called, what their help says, and which options they have, in three groups.
+
+#ifndef TALBASETOOL_PROGRAM_COMMANDGROUPS_H
+#define TALBASETOOL_PROGRAM_COMMANDGROUPS_H
+
+#include "Program/CommandLine.h"
+
+namespace TalBaseTool
+{
+
+void AddShow(CLI::App& oApp, ChosenCommand& oChosen);
+void AddCheck(CLI::App& oApp, ChosenCommand& oChosen);
+void AddGet(CLI::App& oApp, ChosenCommand& oChosen);
+void AddDiff(CLI::App& oApp, ChosenCommand& oChosen);
+void AddWindow(CLI::App& oApp, ChosenCommand& oChosen);
+void AddGuid(CLI::App& oApp, ChosenCommand& oChosen);
+
+void AddSet(CLI::App& oApp, ChosenCommand& oChosen);
+void AddRemove(CLI::App& oApp, ChosenCommand& oChosen);
+void AddMove(CLI::App& oApp, ChosenCommand& oChosen);
+void AddEmbed(CLI::App& oApp, ChosenCommand& oChosen);
+void AddMerge(CLI::App& oApp, ChosenCommand& oChosen);
+void AddRedact(CLI::App& oApp, ChosenCommand& oChosen);
+void AddDelimiters(CLI::App& oApp, ChosenCommand& oChosen);
+
+void AddToJson(CLI::App& oApp, ChosenCommand& oChosen);
+void AddFromJson(CLI::App& oApp, ChosenCommand& oChosen);
+
+} // namespace TalBaseTool
+
+#endif

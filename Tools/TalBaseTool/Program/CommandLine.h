@@ -1,0 +1,33 @@
+// The command line: what the commands and their options are called, and what the help says.
+
+#ifndef TALBASETOOL_PROGRAM_COMMANDLINE_H
+#define TALBASETOOL_PROGRAM_COMMANDLINE_H
+
+#include "File/Document.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace CLI
+{
+class App;
+}
+
+namespace TalBaseTool
+{
+
+// What the arguments chose; set while they are parsed.
+using ChosenCommand = std::function<int(const Streams&)>;
+
+// Makes the parser. oChosen must outlive it. The description of a command begins with a line that sums it up; its
+// footer is an example. The type of an argument tells what may stand there: FILE, or words with '|' between them.
+std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen);
+
+// Runs one command. iArguments: without the program's name. Returns the exit status; all trouble is reported.
+int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iStreams);
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,71 @@
+#include "Program/Options.h"
+
+#include <map>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+constexpr const char* gColorWords = "auto|always|never";
+
+} // namespace
+
+const char* const gAboutPaths =
+    " A path is the names on the way to a property, joined with /; a / in a name is written "
+    "\\/ and a \\ is written \\\\";
+
+void AddFile(CLI::App& oApp, std::string& oFile)
+{
+    oApp.add_option("FILE", oFile, "The text form; - or nothing is standard input")->type_name("FILE");
+}
+
+void AddOptional(CLI::App& oApp, const char* ipName, std::optional<std::string>& oValue, const char* ipWhat)
+{
+    oApp.add_option_function<std::string>(
+            ipName, [&oValue](const std::string& iValue) { oValue = iValue; }, ipWhat)
+        ->type_name("TEXT");
+}
+
+void AddPair(CLI::App& oApp, RawPair& oPair, const char* ipBegin, const char* ipEnd)
+{
+    AddOptional(oApp, ipBegin, oPair.mBegin,
+                "Begin delimiter of a text without a header; one with a header keeps its own");
+    AddOptional(oApp, ipEnd, oPair.mEnd, "End delimiter of a text without a header; one with a header keeps its own");
+}
+
+void AddColor(CLI::App& oApp, ColorChoice& oColor)
+{
+    static const std::map<std::string, ColorChoice> lChoices = {
+        {"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}};
+    oApp.add_option_function<std::string>(
+            "--color", [&oColor](const std::string& iWord) { oColor = lChoices.at(iWord); },
+            "When to use colours; auto is on a terminal where NO_COLOR is not set")
+        ->type_name(gColorWords)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+        ->check(
+            [](const std::string& iWord) {
+                return lChoices.count(iWord) != 0 ? "" : "'" + iWord + "' is none of " + gColorWords;
+            },
+            "", "");
+}
+
+void AddView(CLI::App& oApp, ViewOptions& oOptions)
+{
+    AddPair(oApp, oOptions.mPair);
+    AddColor(oApp, oOptions.mColor);
+    oApp.add_flag("--show-secrets", oOptions.mShowSecrets, "Show the values of sensitive properties, too");
+}
+
+void AddInPlace(CLI::App& oApp, Target& oTarget)
+{
+    oApp.add_flag(
+        "-i,--in-place", oTarget.mIsInPlace,
+        "Change the file itself, which may be a link's: the new text is written beside it and takes its place. "
+        "Mode, owner, group and extended attributes stay where the system allows it; where it does not, a "
+        "line on standard error says so. Other hard links keep the old text. The folder must be writable; "
+        "the file need not be");
+}
+
+} // namespace TalBaseTool

@@ -1,0 +1,44 @@
+// What commands have in common on the command line: their arguments and options, and how one is told to the parser.
+
+#ifndef TALBASETOOL_PROGRAM_OPTIONS_H
+#define TALBASETOOL_PROGRAM_OPTIONS_H
+
+#include "Commands/Commands.h"
+#include "Program/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace TalBaseTool
+{
+
+inline constexpr int gMost = std::numeric_limits<int>::max(); // of what is counted
+extern const char* const gAboutPaths;                         // for the descriptions of commands that take one
+
+void AddFile(CLI::App& oApp, std::string& oFile);
+void AddOptional(CLI::App& oApp, const char* ipName, std::optional<std::string>& oValue, const char* ipWhat);
+void AddPair(CLI::App& oApp, RawPair& oPair, const char* ipBegin = "--begin", const char* ipEnd = "--end");
+void AddColor(CLI::App& oApp, ColorChoice& oColor);
+void AddView(CLI::App& oApp, ViewOptions& oOptions);
+void AddInPlace(CLI::App& oApp, Target& oTarget);
+
+// A command: its name, what its help says, its options, and what it does.
+template <class Options, class Define>
+void AddCommand(CLI::App& oApp, ChosenCommand& oChosen, const char* ipName, const std::string& iDescription,
+                const char* ipExample, int (*ipRun)(const Options&, const Streams&), Define iDefine)
+{
+    const auto lOptions = std::make_shared<Options>();
+    CLI::App& lApp = *oApp.add_subcommand(ipName, iDescription);
+    lApp.footer(ipExample);
+    iDefine(lApp, *lOptions);
+    lApp.callback([lOptions, ipRun, &oChosen] {
+        oChosen = [lOptions, ipRun](const Streams& iStreams) { return ipRun(*lOptions, iStreams); };
+    });
+}
+
+} // namespace TalBaseTool
+
+#endif

@@ -1,0 +1,30 @@
+#include "Text/Messages.h"
+
+#include "Text/Text.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace TalBaseTool
+{
+
+std::string ShowMessage(const std::wstring& iMessage)
+{
+    const std::wstring_view lMessage = iMessage;
+    constexpr std::wstring_view lTextLabel = L" - lPropertyString: ";
+    constexpr std::wstring_view lValueLabel = L". ipValue: ";
+    const std::size_t lText = lMessage.find(lTextLabel);
+    const std::size_t lValue = lMessage.find(lValueLabel);
+    if (lText == lValue) // neither is there
+    {
+        return ToUtf8(MakePrintable(lMessage));
+    }
+    // The first label is the message's, another one belongs to the secret. The delimiters behind a value are none.
+    const std::size_t lStart = lText < lValue ? lText + lTextLabel.size() : lValue + lValueLabel.size();
+    const std::size_t lBehind = lMessage.rfind(L", begin delimiter: ");
+    const std::size_t lStop = lText < lValue || lBehind == lMessage.npos ? lMessage.size() : std::max(lStart, lBehind);
+    return ToUtf8(MakePrintable(lMessage.substr(0, lStart))) + "(" + Count(lStop - lStart, "character") +
+           " not shown)" + ToUtf8(MakePrintable(lMessage.substr(lStop)));
+}
+
+} // namespace TalBaseTool

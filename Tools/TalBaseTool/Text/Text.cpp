@@ -1,0 +1,148 @@
+#include "Text/Text.h"
+
+#include "Text/Errors.h"
+
+#include "QBase/Convert.h"
+#include "QBase/Message.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cwchar>
+#include <iterator>
+#include <locale.h>
+
+namespace TalBaseTool
+{
+
+namespace
+{
+
+struct Range
+{
+    unsigned long mFirst;
+    unsigned long mLast;
+};
+
+// Control characters, and those that change how the text around them is laid out.
+constexpr Range gControls[] = {{0x0, 0x1F},      {0x7F, 0x9F},          {0xAD, 0xAD},     {0x61C, 0x61C},
+                               {0x180E, 0x180E}, {0x200B, 0x200B},      {0x200E, 0x200F}, {0x2028, 0x202E},
+                               {0x2060, 0x206F}, {0xFEFF, 0xFEFF},      {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F},
+                               {0xD800, 0xDFFF}, {0x110000, 0xFFFFFFFF}};
+
+bool IsControl(wchar_t iCharacter)
+{
+    const unsigned long lCode = static_cast<unsigned int>(iCharacter);
+    return std::any_of(std::begin(gControls), std::end(gControls),
+                       [lCode](const Range& iRange) { return lCode >= iRange.mFirst && lCode <= iRange.mLast; });
+}
+
+// Writes controls as numbers, but those of iShort as a backslash and the letter in the same place.
+std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstring_view iLetters)
+{
+    std::wstring lText;
+    lText.reserve(iText.size());
+    for (const wchar_t lCharacter : iText)
+    {
+        const std::size_t lKnown = iShort.find(lCharacter);
+        if (lKnown != std::wstring_view::npos)
+        {
+            lText += L'\\';
+            lText += iLetters[lKnown];
+        }
+        else if (IsControl(lCharacter))
+        {
+            wchar_t lNumber[16];
+            const unsigned int lCode = static_cast<unsigned int>(lCharacter);
+            std::swprintf(lNumber, std::size(lNumber), lCode < 0x100 ? L"\\x%02x" : L"\\u%04x", lCode);
+            lText += lNumber;
+        }
+        else
+        {
+            lText += lCharacter;
+        }
+    }
+    return lText;
+}
+
+// The C library knows the widths of characters only in a locale that has them. This one is always there; no other part
+// of the program depends on it.
+class WidthLocale
+{
+public:
+    WidthLocale() : mOld(::uselocale(hMake())) {}
+
+    ~WidthLocale()
+    {
+        ::uselocale(mOld);
+    }
+
+    WidthLocale(const WidthLocale&) = delete;
+    WidthLocale& operator=(const WidthLocale&) = delete;
+
+private:
+    static locale_t hMake()
+    {
+        static const locale_t lLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr); // it is read from files
+        return lLocale;
+    }
+
+    locale_t mOld;
+};
+
+} // namespace
+
+std::string ToUtf8(std::wstring_view iText)
+{
+    return QBase::WideCharToUTF8(std::wstring(iText).c_str(), false);
+}
+
+std::wstring ReadArgument(const std::string& iArgument, const std::string& iWhat)
+{
+    try
+    {
+        return QBase::UTF8ToWideChar(iArgument, true);
+    }
+    catch (const QBase::Message&)
+    {
+        throw UsageError(iWhat + " is not UTF-8");
+    }
+}
+
+std::wstring MakePrintable(std::wstring_view iText)
+{
+    return Escape(iText, L"\\\n\r\t", L"\\nrt");
+}
+
+std::wstring MakeControlsPrintable(std::wstring_view iText)
+{
+    return Escape(iText, L"\n\r\t", L"nrt");
+}
+
+std::size_t GetWidth(std::wstring_view iText)
+{
+    const WidthLocale lLocale;
+    std::size_t lWidth = 0;
+    for (const wchar_t lCharacter : iText)
+    {
+        const int lColumns = ::wcwidth(lCharacter);
+        lWidth += static_cast<std::size_t>(std::max(lColumns, 0));
+    }
+    return lWidth;
+}
+
+std::string ShowFile(const std::string& iFile)
+{
+    return iFile == "-" ? "(standard input)" : ToUtf8(MakePrintable(QBase::UTF8ToWideChar(iFile, false)));
+}
+
+std::string Count(std::size_t iCount, const std::string& iOne, const std::string& iMany)
+{
+    return std::to_string(iCount) + " " + (iCount == 1 ? iOne : iMany);
+}
+
+std::string Count(std::size_t iCount, const std::string& iOne)
+{
+    return Count(iCount, iOne, iOne + "s");
+}
+
+} // namespace TalBaseTool

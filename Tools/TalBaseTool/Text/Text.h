@@ -1,0 +1,38 @@
+// Texts on their way in and out: arguments and output are UTF-8 whatever the locale says, and what is shown can't move
+// the cursor, switch colours or turn the direction of writing round.
+
+#ifndef TALBASETOOL_TEXT_TEXT_H
+#define TALBASETOOL_TEXT_TEXT_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace TalBaseTool
+{
+
+std::string ToUtf8(std::wstring_view iText);
+
+// An argument of the command line. Throws UsageError, with iWhat for its name, where it is not UTF-8.
+std::wstring ReadArgument(const std::string& iArgument, const std::string& iWhat);
+
+// The text with a backslash as "\\", line end, return and tab as "\n", "\r" and "\t", and every other control
+// character, C1 and directional ones included, as "\x1b" or "\u202e".
+std::wstring MakePrintable(std::wstring_view iText);
+
+// The same with backslashes as they are, for a text that gives them a meaning of its own.
+std::wstring MakeControlsPrintable(std::wstring_view iText);
+
+// The number of columns that a printable text takes on a terminal.
+std::size_t GetWidth(std::wstring_view iText);
+
+// The name of a file as it may be shown; "-" is standard input.
+std::string ShowFile(const std::string& iFile);
+
+// "1 property", "2 properties", "1 bag", "2 bags"
+std::string Count(std::size_t iCount, const std::string& iOne, const std::string& iMany);
+std::string Count(std::size_t iCount, const std::string& iOne);
+
+} // namespace TalBaseTool
+
+#endif
