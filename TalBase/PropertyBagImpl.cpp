@@ -10,6 +10,7 @@
 #include "TalBase/PrivateSource/TextReader.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 #include "TalBase/PrivateSource/TextWriter.h"
+#include "TalBase/SensitiveNames.h"
 
 #include <memory>
 #include <optional>
@@ -617,10 +618,9 @@ QBase::ReturnWString PropertyBagImpl::hInverseConvertDelimiters(const wchar_t* i
 
 bool PropertyBagImpl::IsSensitiveProperty(std::wstring_view iName)
 {
-    static constexpr std::wstring_view lSensitivePropertyNameArray[] = {L"FTPServerPassword"};
-    for (const std::wstring_view lSensitiveName : lSensitivePropertyNameArray)
+    for (const wchar_t* const* lName = GetSensitiveNames(); *lName != nullptr; ++lName)
     {
-        if (iName == lSensitiveName)
+        if (iName == *lName)
         {
             return true;
         }

@@ -30,6 +30,7 @@ talbase_test(TestValues
         PropertyBagsStreamTest.cpp
         PropertyBagsTest.cpp
         PropertyBagSerializationTest.cpp
+        SensitiveNamesTest.cpp
         SerializableStringCollectionTest.cpp
         SerializationTemplatesClientTest.cpp
         SerializationTemplatesEntryTest.cpp

@@ -4,6 +4,7 @@
 #include "Tests/Contract/Failures/Subjects.h"
 
 #include "QDataType/DateTime.h"
+#include "TalBase/SensitiveNames.h"
 #include "TalBase/TextCheck.h"
 #include "TalBase/Views.h"
 
@@ -218,6 +219,17 @@ void AddTextChecks(Cases& oCases)
     }
 }
 
+void AddSensitiveNames(Cases& oCases)
+{
+    const auto lCount = [](BagSubject& oSubject) {
+        for (const wchar_t* const* lName = QTalBase::GetSensitiveNames(); *lName != nullptr; ++lName)
+        {
+            ++oSubject.mNumber;
+        }
+    };
+    oCases.push_back(OnBag("QTalBase::GetSensitiveNames()", "", Nothing, lCount).MayNotAllocate());
+}
+
 } // namespace
 
 Cases MakeViewCases()
@@ -229,6 +241,7 @@ Cases MakeViewCases()
     AddEntries(lCases);
     AddLoops(lCases);
     AddTextChecks(lCases);
+    AddSensitiveNames(lCases);
     return lCases;
 }
 

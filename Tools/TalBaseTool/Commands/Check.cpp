@@ -89,7 +89,7 @@ public:
         }
         const TextCheckResult lResult = hCheck(lGiven);
         const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, lGiven);
-        Excerpts lExcerpts(mText, lResult, lPair, mOptions.mShowSecrets);
+        Excerpts lExcerpts(mText, lResult, lPair, mOptions.mSecrets.mShowSecrets);
         hWarn(lResult, lPair, lExcerpts);
         if (!lResult.mIsValid)
         {
@@ -124,7 +124,7 @@ private:
         lResult.mIsValid = false;
         lResult.mPosition = iError.GetPlace();
         mStreams.mErr << mPalette.Paint(Style::Error, iError.what()) << '\n'
-                      << Excerpts(mText, lResult, lPair, mOptions.mShowSecrets)
+                      << Excerpts(mText, lResult, lPair, mOptions.mSecrets.mShowSecrets)
                              .Make(iError.GetPlace(), 1, mPalette, Style::Error);
     }
 

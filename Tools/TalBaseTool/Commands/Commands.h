@@ -22,7 +22,7 @@ struct ViewOptions
     std::string mFile = "-";
     RawPair mPair;
     ColorChoice mColor = ColorChoice::Auto;
-    bool mShowSecrets = false;
+    SecretOptions mSecrets;
 };
 
 // What every command that changes a text has.
@@ -48,7 +48,7 @@ struct CheckOptions
     std::vector<std::string> mFiles;
     RawPair mPair;
     ColorChoice mColor = ColorChoice::Auto;
-    bool mShowSecrets = false;
+    SecretOptions mSecrets;
     std::size_t mMaxWarnings = 20; // of each file
     bool mIsStrict = false;        // a text with warnings counts as invalid
 };
@@ -131,7 +131,7 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams);
 
 struct RedactOptions : ChangeOptions
 {
-    std::vector<std::string> mNames; // besides those that the library knows
+    SecretOptions mSecrets;
 };
 int Redact(const RedactOptions& iOptions, const Streams& iStreams);
 

@@ -57,12 +57,13 @@ std::vector<bool> FindMoved(const std::vector<unsigned int>& iPlaces)
 struct Side
 {
     explicit Side(const Document& iDocument)
-        : mBag(iDocument.mBag), mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter())
+        : mBag(iDocument.mBag), mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter()), mGate(iDocument.mGate)
     {
     }
 
     BagPtr mBag;
     Escaping mEscaping;
+    Gate mGate;
 };
 
 class Comparison
@@ -255,8 +256,8 @@ private:
     // Whether the property, or a bag around it, is sensitive.
     bool hIsHidden(std::size_t iNest, const std::wstring& iName) const
     {
-        return !mOptions.mShowSecrets &&
-               ((iNest != gNone && mNests[iNest].mIsHidden) || mSensitive.IsSensitive(iName.c_str()));
+        return (iNest != gNone && mNests[iNest].mIsHidden) || mFirst.mGate.HidesBag(iName) ||
+               mSecond.mGate.HidesBag(iName);
     }
 
     void hWriteLine(char iSign, std::size_t iNest, const std::wstring& iName, const std::wstring& iValue,
@@ -276,7 +277,6 @@ private:
     const DiffOptions& mOptions;
     Side mFirst;
     Side mSecond;
-    SensitiveNames mSensitive;
     std::ostream& mOut;
     Palette mPalette;
     std::vector<Level> mLevels; // still to be compared, the next one last
@@ -292,8 +292,8 @@ int Diff(const DiffOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("standard input can be read only once");
     }
-    const Document lFirst = Load(iOptions.mFile, iOptions.mPair);
-    const Document lSecond = Load(iOptions.mOther, iOptions.mPair);
+    const Document lFirst = Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
+    const Document lSecond = Load(iOptions.mOther, iOptions.mPair, iOptions.mSecrets);
     return Comparison(iOptions, lFirst, lSecond, iStreams).Run() == 0 ? ExitGood : ExitBad;
 }
 

@@ -85,17 +85,12 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
 int Redact(const RedactOptions& iOptions, const Streams& iStreams)
 {
     CheckTarget(iOptions.mFile, iOptions.mTarget);
-    std::set<std::wstring> lNames;
-    for (const std::string& lName : iOptions.mNames)
-    {
-        lNames.insert(ReadArgument(lName, "--name"));
-    }
-    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
-    const SensitiveNames lSensitive(std::move(lNames));
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
+    const auto lSensitive = ReadSensitiveNames(iOptions.mSecrets);
     std::size_t lCount = 0;
     for (BagWalk lWalk(lDocument.mBag); lWalk.Next();)
     {
-        if (!lSensitive.IsSensitive(lWalk.GetName()))
+        if (!lSensitive->FindWord(lWalk.GetName()))
         {
             continue;
         }

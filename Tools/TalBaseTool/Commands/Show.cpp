@@ -64,7 +64,8 @@ public:
           mRoot(iDocument.mBag),
           mOut(iStreams.mOut),
           mPalette(iOptions.mColor, iStreams.mIsOutTerminal),
-          mEscaping(mRoot->GetBeginDelimiter(), mRoot->GetEndDelimiter())
+          mEscaping(mRoot->GetBeginDelimiter(), mRoot->GetEndDelimiter()),
+          mGate(iDocument.mGate)
     {
     }
 
@@ -86,16 +87,18 @@ public:
     }
 
 private:
-    static std::string hQuote(const wchar_t* ipText)
+    std::string hQuote(const wchar_t* ipText) const
     {
-        return "\"" + ToUtf8(MakePrintable(ipText)) + "\"";
+        return "\"" + mGate.ShowDelimiter(ipText) + "\"";
     }
 
     void hDrawProperty(BagWalk& oWalk)
     {
         const bool lIsBag = oWalk.GetStep() == Step::Enter;
-        const bool lIsHidden = !mOptions.mShowSecrets && mSensitive.IsSensitive(oWalk.GetName());
-        const std::string lName = ToUtf8(MakePrintable(oWalk.GetName()));
+        const QBase::ReturnWString lStored = lIsBag ? QBase::ReturnWString(L"") : oWalk.GetValue();
+        const std::wstring lValue = mOptions.mIsRaw ? std::wstring(lStored.c_str()) : mEscaping.Unescape(lStored);
+        const bool lIsHidden = lIsBag ? mGate.HidesBag(oWalk.GetName()) : mGate.HidesValue(oWalk.GetName(), lValue);
+        const std::string lName = mGate.ShowName(oWalk.GetName());
         mOut << mPalette.Paint(lIsBag ? Style::Bag : Style::Name, lName);
         if (lIsBag && (lIsHidden || hIsTooDeep(oWalk.GetDepth())))
         {
@@ -111,8 +114,6 @@ private:
             mOut << "  " << mPalette.Paint(Style::Quiet, "(" + CountContent(*oWalk.GetBag()) + ")") << '\n';
             return;
         }
-        const QBase::ReturnWString lStored = oWalk.GetValue();
-        const std::wstring lValue = mOptions.mIsRaw ? std::wstring(lStored.c_str()) : mEscaping.Unescape(lStored);
         mOut << " = " << ShowValue(lValue, mOptions.mLongest) << '\n';
     }
 
@@ -126,14 +127,14 @@ private:
     std::ostream& mOut;
     Palette mPalette;
     Escaping mEscaping;
-    SensitiveNames mSensitive;
+    Gate mGate;
 };
 
 } // namespace
 
 int Show(const ShowOptions& iOptions, const Streams& iStreams)
 {
-    Tree(iOptions, Load(iOptions.mFile, iOptions.mPair), iStreams).Draw();
+    Tree(iOptions, Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets), iStreams).Draw();
     return ExitGood;
 }
 

@@ -47,7 +47,8 @@ std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDeli
 }
 
 template <class FindTextLosses>
-Document LoadAnd(const std::string& iFile, const RawPair& iPair, FindTextLosses iFindLosses)
+Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
+                 FindTextLosses iFindLosses)
 {
     ReadPair(iPair); // a wrong command line is told before anything is read
     const std::wstring lText = ReadText(iFile);
@@ -68,6 +69,7 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, FindTextLosses 
     {
         ThrowWithPlace(iFile, lText, lPair);
     }
+    lDocument.mGate = Gate(iSecrets, lText, lPair, true);
     lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
     lDocument.mLosses = iFindLosses(lText, lPair);
     return lDocument;
@@ -166,18 +168,19 @@ void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
 
 } // namespace
 
-Document Load(const std::string& iFile, const RawPair& iPair)
+Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets)
 {
-    return LoadAnd(iFile, iPair, [](const std::wstring&, const std::optional<DelimiterTexts>&) {
+    return LoadAnd(iFile, iPair, iSecrets, [](const std::wstring&, const std::optional<DelimiterTexts>&) {
         return std::vector<std::string>();
     });
 }
 
-Document LoadToChange(const std::string& iFile, const RawPair& iPair)
+Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets)
 {
-    return LoadAnd(iFile, iPair, [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
-        return FindLosses(iFile, iText, iTextPair);
-    });
+    return LoadAnd(iFile, iPair, iSecrets,
+                   [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
+                       return FindLosses(iFile, iText, iTextPair);
+                   });
 }
 
 void ReportLosses(const Document& iDocument, std::ostream& oErr)

@@ -4,6 +4,7 @@
 #define TALBASETOOL_FILE_DOCUMENT_H
 
 #include "Text/Delimiters.h"
+#include "Text/Gate.h"
 
 #include <optional>
 #include <ostream>
@@ -33,6 +34,7 @@ struct Document
     std::string mFile; // "-" for standard input
     BagPtr mBag;
     bool mHasHeader = true;
+    Gate mGate;                       // for what is shown of it
     std::wstring mLineEnd;            // behind the text, where an editor has put one
     std::vector<std::string> mLosses; // lines about what the text holds and the bag does not
 };
@@ -40,10 +42,10 @@ struct Document
 // Reads a file, or standard input for "-". A text with a header is read with that, whatever the pair, so that it keeps
 // it; the pair is for those without one, of which several may be read together with such a text. Throws what ReadText,
 // ReadPair and MakeBag throw, and TextError for a text that is no bag's.
-Document Load(const std::string& iFile, const RawPair& iPair);
+Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {});
 
 // The same for a bag that is to be written, with the losses.
-Document LoadToChange(const std::string& iFile, const RawPair& iPair);
+Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {});
 
 // Shows the losses of a text. Save does so for the one that it writes.
 void ReportLosses(const Document& iDocument, std::ostream& oErr);

@@ -103,12 +103,7 @@ void AddRedact(CLI::App& oApp, ChosenCommand& oChosen)
         "talbase redact --name Token job.bag", Redact, [](CLI::App& oCommand, RedactOptions& oOptions) {
             AddFile(oCommand, oOptions.mFile);
             AddPair(oCommand, oOptions.mPair);
-            oCommand
-                .add_option_function<std::string>(
-                    "--name", [&oOptions](const std::string& iName) { oOptions.mNames.push_back(iName); },
-                    "Another sensitive name; may be given several times")
-                ->type_name("NAME")
-                ->trigger_on_parse();
+            AddSensitiveNames(oCommand, oOptions.mSecrets);
             AddInPlace(oCommand, oOptions.mTarget);
         });
 }

@@ -51,11 +51,27 @@ void AddColor(CLI::App& oApp, ColorChoice& oColor)
             "", "");
 }
 
+void AddSensitiveNames(CLI::App& oApp, SecretOptions& oOptions)
+{
+    oApp.add_option_function<std::string>(
+            "--name", [&oOptions](const std::string& iName) { oOptions.mNames.push_back(iName); },
+            "Another sensitive name; may be given several times. The environment variable TALBASE_SENSITIVE_NAMES has "
+            "more, one a line")
+        ->type_name("NAME")
+        ->trigger_on_parse();
+}
+
+void AddSecrets(CLI::App& oApp, SecretOptions& oOptions)
+{
+    oApp.add_flag("--show-secrets", oOptions.mShowSecrets, "Show the values of sensitive properties, too");
+    AddSensitiveNames(oApp, oOptions);
+}
+
 void AddView(CLI::App& oApp, ViewOptions& oOptions)
 {
     AddPair(oApp, oOptions.mPair);
     AddColor(oApp, oOptions.mColor);
-    oApp.add_flag("--show-secrets", oOptions.mShowSecrets, "Show the values of sensitive properties, too");
+    AddSecrets(oApp, oOptions.mSecrets);
 }
 
 void AddInPlace(CLI::App& oApp, Target& oTarget)

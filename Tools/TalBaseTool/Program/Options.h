@@ -22,6 +22,8 @@ void AddFile(CLI::App& oApp, std::string& oFile);
 void AddOptional(CLI::App& oApp, const char* ipName, std::optional<std::string>& oValue, const char* ipWhat);
 void AddPair(CLI::App& oApp, RawPair& oPair, const char* ipBegin = "--begin", const char* ipEnd = "--end");
 void AddColor(CLI::App& oApp, ColorChoice& oColor);
+void AddSensitiveNames(CLI::App& oApp, SecretOptions& oOptions); // --name
+void AddSecrets(CLI::App& oApp, SecretOptions& oOptions);        // the same, and --show-secrets
 void AddView(CLI::App& oApp, ViewOptions& oOptions);
 void AddInPlace(CLI::App& oApp, Target& oTarget);
 

@@ -63,7 +63,7 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
                 ->type_name("FILE");
             AddPair(oCommand, oOptions.mPair);
             AddColor(oCommand, oOptions.mColor);
-            oCommand.add_flag("--show-secrets", oOptions.mShowSecrets, "Show the values of sensitive properties, too");
+            AddSecrets(oCommand, oOptions.mSecrets);
             oCommand.add_option("--warnings", oOptions.mMaxWarnings, "How many warnings are shown for each file")
                 ->type_name("N")
                 ->check(CLI::Range(0, gMost))

@@ -1,12 +1,10 @@
-// What only the library knows of the values and names of a bag, asked of the library: how a value is stored, and which
-// names are sensitive.
+// How a bag stores a value, asked of the library, which alone knows it.
 
 #ifndef TALBASETOOL_TEXT_ESCAPING_H
 #define TALBASETOOL_TEXT_ESCAPING_H
 
 #include "Text/Path.h"
 
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -25,20 +23,6 @@ public:
 private:
     BagPtr mProbe;
     bool mIsDefaultPair;
-};
-
-// The names that are sensitive: the library's, and others that are given.
-class SensitiveNames
-{
-public:
-    explicit SensitiveNames(std::set<std::wstring> iOthers = {});
-
-    // ipName: any text.
-    bool IsSensitive(const wchar_t* ipName) const;
-
-private:
-    BagPtr mProbe;
-    std::set<std::wstring> mOthers;
 };
 
 } // namespace TalBaseTool

@@ -223,7 +223,7 @@ std::optional<Secrets::Span> Secrets::hFindNameInWord(const Span& iWord)
     {
         for (std::size_t lStop = lStart + 1; lStop <= std::min(iWord.mStop, lStart + gLongestName); ++lStop)
         {
-            if (mSensitive.IsSensitive(mText.substr(lStart, lStop - lStart).c_str()))
+            if (mSensitive.Is(std::wstring_view(mText).substr(lStart, lStop - lStart)))
             {
                 return Span{lStart, lStop};
             }
@@ -246,7 +246,7 @@ bool Secrets::hIsSensitive(const Span& iName)
     const auto [lKnown, lIsNew] = mKnown.emplace(lName, false);
     if (lIsNew)
     {
-        lKnown->second = mSensitive.IsSensitive(lName.c_str());
+        lKnown->second = mSensitive.Is(lName);
     }
     return lKnown->second;
 }

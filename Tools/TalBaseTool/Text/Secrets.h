@@ -5,7 +5,7 @@
 #define TALBASETOOL_TEXT_SECRETS_H
 
 #include "Text/Delimiters.h"
-#include "Text/Escaping.h"
+#include "Text/SensitiveNames.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,0 +1,49 @@
+// Which names are sensitive, and where they stand in a text that may be anybody's: the library's names, those of the
+// environment variable TALBASE_SENSITIVE_NAMES (one a line), and others that are given.
+//
+// Names are compared as a person reads them: whatever their case, without the blanks, line ends, marks and invisible
+// characters in and around them, and with JSON's escapes read.
+
+#ifndef TALBASETOOL_TEXT_SENSITIVENAMES_H
+#define TALBASETOOL_TEXT_SENSITIVENAMES_H
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+// A name in a text.
+struct NamePlace
+{
+    std::size_t mStart;
+    std::size_t mStop;
+};
+
+class SensitiveNames
+{
+public:
+    // iOthers: names besides the library's and the environment's. One that has nothing but blanks is none.
+    explicit SensitiveNames(const std::vector<std::wstring>& iOthers = {});
+
+    // Whether a text is such a name, and nothing else.
+    bool Is(std::wstring_view iText) const;
+
+    // The first one that stands in a text as a word of its own: no letter, digit or underscore touches it.
+    std::optional<NamePlace> FindWord(std::wstring_view iText) const;
+
+    // Whether one stands anywhere in a text, also as a part of a longer word.
+    bool IsIn(std::wstring_view iText) const;
+
+private:
+    std::optional<NamePlace> hFind(std::wstring_view iText, bool iAsWord) const;
+
+    std::vector<std::wstring> mNames; // as they are compared
+};
+
+} // namespace TalBaseTool
+
+#endif
