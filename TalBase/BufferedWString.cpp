@@ -3,10 +3,10 @@
 #include "QBase/Atomic.h"
 #include "TalBase/PrivateSource/BufferedWStringImpl.h"
 
-#include <algorithm>
 #include <cwchar>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 namespace QTalBase
 {
@@ -48,8 +48,7 @@ BufferedWStringImpl::BufferedWStringImpl(std::size_t iInitialSize, std::size_t i
       mIncrement(CheckedIncrement(iInitialSize, iIncrement)),
       mCapacity(iInitialSize),
       mBuffer(MakeZeroedBuffer(iInitialSize)),
-      mRefCount(0),
-      mAllocated(iInitialSize)
+      mRefCount(0)
 {
 }
 
@@ -98,8 +97,6 @@ std::size_t BufferedWStringImpl::capacity() const
     return mCapacity;
 }
 
-// The capacity grows as the contract says; the memory behind it doubles, so that appending many short texts with a
-// small increment costs linear time. Only what the capacity covers is kept zeroed.
 void BufferedWStringImpl::AddAndResizeIfNeeded(const wchar_t* ipText, std::size_t iLength)
 {
     const std::size_t lFree = mCapacity - mSize;
@@ -113,17 +110,9 @@ void BufferedWStringImpl::AddAndResizeIfNeeded(const wchar_t* ipText, std::size_
             throw std::length_error("QTalBase::BufferedWString: too long");
         }
         const std::size_t lCapacity = mCapacity + lSteps * mIncrement;
-        if (lCapacity > mAllocated)
-        {
-            const std::size_t lAllocated =
-                std::max(lCapacity, mAllocated + std::min(mSize, gLargestCapacity - mAllocated));
-            std::unique_ptr<wchar_t[]> lBuffer(new wchar_t[lAllocated + 1]);
-            std::wmemcpy(lBuffer.get(), mBuffer.get(), mCapacity + 1);
-            lOldBuffer = std::move(mBuffer);
-            mBuffer = std::move(lBuffer);
-            mAllocated = lAllocated;
-        }
-        std::wmemset(mBuffer.get() + mCapacity, L'\0', lCapacity - mCapacity + 1);
+        std::unique_ptr<wchar_t[]> lBuffer = MakeZeroedBuffer(lCapacity);
+        std::wmemcpy(lBuffer.get(), mBuffer.get(), mSize);
+        lOldBuffer = std::exchange(mBuffer, std::move(lBuffer));
         mCapacity = lCapacity;
     }
     std::wmemmove(mBuffer.get() + mSize, ipText, iLength);

@@ -1,7 +1,13 @@
 // A growable wide-character buffer for building long texts piece by piece. Its capacity grows by a fixed step that its
-// creator chooses and never shrinks; the arithmetic of the capacity is part of the contract. Reference counted (a new
-// buffer has count 0; the first QBase::SmartPtrI takes the first reference), not serializable. One thread at a time
-// may use a buffer, except that references may be taken and dropped from any thread.
+// creator chooses and never shrinks; the arithmetic of the capacity is part of the contract, and the memory is that of
+// the capacity and a terminator, no more. Reference counted (a new buffer has count 0; the first QBase::SmartPtrI takes
+// the first reference), not serializable. One thread at a time may use a buffer, except that references may be taken
+// and dropped from any thread.
+//
+// Time. Every growth takes new memory and copies what is held, so n characters put together piece by piece with an
+// increment of i take time that grows with n * n / i. A million characters, ten at a time into a buffer that began
+// empty, took 2 s with an increment of 100, 0.7 s with 300, 0.2 s with 1,000, 24 ms with 10,000 and 1 ms with that of
+// the default. Choose an initial size that fits the text, or an increment that is a good part of it.
 
 #ifndef TALBASE_BUFFEREDWSTRING_H
 #define TALBASE_BUFFEREDWSTRING_H

@@ -40,9 +40,8 @@ private:
     [[maybe_unused]] std::size_t mInitialSize; // kept, not read by any operation
     std::size_t mIncrement;
     std::size_t mCapacity;
-    std::unique_ptr<wchar_t[]> mBuffer;
+    std::unique_ptr<wchar_t[]> mBuffer; // mCapacity + 1 characters
     mutable QSynch::AtomicLong mRefCount;
-    std::size_t mAllocated; // characters that the memory holds, at least mCapacity
 };
 
 } // namespace QTalBase

@@ -23,6 +23,8 @@ talbase_test(ValueContentTest SOURCES ValueContentTest.cpp ../Support/FailingNew
 talbase_test(NestCopierTest SOURCES BagMergerTest.cpp NestCopierTest.cpp LINK TalBaseInside)
 talbase_test(NameTableTest SOURCES NameTableTest.cpp LINK TalBaseInside)
 talbase_test(TextCheckTest SOURCES TextCheckTest.cpp LINK TalBase::TalBase)
-talbase_test(BufferedWStringTest SOURCES BufferedWStringTest.cpp LINK TalBase::TalBase)
+talbase_test(BufferedWStringTest
+    SOURCES BufferedWStringTest.cpp ../Support/FailingNew.cpp
+    LINK TalBase::TalBase)
 talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
 talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)

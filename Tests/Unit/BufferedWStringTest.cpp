@@ -4,6 +4,7 @@
 #include "TalBase/PrivateSource/BufferedWStringImpl.h"
 
 #include "Tests/Support/Expect.h"
+#include "Tests/Support/FailingNew.h"
 
 #include <gtest/gtest.h>
 
@@ -195,6 +196,35 @@ TEST(BufferedWString, AppendManyTextsConcatenates)
         ASSERT_STREQ(lBuffer->c_str(), lExpected.c_str());
     }
     ExpectBuffer(*lBuffer, lExpected, 10 + (lExpected.size() - 10 + 6) / 7 * 7);
+}
+
+TEST(BufferedWString, MemoryHoldsTheCapacityAndATerminator)
+{
+    Support::ForgetLargest();
+    const BufferPtr lBuffer = NewBuffer(5000, 1);
+    EXPECT_EQ(Support::LargestAllocation(), 5001 * sizeof(wchar_t));
+    *lBuffer += std::wstring(5000, L'x');
+    Support::ForgetLargest();
+    *lBuffer += L"y";
+    EXPECT_EQ(Support::LargestAllocation(), 5002 * sizeof(wchar_t));
+    Support::ForgetLargest();
+    *lBuffer += L"abc";
+    EXPECT_EQ(Support::LargestAllocation(), 5005 * sizeof(wchar_t));
+    ExpectBuffer(*lBuffer, std::wstring(5000, L'x') + L"yabc", 5004);
+}
+
+TEST(BufferedWString, GrowthWithoutMemoryLeavesTheBuffer)
+{
+    const BufferPtr lBuffer = NewBuffer(3, 2);
+    *lBuffer += L"abc";
+    const wchar_t* const lBefore = lBuffer->c_str();
+    Support::FailAfter(0);
+    EXPECT_THROW(*lBuffer += lBefore, std::bad_alloc);
+    EXPECT_EQ(Support::StopFailing(), 1U);
+    EXPECT_EQ(lBuffer->c_str(), lBefore);
+    ExpectBuffer(*lBuffer, L"abc", 3);
+    *lBuffer += lBefore;
+    ExpectBuffer(*lBuffer, L"abcabc", 7);
 }
 
 TEST(BufferedWString, AppendOwnText)
