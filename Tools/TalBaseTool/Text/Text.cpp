@@ -29,13 +29,6 @@ constexpr Range gControls[] = {{0x0, 0x1F},      {0x7F, 0x9F},          {0xAD, 0
                                {0x2060, 0x206F}, {0xFEFF, 0xFEFF},      {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F},
                                {0xD800, 0xDFFF}, {0x110000, 0xFFFFFFFF}};
 
-bool IsControl(wchar_t iCharacter)
-{
-    const unsigned long lCode = static_cast<unsigned int>(iCharacter);
-    return std::any_of(std::begin(gControls), std::end(gControls),
-                       [lCode](const Range& iRange) { return lCode >= iRange.mFirst && lCode <= iRange.mLast; });
-}
-
 // Writes controls as numbers, but those of iShort as a backslash and the letter in the same place.
 std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstring_view iLetters)
 {
@@ -49,7 +42,7 @@ std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstr
             lText += L'\\';
             lText += iLetters[lKnown];
         }
-        else if (IsControl(lCharacter))
+        else if (IsInvisible(lCharacter))
         {
             wchar_t lNumber[16];
             const unsigned int lCode = static_cast<unsigned int>(lCharacter);
@@ -94,6 +87,30 @@ private:
 std::string ToUtf8(std::wstring_view iText)
 {
     return QBase::WideCharToUTF8(std::wstring(iText).c_str(), false);
+}
+
+void AppendUtf8(std::wstring_view iText, std::string& oUtf8)
+{
+    std::size_t lIndex = 0;
+    for (; lIndex < iText.size() && iText[lIndex] > L'\0' && iText[lIndex] < L'\x80'; ++lIndex)
+    {
+        oUtf8 += static_cast<char>(iText[lIndex]);
+    }
+    if (lIndex < iText.size())
+    {
+        oUtf8 += ToUtf8(iText.substr(lIndex));
+    }
+}
+
+bool IsInvisible(wchar_t iCharacter)
+{
+    const unsigned long lCode = static_cast<unsigned int>(iCharacter);
+    if (lCode >= 0x20 && lCode < 0x7F)
+    {
+        return false;
+    }
+    return std::any_of(std::begin(gControls), std::end(gControls),
+                       [lCode](const Range& iRange) { return lCode >= iRange.mFirst && lCode <= iRange.mLast; });
 }
 
 std::wstring ReadArgument(const std::string& iArgument, const std::string& iWhat)
