@@ -100,7 +100,7 @@ TEST(Program, DataGoesOutAndAllElseGoesToStandardError)
     EXPECT_EQ(lOutOf("talbase redact --name Transport job.bag 2>&1 >/dev/null"), "talbase: 2 properties taken out\n");
     EXPECT_EQ(lOutOf("talbase check broken.bag lossy.bag 2>/dev/null"), "lossy.bag: valid, 6 warnings\n");
     EXPECT_EQ(lOutOf("talbase show broken.bag 2>/dev/null"), "");
-    EXPECT_EQ(lOutOf("talbase show job.bag 2>&1 >/dev/full"), "talbase: cannot write to standard output\n");
+    EXPECT_EQ(lOutOf("talbase show job.bag 2>&1 >/dev/full"), "talbase: cannot write to standard output: No space left on device\n");
     EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase show job.bag >/dev/full 2>&1").mStatus, 2);
 }
 
@@ -114,7 +114,9 @@ TEST(Program, OutputThatCannotBeWrittenIsTrouble)
             const Finished lFinished =
                 RunShell(lWorkplace.GetFolder(), "talbase " + lCommand + " 3>&1 2>&3 " + lOutput);
             EXPECT_EQ(lFinished.mStatus, 2) << lCommand << lOutput;
-            EXPECT_EQ(lFinished.mOutput, "talbase: cannot write to standard output\n") << lCommand << lOutput;
+            const std::string lWhy = lOutput == ">&-" ? "Bad file descriptor" : "No space left on device";
+            EXPECT_EQ(lFinished.mOutput, "talbase: cannot write to standard output: " + lWhy + "\n")
+                << lCommand << lOutput;
         }
     }
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,16 +14,19 @@ using namespace ToolTests;
 namespace
 {
 
-// Runs a command line by bash on a terminal of its own, and returns what appears there.
-std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iCommand)
+// Runs a command line by bash on a terminal of its own, and returns what appears there. iWidth: its columns; 0 for a
+// terminal that does not say.
+std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iCommand, unsigned short iWidth = 0)
 {
     int lTerminal = -1;
-    const pid_t lChild = ::forkpty(&lTerminal, nullptr, nullptr, nullptr);
+    const struct winsize lSize = {24, iWidth, 0, 0};
+    const pid_t lChild = ::forkpty(&lTerminal, nullptr, nullptr, &lSize);
     if (lChild == 0)
     {
         const std::string lPath = std::filesystem::path(TALBASE_TOOL_PROGRAM).parent_path().string();
         const std::string lLine = "cd '" + iWorkplace.GetFolder().string() + "' && PATH='" + lPath +
-                                  "':$PATH; unset NO_COLOR; export TERM=xterm; " + iCommand;
+                                  "':$PATH; unset NO_COLOR COLUMNS; shopt -u checkwinsize; export TERM=xterm; " +
+                                  iCommand;
         ::execlp("bash", "bash", "-c", lLine.c_str(), static_cast<char*>(nullptr));
         ::_exit(127);
     }
@@ -40,6 +44,20 @@ std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iComma
 bool HasColor(const std::string& iScreen)
 {
     return iScreen.find("\033[") != std::string::npos;
+}
+
+// The longest line in characters.
+std::size_t LongestLine(const std::string& iScreen)
+{
+    std::size_t lLongest = 0;
+    std::size_t lLength = 0;
+    for (const char lByte : iScreen)
+    {
+        const bool lIsFollowing = (static_cast<unsigned char>(lByte) & 0xC0U) == 0x80U;
+        lLength = lByte == '\n' ? 0 : lLength + (lByte == '\r' || lIsFollowing ? 0 : 1);
+        lLongest = std::max(lLongest, lLength);
+    }
+    return lLongest;
 }
 
 } // namespace
@@ -79,4 +97,36 @@ TEST(Terminal, GetsProgressOfWhatIsLarge)
     EXPECT_NE(lScreen.find("large.bag: valid\r\n"), std::string::npos) << lScreen;
     EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase check large.bag 2>&1").mOutput, "large.bag: valid\n");
     EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase check job.bag"), "job.bag: valid\r\n");
+}
+
+TEST(Terminal, GetsHelpOfItsWidth)
+{
+    const Workplace lWorkplace;
+    for (const std::string lCommand : {"talbase --help", "talbase help check", "talbase help window"})
+    {
+        const auto lWidthAt = [&](unsigned short iWidth) {
+            return LongestLine(RunOnTerminal(lWorkplace, lCommand, iWidth));
+        };
+        EXPECT_LE(lWidthAt(50), 50U) << lCommand;
+        EXPECT_LE(lWidthAt(0), 80U) << lCommand;
+        EXPECT_GT(lWidthAt(0), 70U) << lCommand;
+        EXPECT_LE(lWidthAt(120), 120U) << lCommand;
+        EXPECT_GT(lWidthAt(120), 100U) << lCommand;
+        EXPECT_LE(LongestLine(RunOnTerminal(lWorkplace, "COLUMNS=60 " + lCommand, 120)), 60U) << lCommand;
+        const std::string lPiped = RunOnTerminal(lWorkplace, lCommand + " | cat", 50);
+        EXPECT_GT(LongestLine(lPiped), 70U) << lCommand;
+        EXPECT_LE(LongestLine(lPiped), 80U) << lCommand;
+    }
+    const std::string lNarrow = RunOnTerminal(lWorkplace, "talbase --help", 50);
+    EXPECT_NE(lNarrow.find("  diff: 0 the same, 1 different, 2 trouble,\r\n  unreadable.\r\n"), std::string::npos)
+        << lNarrow;
+}
+
+TEST(Terminal, GetsProgressOfItsWidth)
+{
+    const Workplace lWorkplace;
+    lWorkplace.Write("large.bag", "EndDelimiter***BeginDelimiter++++***a++++" + std::string(17000000, 'x') + "***");
+    const std::string lScreen = RunOnTerminal(lWorkplace, "talbase check large.bag", 20);
+    EXPECT_NE(lScreen.find("\033[Kreading large.bag …\r"), std::string::npos) << lScreen;
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase check -q large.bag", 20), "");
 }

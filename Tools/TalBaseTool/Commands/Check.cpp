@@ -94,9 +94,9 @@ public:
         if (!lResult.mIsValid)
         {
             const std::size_t lPosition = StepBeforeLineEnd(mText, lResult.mPosition);
-            mStreams.mErr << ShowPlace(mFile, lExcerpts.FindPlace(lPosition))
-                          << mPalette.Paint(Style::Error, ShowMessage(lResult.mMessage.c_str())) << '\n'
-                          << lExcerpts.Make(lPosition, 1, mPalette, Style::Error);
+            mStreams.Remarks() << ShowPlace(mFile, lExcerpts.FindPlace(lPosition))
+                               << mPalette.Paint(Style::Error, ShowMessage(lResult.mMessage.c_str())) << '\n'
+                               << lExcerpts.Make(lPosition, 1, mPalette, Style::Error);
             return ExitBad;
         }
         mStreams.mOut << ShowFile(mFile) << ": valid"
@@ -123,9 +123,9 @@ private:
         const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, iGiven);
         lResult.mIsValid = false;
         lResult.mPosition = iError.GetPlace();
-        mStreams.mErr << mPalette.Paint(Style::Error, iError.what()) << '\n'
-                      << Excerpts(mText, lResult, lPair, mOptions.mSecrets.mShowSecrets)
-                             .Make(iError.GetPlace(), 1, mPalette, Style::Error);
+        mStreams.Remarks() << mPalette.Paint(Style::Error, iError.what()) << '\n'
+                           << Excerpts(mText, lResult, lPair, mOptions.mSecrets.mShowSecrets)
+                                  .Make(iError.GetPlace(), 1, mPalette, Style::Error);
     }
 
     // Counts the warnings; not all of them are shown.
@@ -150,8 +150,8 @@ private:
         }
         if (mWarnings > mOptions.mMaxWarnings && mOptions.mMaxWarnings > 0)
         {
-            mStreams.mErr << ShowFile(mFile) << ": " << Count(mWarnings - mOptions.mMaxWarnings, "more warning")
-                          << '\n';
+            mStreams.Remarks() << ShowFile(mFile) << ": " << Count(mWarnings - mOptions.mMaxWarnings, "more warning")
+                               << '\n';
         }
     }
 
@@ -179,9 +179,9 @@ private:
     {
         if (++mWarnings <= mOptions.mMaxWarnings)
         {
-            mStreams.mErr << ShowPlace(mFile, oExcerpts.FindPlace(iPosition))
-                          << mPalette.Paint(Style::Warning, std::string("warning: ") + iDescribe()) << '\n'
-                          << oExcerpts.Make(iPosition, iLength, mPalette, Style::Warning);
+            mStreams.Remarks() << ShowPlace(mFile, oExcerpts.FindPlace(iPosition))
+                               << mPalette.Paint(Style::Warning, std::string("warning: ") + iDescribe()) << '\n'
+                               << oExcerpts.Make(iPosition, iLength, mPalette, Style::Warning);
         }
     }
 

@@ -222,8 +222,8 @@ int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
     }
     Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
     const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
-    ReportLosses(lNest, iStreams.mErr);
-    LeaveOutEmptyBags(lNest.mBag, iStreams.mErr);
+    ReportLosses(lNest, iStreams.Remarks());
+    LeaveOutEmptyBags(lNest.mBag, iStreams.Remarks());
     if (lNest.mBag->GetCount() == 0)
     {
         throw DataError(ShowFile(iOptions.mBagFile) + ": a text cannot hold a bag without properties");

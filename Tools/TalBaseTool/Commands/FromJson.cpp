@@ -332,7 +332,7 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
             ThrowJsonError(iOptions.mFile, lBytes, lReader.GetError());
         }
     }
-    lReport.Write(iStreams.mErr);
+    lReport.Write(iStreams.Remarks());
     if (iOptions.mIsStrict && lReport.HasLoss())
     {
         throw DataError(ShowFile(iOptions.mFile) + ": a bag cannot hold all of it");

@@ -66,8 +66,8 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
     for (std::size_t lIndex = 1; lIndex < iOptions.mFiles.size(); ++lIndex)
     {
         Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
-        ReportLosses(lOther, iStreams.mErr);
-        LeaveOutEmptyBags(lOther.mBag, iStreams.mErr);
+        ReportLosses(lOther, iStreams.Remarks());
+        LeaveOutEmptyBags(lOther.mBag, iStreams.Remarks());
         const BagPtr lFrom = WithDelimiters(lOther.mBag, lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
         if (iOptions.mIsDeep)
         {
@@ -103,8 +103,8 @@ int Redact(const RedactOptions& iOptions, const Streams& iStreams)
         lWalk.Removed();
         ++lCount;
     }
-    LeaveOutEmptyBags(lDocument.mBag, iStreams.mErr);
-    iStreams.mErr << "talbase: " << Count(lCount, "property", "properties") << " taken out\n";
+    LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
+    iStreams.Remarks() << "talbase: " << Count(lCount, "property", "properties") << " taken out\n";
     Save(lDocument, iOptions.mTarget, iStreams);
     return ExitGood;
 }
@@ -115,7 +115,7 @@ int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams)
     const DelimiterTexts lPair{ReadArgument(iOptions.mBegin, "--begin"), ReadArgument(iOptions.mEnd, "--end")};
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
     Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
-    LeaveOutEmptyBags(lDocument.mBag, iStreams.mErr);
+    LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
     lDocument.mBag = WithDelimiters(lDocument.mBag, lPair.mBegin, lPair.mEnd);
     Save(lDocument, iOptions.mTarget, iStreams);
     return ExitGood;

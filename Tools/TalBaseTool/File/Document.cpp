@@ -168,6 +168,12 @@ void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
 
 } // namespace
 
+std::ostream& Streams::Remarks() const
+{
+    static std::ostream lNowhere(nullptr);
+    return mIsQuiet ? lNowhere : mErr;
+}
+
 Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets)
 {
     return LoadAnd(iFile, iPair, iSecrets, [](const std::wstring&, const std::optional<DelimiterTexts>&) {
@@ -225,16 +231,16 @@ void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr)
 
 void Save(Document iDocument, const Target& iTarget, const Streams& iStreams)
 {
-    LeaveOutEmptyBags(iDocument.mBag, iStreams.mErr);
+    LeaveOutEmptyBags(iDocument.mBag, iStreams.Remarks());
     const QBase::ReturnWString lText = Render(iDocument);
     CheckReadsBack(iDocument, lText);
-    ReportLosses(iDocument, iStreams.mErr);
+    ReportLosses(iDocument, iStreams.Remarks());
     const Progress lProgress("writing", lText.GetLength());
     if (iTarget.mIsInPlace)
     {
         for (const std::string& lLost : ReplaceText(iDocument.mFile, lText, iDocument.mLineEnd))
         {
-            iStreams.mErr << "talbase: " << ShowFile(iDocument.mFile) << ": " << lLost << '\n';
+            iStreams.Remarks() << "talbase: " << ShowFile(iDocument.mFile) << ": " << lLost << '\n';
         }
     }
     else

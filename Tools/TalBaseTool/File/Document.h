@@ -27,6 +27,11 @@ struct Streams
     std::ostream& mErr;
     bool mIsOutTerminal = false;
     bool mIsErrTerminal = false;
+    std::size_t mWidth = 0; // columns of the terminal that mOut is; 0 where it is none, and lines may be long
+    bool mIsQuiet = false;
+
+    // Where to say what only informs; errors go to mErr.
+    std::ostream& Remarks() const;
 };
 
 struct Document

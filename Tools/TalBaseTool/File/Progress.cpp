@@ -1,5 +1,8 @@
 #include "File/Progress.h"
 
+#include "File/Terminal.h"
+#include "Text/Text.h"
+
 #include <cstdio>
 #include <unistd.h>
 
@@ -12,10 +15,17 @@ namespace
 constexpr std::size_t gMillion = 1000000;
 constexpr std::size_t gWorthShowing = 16 * gMillion;
 
+bool gIsAllowed = true;
+
 } // namespace
 
+void Progress::Allow(bool iIsAllowed)
+{
+    gIsAllowed = iIsAllowed;
+}
+
 Progress::Progress(std::string iAction, std::size_t iSize)
-    : mAction(std::move(iAction)), mSize(iSize), mIsTerminal(::isatty(STDERR_FILENO) == 1), mNext(gWorthShowing)
+    : mAction(std::move(iAction)), mSize(iSize), mWidth(gIsAllowed ? FindWidth(STDERR_FILENO) : 0), mNext(gWorthShowing)
 {
     if (mSize >= gWorthShowing)
     {
@@ -49,9 +59,10 @@ void Progress::Step(std::size_t iDone)
 
 void Progress::hDraw(const std::string& iHowFar)
 {
-    if (mIsTerminal)
+    if (mWidth > 0)
     {
-        std::fprintf(stderr, "\r\033[K%s %s", mAction.c_str(), iHowFar.c_str());
+        // In the last column a terminal may go to the next line, which could not be wiped.
+        std::fprintf(stderr, "\r\033[K%s", CutToWidth(mAction + " " + iHowFar, mWidth - 1).c_str());
         std::fflush(stderr);
         mIsDrawn = true;
     }

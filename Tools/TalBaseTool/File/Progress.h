@@ -13,6 +13,9 @@ namespace TalBaseTool
 class Progress
 {
 public:
+    // Whether any is shown from now on.
+    static void Allow(bool iIsAllowed);
+
     // iAction: what is being done, for example "reading job.bag", fit to be shown. iSize: of the work, in bytes or
     // characters; 0 where it is not known, and then only Step shows anything.
     explicit Progress(std::string iAction, std::size_t iSize = 0);
@@ -31,7 +34,7 @@ private:
 
     std::string mAction;
     std::size_t mSize;
-    bool mIsTerminal;
+    std::size_t mWidth; // of the terminal; 0 where nothing is drawn
     bool mIsDrawn = false;
     std::size_t mNext;
 };

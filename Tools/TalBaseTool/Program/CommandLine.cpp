@@ -1,7 +1,10 @@
 #include "Program/CommandLine.h"
 
+#include "File/OutputBuffer.h"
+#include "File/Progress.h"
 #include "Program/Arguments.h"
 #include "Program/CommandGroups.h"
+#include "Program/ExitStatus.h"
 #include "Program/Help.h"
 #include "Text/Errors.h"
 #include "Text/Messages.h"
@@ -11,6 +14,7 @@
 #include "QBase/Message.h"
 
 #include <CLI/CLI.hpp>
+#include <cstring>
 #include <new>
 
 namespace TalBaseTool
@@ -24,7 +28,10 @@ void FlushOutput(const Streams& iStreams)
     iStreams.mOut.flush();
     if (!iStreams.mOut)
     {
-        throw IoError("cannot write to standard output");
+        const auto* const lpBuffer = dynamic_cast<const OutputBuffer*>(iStreams.mOut.rdbuf());
+        const int lError = lpBuffer != nullptr ? lpBuffer->GetError() : 0;
+        throw IoError(std::string("cannot write to standard output") +
+                      (lError != 0 ? std::string(": ") + std::strerror(lError) : ""));
     }
 }
 
@@ -54,10 +61,45 @@ int ReportParseError(const CLI::App& iApp, const CLI::ParseError& iError, const 
     return ExitTrouble;
 }
 
+// Runs a command that is asked for its status only, or says nothing that only informs, where it is quiet. What is wrong
+// with the data gets the status that it has there.
+int Run(const ChosenCommand& iChosen, const ExitMeaning& iMeaning, const Streams& iStreams)
+{
+    const bool lAnswersByStatus = iStreams.mIsQuiet && iMeaning.mIsQuestion;
+    const int lUnreadable = iMeaning.mIsUnreadableTrouble ? ExitTrouble : ExitBad;
+    const auto lReport = [&](const std::string& iText, int iStatus) {
+        if (iStatus == ExitTrouble || !lAnswersByStatus)
+        {
+            iStreams.mErr << iText << '\n';
+        }
+        return iStatus;
+    };
+    try
+    {
+        Progress::Allow(!iStreams.mIsQuiet);
+        const int lStatus =
+            iChosen(lAnswersByStatus ? Streams{iStreams.Remarks(), iStreams.mErr, false, false, 0, true} : iStreams);
+        FlushOutput(iStreams);
+        return lStatus;
+    }
+    catch (const TextError& lError) // like a compiler's, so that editors find the place
+    {
+        return lReport(lError.what(), lUnreadable);
+    }
+    catch (const DataError& lError)
+    {
+        return lReport(std::string("talbase: ") + lError.what(), ExitBad);
+    }
+    catch (const QBase::Message& lMessage)
+    {
+        return lReport("talbase: " + ShowMessage(lMessage.GetMessage()), ExitBad);
+    }
+}
+
 int ParseAndRun(const std::vector<std::string>& iArguments, const Streams& iStreams)
 {
     ChosenCommand lChosen;
-    const std::unique_ptr<CLI::App> lApp = MakeParser(lChosen);
+    const std::unique_ptr<CLI::App> lApp = MakeParser(lChosen, iStreams.mWidth);
     const std::vector<std::string> lArguments = PrepareArguments(*lApp, iArguments);
     try
     {
@@ -67,14 +109,15 @@ int ParseAndRun(const std::vector<std::string>& iArguments, const Streams& iStre
     {
         return ReportParseError(*lApp, lError, iStreams);
     }
-    const int lStatus = lChosen(iStreams);
-    FlushOutput(iStreams);
-    return lStatus;
+    const CLI::App& lCommand = *lApp->get_subcommands().front();
+    Streams lStreams = iStreams;
+    lStreams.mIsQuiet = lCommand.count(gQuiet) > 0;
+    return Run(lChosen, FindExitMeaning(lCommand.get_name()), lStreams);
 }
 
 } // namespace
 
-std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen)
+std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen, std::size_t iWidth)
 {
     auto lApp =
         std::make_unique<CLI::App>("Look into property bags and change them\n"
@@ -85,7 +128,7 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen)
     lApp->set_version_flag("--version", "talbase " TALBASE_TOOL_VERSION, "Print the version");
     lApp->require_subcommand(1);
     lApp->set_help_flag("-h,--help", "Print this help");
-    lApp->formatter(MakeHelpFormatter());
+    lApp->formatter(MakeHelpFormatter(iWidth));
     lApp->footer("talbase show job.bag");
     for (const auto lAdd : {AddShow, AddCheck, AddGet, AddSet, AddRemove, AddMove, AddEmbed, AddDiff, AddMerge,
                             AddToJson, AddFromJson, AddRedact, AddDelimiters, AddWindow, AddGuid})
@@ -97,34 +140,21 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen)
 
 int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iStreams)
 {
-    const auto lReport = [&iStreams](const std::string& iText, int iStatus) {
+    const auto lReport = [&iStreams](const std::string& iText) {
         iStreams.mErr << "talbase: " << iText << '\n';
-        return iStatus;
+        return ExitTrouble;
     };
     try
     {
         return ParseAndRun(iArguments, iStreams);
     }
-    catch (const TextError& lError) // like a compiler's, so that editors find the place
-    {
-        iStreams.mErr << lError.what() << '\n';
-        return ExitBad;
-    }
-    catch (const DataError& lError)
-    {
-        return lReport(lError.what(), ExitBad);
-    }
-    catch (const QBase::Message& lMessage)
-    {
-        return lReport(ShowMessage(lMessage.GetMessage()), ExitBad);
-    }
     catch (const std::bad_alloc&)
     {
-        return lReport("there is not enough memory", ExitTrouble);
+        return lReport("there is not enough memory");
     }
     catch (const std::exception& lError)
     {
-        return lReport(lError.what(), ExitTrouble);
+        return lReport(lError.what());
     }
 }
 

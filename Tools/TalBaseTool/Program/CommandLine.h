@@ -23,7 +23,11 @@ using ChosenCommand = std::function<int(const Streams&)>;
 
 // Makes the parser. oChosen must outlive it. The description of a command begins with a line that sums it up; its
 // footer is an example. The type of an argument tells what may stand there: FILE, or words with '|' between them.
-std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen);
+// iWidth: of the help's lines; 0 for the usual.
+std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen, std::size_t iWidth = 0);
+
+// What every command has.
+inline constexpr const char* gQuiet = "--quiet";
 
 // Runs one command. iArguments: without the program's name. Returns the exit status; all trouble is reported.
 int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iStreams);

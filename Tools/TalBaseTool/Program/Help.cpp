@@ -1,6 +1,10 @@
 #include "Program/Help.h"
 
+#include "File/Terminal.h"
+#include "Program/ExitStatus.h"
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <sstream>
 
 namespace TalBaseTool
@@ -9,11 +13,8 @@ namespace TalBaseTool
 namespace
 {
 
-constexpr std::size_t gWidth = 80;
-constexpr std::size_t gColumn = 26; // where the texts about arguments begin
-
-// Breaks a text into lines that begin at a column; the first one is there already.
-std::string Wrap(const std::string& iText, std::size_t iColumn)
+// Breaks a text into lines of a width that begin at a column; the first one is there already.
+std::string Wrap(const std::string& iText, std::size_t iColumn, std::size_t iWidth)
 {
     std::string lWrapped;
     std::size_t lUsed = iColumn;
@@ -21,7 +22,7 @@ std::string Wrap(const std::string& iText, std::size_t iColumn)
     for (std::string lWord; lWords >> lWord;)
     {
         const bool lIsFirst = lUsed == iColumn;
-        if (!lIsFirst && lUsed + 1 + lWord.size() > gWidth)
+        if (!lIsFirst && lUsed + 1 + lWord.size() > iWidth)
         {
             lWrapped += "\n" + std::string(iColumn, ' ') + lWord;
             lUsed = iColumn + lWord.size();
@@ -31,14 +32,6 @@ std::string Wrap(const std::string& iText, std::size_t iColumn)
         lUsed += lWord.size() + (lIsFirst ? 0 : 1);
     }
     return lWrapped;
-}
-
-// A line or more about one argument.
-std::string DescribeArgument(const std::string& iArgument, const std::string& iText)
-{
-    std::string lLine = "  " + iArgument;
-    lLine += lLine.size() + 2 > gColumn ? "\n" + std::string(gColumn, ' ') : std::string(gColumn - lLine.size(), ' ');
-    return lLine + Wrap(iText, gColumn) + "\n";
 }
 
 std::string NameArgument(const ArgumentHelp& iArgument)
@@ -83,32 +76,94 @@ ArgumentHelp ReadArgumentHelp(const CLI::Option& iOption)
     return lArgument;
 }
 
+// Without the program's.
+std::vector<std::string> NamesOf(const std::vector<CommandHelp>& iCommands)
+{
+    std::vector<std::string> lNames;
+    for (const CommandHelp& lCommand : iCommands)
+    {
+        lNames.push_back(lCommand.mName.substr(lCommand.mName.rfind(' ') + 1));
+    }
+    return lNames;
+}
+
 class HelpFormatter : public CLI::FormatterBase
 {
 public:
+    explicit HelpFormatter(std::size_t iWidth)
+        : mWidth(iWidth > 0 ? iWidth : gUsualWidth), mColumn(std::min(gColumn, mWidth / 3))
+    {
+    }
+
     std::string make_help(const CLI::App* ipApp, std::string, CLI::AppFormatMode) const override
     {
         const CommandHelp lHelp = ReadHelp(*ipApp);
-        std::string lText =
-            "usage: " + lHelp.GetUsage() + "\n\n" + lHelp.mSummary + ".\n\n" + Wrap(lHelp.mDetails, 0) + "\n";
+        std::string lText = Wrap("usage: " + lHelp.GetUsage(), 0, mWidth) + "\n\n" +
+                            Wrap(lHelp.mSummary + ".", 0, mWidth) + "\n\n" + Wrap(lHelp.mDetails, 0, mWidth) + "\n";
         const std::vector<CommandHelp> lCommands = ReadCommands(*ipApp);
         lText += lCommands.empty() ? "" : "\nCommands:\n";
         for (const CommandHelp& lCommand : lCommands)
         {
-            lText += DescribeArgument(lCommand.mName.substr(lHelp.mName.size() + 1), lCommand.mSummary);
+            lText += hDescribe(lCommand.mName.substr(lHelp.mName.size() + 1), lCommand.mSummary);
         }
         lText += lHelp.mPositionals.empty() ? "" : "\nArguments:\n";
         for (const ArgumentHelp& lArgument : lHelp.mPositionals)
         {
-            lText += DescribeArgument(NameArgument(lArgument), lArgument.mText);
+            lText += hDescribe(NameArgument(lArgument), lArgument.mText);
         }
         lText += "\nOptions:\n";
         for (const ArgumentHelp& lArgument : lHelp.mOptions)
         {
-            lText += DescribeArgument(NameArgument(lArgument), lArgument.mText);
+            lText += hDescribe(NameArgument(lArgument), lArgument.mText);
         }
+        lText +=
+            "\nExit status:\n" + (lCommands.empty() ? hDescribeExit(lHelp.mExit) : hDescribeExits(lHelp, lCommands));
         return lText + "\nExample:\n  " + lHelp.mExample + "\n";
     }
+
+private:
+    static constexpr std::size_t gColumn = 26;
+
+    // A line or more about one argument.
+    std::string hDescribe(const std::string& iArgument, const std::string& iText) const
+    {
+        std::string lLine = "  " + iArgument;
+        lLine +=
+            lLine.size() + 2 > mColumn ? "\n" + std::string(mColumn, ' ') : std::string(mColumn - lLine.size(), ' ');
+        return lLine + Wrap(iText, mColumn, mWidth) + "\n";
+    }
+
+    std::string hDescribeExit(const std::string& iText) const
+    {
+        return "  " + Wrap(iText, 2, mWidth) + "\n";
+    }
+
+    // The table, or where there is no room for it what it says.
+    std::string hDescribeExits(const CommandHelp& iHelp, const std::vector<CommandHelp>& iCommands) const
+    {
+        std::string lText;
+        std::istringstream lLines(iHelp.mExit);
+        for (std::string lLine; std::getline(lLines, lLine);)
+        {
+            if (lLine.size() + 2 > mWidth)
+            {
+                lText.clear();
+                break;
+            }
+            lText += "  " + lLine + "\n";
+        }
+        if (lText.empty())
+        {
+            for (const ExitRow& lRow : FindExitRows(NamesOf(iCommands)))
+            {
+                lText += hDescribeExit(lRow.mCommands + ": " + DescribeExit(lRow.mMeaning) + ".");
+            }
+        }
+        return lText + hDescribeExit(std::string(gAboutExits) + ".");
+    }
+
+    std::size_t mWidth;
+    std::size_t mColumn; // where the texts about arguments begin
 };
 
 } // namespace
@@ -137,8 +192,11 @@ CommandHelp ReadHelp(const CLI::App& iApp)
     {
         (lOption->get_positional() ? lHelp.mPositionals : lHelp.mOptions).push_back(ReadArgumentHelp(*lOption));
     }
-    if (!ReadCommands(iApp).empty())
+    const std::vector<CommandHelp> lCommands = ReadCommands(iApp);
+    lHelp.mExit = DescribeExit(FindExitMeaning(iApp.get_name())) + ".";
+    if (!lCommands.empty())
     {
+        lHelp.mExit = MakeExitTable(NamesOf(lCommands));
         lHelp.mPositionals.push_back({{}, "", "COMMAND", "What to do; 'talbase COMMAND --help' tells more"});
     }
     return lHelp;
@@ -154,9 +212,9 @@ std::vector<CommandHelp> ReadCommands(const CLI::App& iApp)
     return lCommands;
 }
 
-std::shared_ptr<CLI::FormatterBase> MakeHelpFormatter()
+std::shared_ptr<CLI::FormatterBase> MakeHelpFormatter(std::size_t iWidth)
 {
-    return std::make_shared<HelpFormatter>();
+    return std::make_shared<HelpFormatter>(iWidth);
 }
 
 } // namespace TalBaseTool

@@ -4,6 +4,7 @@
 #ifndef TALBASETOOL_PROGRAM_HELP_H
 #define TALBASETOOL_PROGRAM_HELP_H
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,7 @@ struct CommandHelp
     std::string mSummary; // one line
     std::string mDetails;
     std::string mExample;
+    std::string mExit; // what its exit statuses mean; of the program, the table
     std::vector<ArgumentHelp> mPositionals;
     std::vector<ArgumentHelp> mOptions;
 
@@ -42,8 +44,8 @@ CommandHelp ReadHelp(const CLI::App& iApp);
 // The same for each command of the program.
 std::vector<CommandHelp> ReadCommands(const CLI::App& iApp);
 
-// Prints all that as the answer to --help.
-std::shared_ptr<CLI::FormatterBase> MakeHelpFormatter();
+// Prints all that as the answer to --help, in lines of a width; 0: the usual.
+std::shared_ptr<CLI::FormatterBase> MakeHelpFormatter(std::size_t iWidth);
 
 } // namespace TalBaseTool
 

@@ -1,5 +1,7 @@
 #include "Program/Options.h"
 
+#include "Program/ExitStatus.h"
+
 #include <map>
 
 namespace TalBaseTool
@@ -72,6 +74,15 @@ void AddView(CLI::App& oApp, ViewOptions& oOptions)
     AddPair(oApp, oOptions.mPair);
     AddColor(oApp, oOptions.mColor);
     AddSecrets(oApp, oOptions.mSecrets);
+}
+
+// Whoever runs the command looks whether it was given.
+void AddQuiet(CLI::App& oApp)
+{
+    const bool lIsQuestion = FindExitMeaning(oApp.get_name()).mIsQuestion;
+    const std::string lText = lIsQuestion ? "Print nothing but trouble: the exit status is the answer"
+                                          : "Say nothing on standard error but errors";
+    oApp.add_flag(std::string("-q,") + gQuiet, lText);
 }
 
 void AddInPlace(CLI::App& oApp, Target& oTarget)

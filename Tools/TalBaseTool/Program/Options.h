@@ -25,6 +25,7 @@ void AddColor(CLI::App& oApp, ColorChoice& oColor);
 void AddSensitiveNames(CLI::App& oApp, SecretOptions& oOptions); // --name
 void AddSecrets(CLI::App& oApp, SecretOptions& oOptions);        // the same, and --show-secrets
 void AddView(CLI::App& oApp, ViewOptions& oOptions);
+void AddQuiet(CLI::App& oApp);
 void AddInPlace(CLI::App& oApp, Target& oTarget);
 
 // A command: its name, what its help says, its options, and what it does.
@@ -36,6 +37,7 @@ void AddCommand(CLI::App& oApp, ChosenCommand& oChosen, const char* ipName, cons
     CLI::App& lApp = *oApp.add_subcommand(ipName, iDescription);
     lApp.footer(ipExample);
     iDefine(lApp, *lOptions);
+    AddQuiet(lApp);
     lApp.callback([lOptions, ipRun, &oChosen] {
         oChosen = [lOptions, ipRun](const Streams& iStreams) { return ipRun(*lOptions, iStreams); };
     });

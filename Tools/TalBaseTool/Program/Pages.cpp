@@ -1,5 +1,7 @@
 #include "Program/Pages.h"
 
+#include "Program/ExitStatus.h"
+
 #include <algorithm>
 #include <cctype>
 
@@ -202,9 +204,9 @@ std::string MakeManualPage(const CommandHelp& iCommand, const std::vector<Comman
             lPage += DescribeInRoff(lArgument);
         }
     }
-    lPage += ".SH EXIT STATUS\n.TP\n0\nAll is well.\n"
-             ".TP\n1\nA text is invalid, two bags differ, or a property is not there.\n"
-             ".TP\n2\nThe command line makes no sense, or the system refused.\n";
+    lPage += ".SH EXIT STATUS\n" +
+             (iCommands.empty() ? Roff(iCommand.mExit) + "\n" : ".nf\n" + Roff(iCommand.mExit) + ".fi\n.PP\n") +
+             Roff(gAboutExits) + ".\n";
     lPage +=
         ".SH ENVIRONMENT\n.TP\n\\fBNO_COLOR\\fR\nIf it is set, nothing is coloured unless an option asks for it.\n";
     lPage += ".SH EXAMPLE\n.nf\n" + Roff(iCommand.mExample) + "\n.fi\n";

@@ -1,5 +1,7 @@
 // talbase: sees into property bags.
 
+#include "File/OutputBuffer.h"
+#include "File/Terminal.h"
 #include "Program/CommandLine.h"
 
 #include "TalBase/Initializer.h"
@@ -33,7 +35,9 @@ int main(int iCount, char** ipArguments)
 {
     OccupyStandardStreams();
     std::ios::sync_with_stdio(false);
-    return TalBaseTool::RunCommandLine(
-        {ipArguments + 1, ipArguments + iCount},
-        {std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1});
+    TalBaseTool::OutputBuffer lBuffer(STDOUT_FILENO);
+    std::ostream lOutput(&lBuffer);
+    return TalBaseTool::RunCommandLine({ipArguments + 1, ipArguments + iCount},
+                                       {lOutput, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1,
+                                        TalBaseTool::FindWidth(STDOUT_FILENO)});
 }

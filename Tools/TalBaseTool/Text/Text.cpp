@@ -147,6 +147,26 @@ std::size_t GetWidth(std::wstring_view iText)
     return lWidth;
 }
 
+std::string CutToWidth(const std::string& iText, std::size_t iColumns)
+{
+    const std::wstring lText = QBase::UTF8ToWideChar(iText, false);
+    if (iColumns == 0 || iText.size() <= iColumns || GetWidth(lText) <= iColumns)
+    {
+        return iText;
+    }
+    std::size_t lCount = 0;
+    const WidthLocale lLocale;
+    for (std::size_t lUsed = 1; lCount < lText.size(); ++lCount) // 1: the ellipsis
+    {
+        lUsed += static_cast<std::size_t>(std::max(::wcwidth(lText[lCount]), 0));
+        if (lUsed > iColumns)
+        {
+            break;
+        }
+    }
+    return ToUtf8(std::wstring_view(lText).substr(0, lCount)) + "…";
+}
+
 std::string ShowFile(const std::string& iFile)
 {
     return iFile == "-" ? "(standard input)" : ToUtf8(MakePrintable(QBase::UTF8ToWideChar(iFile, false)));

@@ -30,6 +30,9 @@ std::wstring MakeControlsPrintable(std::wstring_view iText);
 // The number of columns that a printable text takes on a terminal.
 std::size_t GetWidth(std::wstring_view iText);
 
+// What of a printable UTF-8 text fits into a number of columns; an ellipsis stands for the rest. 0: all of it.
+std::string CutToWidth(const std::string& iText, std::size_t iColumns);
+
 // The name of a file as it may be shown; "-" is standard input.
 std::string ShowFile(const std::string& iFile);
 
