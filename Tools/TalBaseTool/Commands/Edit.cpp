@@ -1,6 +1,7 @@
 #include "Commands/Commands.h"
 
 #include "File/Files.h"
+#include "File/TextOutput.h"
 #include "Text/BagWalk.h"
 #include "Text/Errors.h"
 #include "Text/Text.h"
@@ -133,20 +134,20 @@ int Get(const GetOptions& iOptions, const Streams& iStreams)
     CheckExists(lDocument.mBag, lPath);
     const BagPtr lParent = FindParent(lDocument.mBag, lPath);
     const wchar_t* lName = lPath.back().c_str();
-    QBase::ReturnWString lText{L""};
+    const auto lWrite = [&](std::string_view iBytes) { iStreams.mOut << iBytes; };
     if (lParent->IsPropertyEmbedded(lName))
     {
-        lText = lParent->GetPropertyBag(lName)->GetString(lDocument.mHasHeader, nullptr, nullptr, true);
+        WriteBag(lParent->GetPropertyBag(lName), lDocument.mHasHeader, lWrite);
     }
     else
     {
-        lText = lParent->GetProperty(lName);
+        QBase::ReturnWString lValue = lParent->GetProperty(lName);
         if (iOptions.mIsRaw)
         {
-            lText = Escaping(lParent->GetBeginDelimiter(), lParent->GetEndDelimiter()).Escape(lText);
+            lValue = Escaping(lParent->GetBeginDelimiter(), lParent->GetEndDelimiter()).Escape(lValue);
         }
+        EncodeBlocks(lValue, lWrite);
     }
-    EncodeBlocks(lText, [&](std::string_view iBytes) { iStreams.mOut << iBytes; });
     iStreams.mOut << (iOptions.mHasNoLineEnd ? "" : "\n");
     return ExitGood;
 }

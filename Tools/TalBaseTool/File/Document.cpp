@@ -4,6 +4,7 @@
 #include "File/InPlace.h"
 #include "File/Losses.h"
 #include "File/Progress.h"
+#include "File/TextOutput.h"
 #include "Text/BagWalk.h"
 #include "Text/Errors.h"
 #include "Text/Messages.h"
@@ -76,14 +77,15 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOpt
 }
 
 // A text that could not be read again is never written.
-void CheckReadsBack(const Document& iDocument, const QBase::ReturnWString& iText)
+void CheckReadsBack(const Document& iDocument)
 {
-    const Progress lProgress("reading back", iText.GetLength());
+    const QBase::ReturnWString lText = iDocument.mBag->GetString(iDocument.mHasHeader, nullptr, nullptr, true);
+    const Progress lProgress("reading back", lText.GetLength());
     BagPtr lReadBack;
     try
     {
         const DelimiterTexts lPair{iDocument.mBag->GetBeginDelimiter(), iDocument.mBag->GetEndDelimiter()};
-        lReadBack = ReadBag(iText.c_str(), iDocument.mHasHeader ? std::nullopt : std::make_optional(lPair));
+        lReadBack = ReadBag(lText.c_str(), iDocument.mHasHeader ? std::nullopt : std::make_optional(lPair));
     }
     catch (const QBase::Message& lMessage)
     {
@@ -197,11 +199,6 @@ void ReportLosses(const Document& iDocument, std::ostream& oErr)
     }
 }
 
-QBase::ReturnWString Render(const Document& iDocument)
-{
-    return iDocument.mBag->GetString(iDocument.mHasHeader, nullptr, nullptr, true);
-}
-
 void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr)
 {
     const EmptyBags lEmpty = FindEmptyBags(oBag);
@@ -232,20 +229,30 @@ void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr)
 void Save(Document iDocument, const Target& iTarget, const Streams& iStreams)
 {
     LeaveOutEmptyBags(iDocument.mBag, iStreams.Remarks());
-    const QBase::ReturnWString lText = Render(iDocument);
-    CheckReadsBack(iDocument, lText);
+    CheckReadsBack(iDocument);
     ReportLosses(iDocument, iStreams.Remarks());
-    const Progress lProgress("writing", lText.GetLength());
+    Progress lProgress("writing");
+    std::size_t lDone = 0;
+    const auto lWrite = [&](const TakeBytes& iTake) {
+        WriteBag(iDocument.mBag, iDocument.mHasHeader, [&](std::string_view iBytes) {
+            iTake(iBytes);
+            lProgress.Step(lDone += iBytes.size());
+        });
+    };
     if (iTarget.mIsInPlace)
     {
-        for (const std::string& lLost : ReplaceText(iDocument.mFile, lText, iDocument.mLineEnd))
+        const auto lWriteFile = [&](const TakeBytes& iTake) {
+            lWrite(iTake);
+            iTake(ToUtf8(iDocument.mLineEnd));
+        };
+        for (const std::string& lLost : ReplaceText(iDocument.mFile, lWriteFile))
         {
             iStreams.Remarks() << "talbase: " << ShowFile(iDocument.mFile) << ": " << lLost << '\n';
         }
     }
     else
     {
-        EncodeBlocks(lText, [&](std::string_view iBytes) { iStreams.mOut << iBytes; });
+        lWrite([&](std::string_view iBytes) { iStreams.mOut << iBytes; });
         iStreams.mOut << (iStreams.mIsOutTerminal ? "\n" : ToUtf8(iDocument.mLineEnd));
     }
 }

@@ -55,9 +55,6 @@ Document LoadToChange(const std::string& iFile, const RawPair& iPair, const Secr
 // Shows the losses of a text. Save does so for the one that it writes.
 void ReportLosses(const Document& iDocument, std::ostream& oErr);
 
-// The text form: with a header where the text that was read had one.
-QBase::ReturnWString Render(const Document& iDocument);
-
 // Takes nested bags without properties out, with a word about them, since no text can hold them. The bag may become
 // another one.
 void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr);

@@ -10,6 +10,7 @@
 #include "QBase/Message.h"
 
 #include <algorithm>
+#include <deque>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <vector>
@@ -22,7 +23,7 @@ namespace
 
 constexpr wchar_t gReplacement = L'\uFFFD'; // for a byte that is no character
 constexpr std::size_t gShownBehind = 200;   // bytes
-constexpr std::size_t gBlock = std::size_t{1} << 20;
+constexpr std::size_t gBlock = std::size_t{1} << 16;
 
 // The number of bytes at the end that begin a character whose rest is still to come.
 std::size_t CountUnfinished(std::string_view iBytes)
@@ -46,7 +47,7 @@ std::size_t CountUnfinished(std::string_view iBytes)
 class Decoder
 {
 public:
-    // iSize: about how many bytes will come, or 0.
+    // iSize: about how many bytes will come. What is not needed of them is never touched, so it takes no memory.
     Decoder(const std::string& iFile, std::size_t iSize) : mFile(iFile)
     {
         mText.reserve(iSize);
@@ -107,6 +108,24 @@ private:
     std::wstring mText;
 };
 
+// A text that grows takes twice its size whenever it moves, and characters four times that of bytes; so the bytes come
+// first where nobody knows how many they are.
+std::wstring ReadPipe(const std::string& iFile)
+{
+    std::deque<std::string> lBlocks;
+    std::size_t lSize = 0;
+    ReadBlocks(iFile, [&](std::string_view iBytes) {
+        lBlocks.emplace_back(iBytes);
+        lSize += iBytes.size();
+    });
+    Decoder lDecoder(iFile, lSize);
+    for (; !lBlocks.empty(); lBlocks.pop_front())
+    {
+        lDecoder.Take(lBlocks.front());
+    }
+    return lDecoder.Finish();
+}
+
 } // namespace
 
 void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake)
@@ -141,15 +160,19 @@ void ReadBlocks(const std::string& iFile, const std::function<void(std::string_v
 std::wstring ReadText(const std::string& iFile)
 {
     struct stat lStatus = {};
-    const bool lIsKnown = iFile != "-" && ::stat(iFile.c_str(), &lStatus) == 0 && S_ISREG(lStatus.st_mode);
-    Decoder lDecoder(iFile, lIsKnown ? static_cast<std::size_t>(lStatus.st_size) : 0);
-    ReadBlocks(iFile, [&](std::string_view iBytes) { lDecoder.Take(iBytes); });
-    return lDecoder.Finish();
+    const int lResult = iFile == "-" ? ::fstat(STDIN_FILENO, &lStatus) : ::stat(iFile.c_str(), &lStatus);
+    if (lResult == 0 && S_ISREG(lStatus.st_mode))
+    {
+        Decoder lDecoder(iFile, static_cast<std::size_t>(lStatus.st_size));
+        ReadBlocks(iFile, [&](std::string_view iBytes) { lDecoder.Take(iBytes); });
+        return lDecoder.Finish();
+    }
+    return ReadPipe(iFile);
 }
 
 void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake)
 {
-    constexpr std::size_t lBlock = gBlock / 16;
+    constexpr std::size_t lBlock = gBlock / 4;
     for (std::size_t lStart = 0; lStart < iText.size(); lStart += lBlock)
     {
         iTake(ToUtf8(iText.substr(lStart, lBlock)));

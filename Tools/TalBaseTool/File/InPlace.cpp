@@ -1,7 +1,6 @@
 #include "File/InPlace.h"
 
 #include "File/FileTraits.h"
-#include "File/Files.h"
 #include "File/TemporaryFile.h"
 
 #include <climits>
@@ -72,14 +71,12 @@ void CheckIsRegular(const std::string& iFile)
     ReadStatus(iFile);
 }
 
-std::vector<std::string> ReplaceText(const std::string& iFile, std::wstring_view iText, std::wstring_view iTail)
+std::vector<std::string> ReplaceText(const std::string& iFile, const std::function<void(const TakeBytes&)>& iWrite)
 {
     const std::string lName = ResolveLinks(iFile);
     const std::string lFolder = lName.substr(0, lName.rfind('/') + 1);
     TemporaryFile lFile(lFolder);
-    const auto lWrite = [&](std::string_view iBytes) { WriteAll(lFile.Get(), iBytes, lName); };
-    EncodeBlocks(iText, lWrite);
-    EncodeBlocks(iTail, lWrite);
+    iWrite([&](std::string_view iBytes) { WriteAll(lFile.Get(), iBytes, lName); });
     std::vector<std::string> lLost = CopyTraits(lName, ReadStatus(lName), lFile.Get());
     if (::fsync(lFile.Get()) != 0 || !lFile.MoveTo(lName))
     {

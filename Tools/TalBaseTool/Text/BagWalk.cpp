@@ -5,26 +5,26 @@ namespace TalBaseTool
 
 bool BagWalk::Next()
 {
-    Frame& lFrame = mFrames.back();
-    if (lFrame.mNext == lFrame.mCount)
+    if (mFrames.back().mNext == mFrames.back().mCount)
     {
         if (mFrames.size() == 1)
         {
             return false;
         }
         mStep = Step::Leave;
-        mName = lFrame.mName;
-        mBag = lFrame.mBag;
+        mBag = std::move(mFrames.back().mBag);
         mFrames.pop_back();
+        mName = hGetName(mFrames.back());
         return true;
     }
+    Frame& lFrame = mFrames.back();
     const unsigned int lIndex = lFrame.mNext++;
-    mName = lFrame.mBag->GetName(lIndex);
+    mName = hGetName(lFrame);
     mStep = lFrame.mBag->IsEmbedded(lIndex) ? Step::Enter : Step::Plain;
     if (mStep == Step::Enter)
     {
         mBag = lFrame.mBag->GetValuePropertyBag(lIndex);
-        mFrames.push_back(Frame{mName, mBag, 0, mBag->GetCount()});
+        mFrames.push_back(Frame{mBag, 0, mBag->GetCount()});
     }
     return true;
 }
@@ -32,9 +32,9 @@ bool BagWalk::Next()
 Path BagWalk::GetPath() const
 {
     Path lPath;
-    for (std::size_t lIndex = 1; lIndex <= GetDepth(); ++lIndex)
+    for (std::size_t lIndex = 0; lIndex < GetDepth(); ++lIndex)
     {
-        lPath.emplace_back(mFrames[lIndex].mName.c_str());
+        lPath.emplace_back(hGetName(mFrames[lIndex]).c_str());
     }
     lPath.emplace_back(mName.c_str());
     return lPath;

@@ -30,7 +30,7 @@ class BagWalk
 public:
     explicit BagWalk(const BagPtr& iBag)
     {
-        mFrames.push_back(Frame{L"", iBag, 0, iBag->GetCount()});
+        mFrames.push_back(Frame{iBag, 0, iBag->GetCount()});
     }
 
     // Goes to the next step; returns false where there is none.
@@ -94,13 +94,19 @@ public:
     Path GetPath() const;
 
 private:
+    // A bag around the step. It has no name here, because a text may nest a million levels; the bag around it knows.
     struct Frame
     {
-        QBase::ReturnWString mName;
         BagPtr mBag;
         unsigned int mNext;
         unsigned int mCount;
     };
+
+    // The name of the property that a bag is at.
+    static QBase::ReturnWString hGetName(const Frame& iFrame)
+    {
+        return iFrame.mBag->GetName(iFrame.mNext - 1);
+    }
 
     std::vector<Frame> mFrames;
     Step mStep = Step::Plain;
