@@ -103,7 +103,8 @@ void Set(PropertyBag& oBag, const wchar_t* ipName, const T& iValue)
 // between each two. In a name a slash is written as "\/" and a backslash as "\\"; AsPathStep does so. A name may be
 // empty, so "a//b" has three steps, and the empty path has one.
 //
-// Thrown are PropertyBagUserErrorExceptions, with the path up to the step that failed and so without any value:
+// Thrown are PropertyBagUserErrorExceptions, with the path up to the step that failed, or to the backslash, and so
+// without any value:
 //   "QTalBase::GetBagAt; There is no nested bag at: " + path (also by GetValueAt, for a bag on the way)
 //   "QTalBase::GetValueAt; There is no plain value at: " + path
 //   "QTalBase::GetBagAt; A backslash may only stand before a slash or another one: " + path (also by GetValueAt)
@@ -137,7 +138,8 @@ inline std::vector<Step> Read(std::wstring_view iPath)
         }
         if (iPath[lIndex] == L'\\' && (++lIndex == iPath.size() || (iPath[lIndex] != L'/' && iPath[lIndex] != L'\\')))
         {
-            Throw(L"QTalBase::GetBagAt; A backslash may only stand before a slash or another one: ", iPath);
+            Throw(L"QTalBase::GetBagAt; A backslash may only stand before a slash or another one: ",
+                  iPath.substr(0, lIndex));
         }
         lSteps.back().mName += iPath[lIndex];
     }

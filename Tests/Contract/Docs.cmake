@@ -13,12 +13,14 @@ file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/Links.txt CONTENT "${lLinks}")
 talbase_test(DocumentsTest
     SOURCES
         Documents/ArchitectureTest.cpp
+        Documents/BagProvocations.cpp
         Documents/ComingFromTest.cpp
         Documents/Document.cpp
         Documents/ErrorsTest.cpp
         Documents/LimitsTest.cpp
         Documents/LinksTest.cpp
         Documents/Provocations.cpp
+        Documents/Provoker.cpp
         Documents/TextFormatTest.cpp
     LINK TalBaseInside Q8::Stream
     DEFINITIONS TALBASE_LINKS="${CMAKE_CURRENT_BINARY_DIR}/Links.txt")

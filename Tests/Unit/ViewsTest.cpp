@@ -237,10 +237,15 @@ TEST(ViewsPath, OtherBackslashIsRefusedBeforeAnythingIsAsked)
     CallLog lLog;
     const QBase::SmartPtrI<ForeignBag> lBag(new ForeignBag(lLog));
     const std::wstring lMessage = L"QTalBase::GetBagAt; A backslash may only stand before a slash or another one: ";
-    for (const wchar_t* lPath : {L"a\\", L"a\\b/c", L"a/b\\\\\\", L"\\n"})
+    const struct
     {
-        EXPECT_MESSAGE(GetValueAt(*lBag, lPath), PropertyBagUserErrorException, lMessage + lPath);
-        EXPECT_MESSAGE(GetBagAt(*lBag, lPath), PropertyBagUserErrorException, lMessage + lPath);
+        const wchar_t* mPath;
+        const wchar_t* mShown; // what is behind the backslash may be anything
+    } lCases[] = {{L"a\\", L"a\\"}, {L"a\\b/c", L"a\\"}, {L"a/b\\\\\\", L"a/b\\\\\\"}, {L"\\n", L"\\"}};
+    for (const auto& [lPath, lShown] : lCases)
+    {
+        EXPECT_MESSAGE(GetValueAt(*lBag, lPath), PropertyBagUserErrorException, lMessage + lShown);
+        EXPECT_MESSAGE(GetBagAt(*lBag, lPath), PropertyBagUserErrorException, lMessage + lShown);
     }
     EXPECT_EQ(lLog, CallLog());
 }

@@ -2,6 +2,7 @@
 // the sources hold and with what is thrown.
 
 #include "QBase/Convert.h"
+#include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/BufferedWString.h"
 #include "TalBase/PropertyBag.h"
@@ -11,6 +12,7 @@
 #include "Tests/Contract/Documents/BagNotation.h"
 #include "Tests/Contract/Documents/Document.h"
 #include "Tests/Contract/Documents/Provocations.h"
+#include "Tests/Support/BagBuilder.h"
 #include "Tests/Support/Describe.h"
 #include "Tests/Support/Expect.h"
 
@@ -19,6 +21,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -97,12 +101,12 @@ void Replace(std::wstring& oText, const std::wstring& iPart, const std::wstring&
     }
 }
 
-// Returns the text with the values of the provocations in the place of the placeholders.
-std::wstring Filled(std::wstring iText)
+// Returns the text with the values of a provocation in the place of the placeholders.
+std::wstring Filled(std::wstring iText, const Placeholders& iPlaceholders)
 {
-    Replace(iText, L"<value>", gRefusedValue);
-    Replace(iText, L"<begin>", gBegin);
-    Replace(iText, L"<end>", gEnd);
+    Replace(iText, L"<value>", iPlaceholders.mValue);
+    Replace(iText, L"<begin>", iPlaceholders.mBegin);
+    Replace(iText, L"<end>", iPlaceholders.mEnd);
     Replace(iText, L"<text>", gRefusedText);
     Replace(iText, L"<path>", gMissingPath);
     Replace(iText, L"<bad path>", gUnreadablePath);
@@ -121,7 +125,7 @@ void ExpectSame(const std::vector<Entry>& iEntries, const std::vector<Observatio
         std::set<std::string> lOperations;
         for (const Observation& lObservation : iObservations)
         {
-            if (lObservation.mText == Filled(lEntry.mText))
+            if (lObservation.mText == Filled(lEntry.mText, lObservation.mPlaceholders))
             {
                 lOperations.insert(lObservation.mOperation);
                 EXPECT_EQ(lObservation.mClass, lEntry.mClass) << Readable(lEntry.mText);
@@ -135,10 +139,10 @@ void ExpectSame(const std::vector<Entry>& iEntries, const std::vector<Observatio
     }
     for (const Observation& lObservation : iObservations)
     {
-        bool lIsDocumented = false;
+        bool lIsDocumented = lObservation.mText.empty(); // no message of the library: see below
         for (const Entry& lEntry : iEntries)
         {
-            lIsDocumented = lIsDocumented || lObservation.mText == Filled(lEntry.mText);
+            lIsDocumented = lIsDocumented || lObservation.mText == Filled(lEntry.mText, lObservation.mPlaceholders);
         }
         EXPECT_TRUE(lIsDocumented) << lObservation.mOperation << " throws " << Readable(lObservation.mText);
     }
@@ -267,6 +271,12 @@ TEST(ErrorsDocument, RefusedPropertyLeavesThoseBeforeItMerged)
                          [](auto& oBag) { oBag.AddString(L"EndDelimiter]]BeginDelimiter[[]]b[[2]]c***[[3]]d[[4]]"); }),
               L"'++++' '***' {'a'='1' 'b'='2'}");
 
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'={'k'='old'}}"),
+                         [](auto& oBag) {
+                             oBag.AddString(L"EndDelimiter]]BeginDelimiter[[]]m[[k[[v]]]]n[[k***[[v]]]]o[[k[[v]]]]");
+                         }),
+              L"'++++' '***' {'a'='1' 'm'={'k'='v'}}");
+
     const BagPtr lOther = MakeBag(L"{'b'='2' 'm'={'k'='v'} 'n'={''='1'} 'o'={'k'='v'}}");
     EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'={'k'='old'}}"), [&](auto& oBag) { oBag.AddPropertyBag(lOther.get()); }),
               L"'++++' '***' {'a'='1' 'b'='2' 'm'={'k'='v'}}");
@@ -284,6 +294,33 @@ TEST(ErrorsDocument, FailedDeSerializeLeavesWhatWasRead)
               L"'x' '***' {'a'='1'}");
     QSerialization::MemoryReadDataStream lAll(lBytes.data(), lBytes.size());
     EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { oBag.DeSerialize(lAll); }), L"'x' 'x' {'a'='1'}");
+}
+
+TEST(ErrorsDocument, RefusedPropertyOfAStreamLeavesItsDelimitersAndThoseBeforeIt)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteWString(L"[[");
+    lWritten.WriteWString(L"]]");
+    lWritten.WriteWString((std::wstring(gHeader) + L"b++++2***c]]++++3***d++++4***").c_str());
+    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { oBag.DeSerialize(lStream); }),
+              L"'[[' ']]' {'a'='1' 'b'='2'}");
+}
+
+TEST(ErrorsDocument, CopiesOfAnIntactBagDoNotMindANestWithForbiddenDelimiters)
+{
+    const BagPtr lBag = MakeBag(L"{'n'={'k'='v'}}");
+    const BagPtr lNest = lBag->GetPropertyBag(L"n");
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteWString(L"x");
+    lWritten.WriteWString(L"x");
+    lWritten.WriteWString(L"");
+    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    EXPECT_THROW(lNest->DeSerialize(lStream), QTalBase::PropertyBagException);
+    EXPECT_EQ(Describe(BagPtr(lBag->Clone())), L"'++++' '***' {'n'='x' 'x' {'k'='v'}}");
+    const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    lFilter->Insert(L"n");
+    EXPECT_EQ(Describe(BagPtr(lBag->FilteredClone(lFilter.get()))), L"'++++' '***' {'n'={'k'='v'}}");
 }
 
 TEST(ErrorsDocument, FailedDeSerializeOfCollectionsKeepsWhatWasRead)
@@ -314,17 +351,28 @@ TEST(ErrorsDocument, FailedDeSerializeOfCollectionsKeepsWhatWasRead)
 
 TEST(ErrorsDocument, StandardExceptionsAreThrownAsWritten)
 {
-    EXPECT_THROW(QTalBase::CreatePropertyBag(L"EndDelimiter***Begin"), std::out_of_range);
-    EXPECT_THROW(NewBag()->AddString(L"EndDelimiter***Begin"), std::out_of_range);
     EXPECT_THROW(QTalBase::CreateBufferedWString(0, 0), std::invalid_argument);
     EXPECT_THROW(QTalBase::CreateBufferedWString(SIZE_MAX, 1), std::length_error);
     const QBase::SmartPtrI<QTalBase::BufferedWString> lBuffer(QTalBase::CreateBufferedWString(1, SIZE_MAX));
     EXPECT_THROW(*lBuffer += L"two", std::length_error);
-    std::set<std::wstring> lClasses;
+    std::map<std::string, std::set<std::string>> lThrown = {
+        {"std::invalid_argument", {"CreateBufferedWString(0, 0)"}},
+        {"std::length_error", {"CreateBufferedWString", "BufferedWString::operator+="}},
+        {"std::bad_alloc", {}}}; // by everything; the tests of failed allocations have it
+    for (const Observation& lObservation : ProvokeLibrary())
+    {
+        if (lObservation.mText.empty())
+        {
+            lThrown[lObservation.mClass].insert(lObservation.mOperation);
+            EXPECT_TRUE(lObservation.mIsUnchanged) << lObservation.mOperation;
+        }
+    }
+    std::map<std::string, std::set<std::string>> lDocumented;
     for (const Row& lRow : RowsWithColumns(Tables(), {"class", "thrown by", "cause"}))
     {
-        lClasses.insert(CodeCell(lRow, "class"));
+        const std::vector<std::string> lOperations = CodeSpans(lRow.at("thrown by"));
+        const std::wstring lClass = CodeCell(lRow, "class");
+        lDocumented[std::string(lClass.begin(), lClass.end())].insert(lOperations.begin(), lOperations.end());
     }
-    EXPECT_EQ(lClasses, (std::set<std::wstring>{L"std::bad_alloc", L"std::out_of_range", L"std::invalid_argument",
-                                                L"std::length_error"}));
+    EXPECT_EQ(lDocumented, lThrown);
 }
