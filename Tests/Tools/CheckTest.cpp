@@ -63,7 +63,11 @@ void CheckDamaged(const Workplace& iWorkplace, const std::string& iText, Damage&
     EXPECT_GE(lColumn, 1U) << iText;
     EXPECT_LE(lColumn, lText.size() + 1) << iText;
     const std::string lMessage = lMatch[3];
-    EXPECT_EQ(lMessage.rfind("QTalBase::", 0), 0U) << lMessage;
+    const std::string lAdvice = lText.rfind(L"EndDelimiter", 0) == 0
+                                    ? ""
+                                    : "there is no header; --begin and --end name the delimiters of a text "
+                                      "without one: ";
+    EXPECT_EQ(lMessage.rfind(lAdvice + "QTalBase::", 0), 0U) << lMessage;
 }
 
 Damage CheckEveryCut(const std::string& iBytes)

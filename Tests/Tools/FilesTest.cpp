@@ -75,6 +75,10 @@ TEST(Files, BytesThatAreNotUtf8HaveAPlace)
     EXPECT_EQ(lError("a\nb\xC3\xA4\xC3"), ":2:3: byte 0xc3 is not UTF-8");
     EXPECT_EQ(lError("a\xE2\x82 b"), ":1:2: byte 0xe2 is not UTF-8");
     EXPECT_EQ(lError("a\xED\xA0\x80"), ":1:2: byte 0xed is not UTF-8");
+    EXPECT_EQ(lError("\xFF\xFE"), ":1:1: this is UTF-16, but a text form is in UTF-8");
+    EXPECT_EQ(lError("\xFE\xFF"), ":1:1: this is UTF-16, but a text form is in UTF-8");
+    EXPECT_EQ(lError(std::string("E\0n\0", 4)), ":1:1: this is UTF-16, but a text form is in UTF-8");
+    EXPECT_EQ(lError(std::string("E\0\0\0", 4)), ":1:1: this is UTF-32, but a text form is in UTF-8");
     EXPECT_EQ(lError("\x80"), ":1:1: byte 0x80 is not UTF-8");
     EXPECT_EQ(lError(std::string("a\nb\0c", 5)), ":2:2: a zero character, which ends a text form");
     const std::size_t lBlock = std::size_t{1} << 20;
@@ -100,7 +104,8 @@ TEST(Program, DataGoesOutAndAllElseGoesToStandardError)
     EXPECT_EQ(lOutOf("talbase redact --name Transport job.bag 2>&1 >/dev/null"), "talbase: 2 properties taken out\n");
     EXPECT_EQ(lOutOf("talbase check broken.bag lossy.bag 2>/dev/null"), "lossy.bag: valid, 6 warnings\n");
     EXPECT_EQ(lOutOf("talbase show broken.bag 2>/dev/null"), "");
-    EXPECT_EQ(lOutOf("talbase show job.bag 2>&1 >/dev/full"), "talbase: cannot write to standard output: No space left on device\n");
+    EXPECT_EQ(lOutOf("talbase show job.bag 2>&1 >/dev/full"),
+              "talbase: cannot write to standard output: No space left on device\n");
     EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase show job.bag >/dev/full 2>&1").mStatus, 2);
 }
 

@@ -126,7 +126,8 @@ TEST(Json, TypedDocumentsComeBackWholeWhenAskedFor)
 TEST(Json, NumbersKeepTheirDigits)
 {
     const Workplace lWorkplace;
-    const std::string lJson = "[1.10,1e40,-0.0,-0,0,-7,1e400,-1E+4000,1e-9999,123456789012345678901234567890,1E-7]";
+    const std::string lJson =
+        "[1.10,1e40,-0.0,-0,0,-7,1e400,-1E+4000,1e-9999,1e5000,-1E+99999,123456789012345678901234567890,1E-7]";
     const ToolRun lBag = RunTool({"from-json", lWorkplace.Write("a.json", lJson)});
     const ToolRun lBack = RunTool({"to-json", "--typed", "--indent", "-1", lWorkplace.Write("a.bag", lBag.mOut)});
     EXPECT_EQ(lBack.mOut, lJson + "\n");
@@ -135,8 +136,9 @@ TEST(Json, NumbersKeepTheirDigits)
 TEST(Json, StrictWritesNothing)
 {
     const Workplace lWorkplace;
-    for (const char* lDocument : {R"({"a":""})", R"({"a":{}})", R"({"a":[]})", R"({"":"x"})", R"({"a+":"x"})", R"([1])",
-                                  R"({"a":"x","a":"y"})", R"({"0":"x"})", R"({"a":"&#43;"})", "{\"a\":\"x\\u0000\"}"})
+    for (const char* lDocument :
+         {R"({"a":""})", R"({"a":{}})", R"({"a":[]})", R"({"":"x"})", R"({"a+":"x"})", R"([1])", R"({"a":"x","a":"y"})",
+          R"({"0":"x"})", R"({"a":"&#43;"})", "{\"a\":\"x\\u0000\"}", R"({"1":"a","0":"b"})", R"(["a",{},"b"])"})
     {
         const ToolRun lRun = RunTool({"from-json", "--strict", lWorkplace.Write("a.json", lDocument)});
         EXPECT_EQ(lRun.mStatus, 1) << lDocument;
@@ -169,8 +171,10 @@ TEST(Json, VerboseNamesEveryPlace)
 {
     const Workplace lWorkplace;
     const std::string lFile = lWorkplace.Write("a.json", R"(["","","","","x"])");
-    EXPECT_EQ(RunTool({"from-json", lFile}).mErr, "talbase: 4 empty texts: left out (0, 1, 2, …)\n");
-    EXPECT_EQ(RunTool({"from-json", "-v", lFile}).mErr, "talbase: 4 empty texts: left out (0, 1, 2, 3)\n");
+    const std::string lShifted =
+        "talbase: 1 array with elements left out before others: would come back as an object (the document)\n";
+    EXPECT_EQ(RunTool({"from-json", lFile}).mErr, "talbase: 4 empty texts: left out (0, 1, 2, …)\n" + lShifted);
+    EXPECT_EQ(RunTool({"from-json", "-v", lFile}).mErr, "talbase: 4 empty texts: left out (0, 1, 2, 3)\n" + lShifted);
 }
 
 TEST(Json, NamesThatAreNoElementsMakeAnObject)

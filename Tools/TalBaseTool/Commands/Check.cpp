@@ -95,7 +95,9 @@ public:
         {
             const std::size_t lPosition = StepBeforeLineEnd(mText, lResult.mPosition);
             mStreams.Remarks() << ShowPlace(mFile, lExcerpts.FindPlace(lPosition))
-                               << mPalette.Paint(Style::Error, ShowMessage(lResult.mMessage.c_str())) << '\n'
+                               << mPalette.Paint(Style::Error,
+                                                 ShowReason(mText, lGiven.has_value(), lResult.mMessage.c_str()))
+                               << '\n'
                                << lExcerpts.Make(lPosition, 1, mPalette, Style::Error);
             return ExitBad;
         }

@@ -4,8 +4,10 @@
 #include "Commands/Commands.h"
 
 #include "Commands/JsonReport.h"
+#include "Commands/JsonValues.h"
 #include "File/Files.h"
 #include "File/Progress.h"
+#include "Text/Encoding.h"
 #include "Text/Errors.h"
 #include "Text/Place.h"
 #include "Text/Text.h"
@@ -14,8 +16,7 @@
 #include "QBase/Convert.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <nlohmann/json.hpp>
+#include <limits>
 #include <unordered_map>
 
 namespace TalBaseTool
@@ -24,11 +25,8 @@ namespace TalBaseTool
 namespace
 {
 
-// The widest numbers, because one that does not fit is refused, though only its text is kept.
-using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
-                                  long double>;
-
-constexpr std::size_t gWholeDocument = static_cast<std::size_t>(-1);
+constexpr std::size_t gWholeDocument = std::numeric_limits<std::size_t>::max(); // in the place of an index
+constexpr std::size_t gMostElements = std::numeric_limits<std::size_t>::max();
 constexpr std::string_view gByteOrderMark = "\xEF\xBB\xBF";
 
 // Where a document cannot be read, in bytes, and why.
@@ -38,7 +36,7 @@ struct JsonError
     std::string mText;
 };
 
-class JsonReader : public nlohmann::json_sax<Json>
+class JsonReader : public nlohmann::json_sax<AnyJson>
 {
 public:
     JsonReader(TextBuilder& oBuilder, JsonReport& oReport) : mBuilder(oBuilder), mReport(oReport) {}
@@ -111,13 +109,8 @@ public:
 
     // The message is "[json.exception.…] parse error at line 1, column 10: …; last read: …", where the last piece is
     // the document's own and may be a secret.
-    bool parse_error(std::size_t iRead, const std::string& iLast, const nlohmann::detail::exception& iError) override
+    bool parse_error(std::size_t iRead, const std::string&, const nlohmann::detail::exception& iError) override
     {
-        if (dynamic_cast<const Json::out_of_range*>(&iError) != nullptr)
-        {
-            mError = {iRead - std::min(iRead, iLast.size()), "the number is too large"};
-            return false;
-        }
         const std::string lWhat = iError.what();
         const std::size_t lPlace = lWhat.find(" at line ");
         const std::size_t lSaid = lPlace != std::string::npos ? lWhat.find(": ", lPlace) : std::string::npos;
@@ -132,13 +125,29 @@ private:
     {
         std::wstring mName; // of the property that is read
         bool mIsArray;
-        bool mIsLeftOut;      // with all that is in it
-        std::size_t mCount;   // of its properties so far
-        bool mLooksLikeArray; // its names are the numbers from 0 on, so far
+        bool mIsLeftOut;    // with all that is in it
+        std::size_t mCount; // of its properties so far
+        std::size_t mKept;  // of an array: how many of them are in the bag
+        bool mHasGap;       // of an array: one that is not, before one that is
         bool mHasNested;
         bool mIsOrderLost;
         std::unordered_map<std::wstring, TextSpan> mNames; // and where they stand; nowhere where they were left out
     };
+
+    // Whether the names of what is left of an object are the numbers from 0 on, in whatever order.
+    static bool LooksLikeArray(const Frame& iFrame)
+    {
+        const auto lIsKept = [](const auto& iEntry) { return iEntry.second.mStart < iEntry.second.mStop; };
+        const auto lAny = std::find_if(iFrame.mNames.begin(), iFrame.mNames.end(), lIsKept);
+        if (lAny == iFrame.mNames.end() || ReadElement(lAny->first, gMostElements) == gMostElements)
+        {
+            return false;
+        }
+        const auto lKept = static_cast<std::size_t>(std::count_if(iFrame.mNames.begin(), iFrame.mNames.end(), lIsKept));
+        return std::all_of(lAny, iFrame.mNames.end(), [&](const auto& iEntry) {
+            return !lIsKept(iEntry) || ReadElement(iEntry.first, lKept) < lKept;
+        });
+    }
 
     Path hPath() const
     {
@@ -171,7 +180,6 @@ private:
         }
         if (!lFrame.mIsArray)
         {
-            lFrame.mLooksLikeArray = lFrame.mLooksLikeArray && lFrame.mName == lNumber;
             if (lFrame.mNames.count(lFrame.mName) != 0)
             {
                 hCount(Loss::RepeatedName);
@@ -186,7 +194,12 @@ private:
     void hReplace(const TextSpan& iSpan)
     {
         Frame& lFrame = mFrames.back();
-        if (!lFrame.mIsArray)
+        if (lFrame.mIsArray && iSpan.mStart < iSpan.mStop)
+        {
+            lFrame.mHasGap = lFrame.mHasGap || lFrame.mKept < lFrame.mCount - 1;
+            ++lFrame.mKept;
+        }
+        else if (!lFrame.mIsArray)
         {
             TextSpan& lKept = lFrame.mNames[lFrame.mName];
             mBuilder.Drop(lKept);
@@ -245,7 +258,7 @@ private:
                 lIsLeftOut = true;
             }
         }
-        mFrames.push_back(Frame{{}, iIsArray, lIsLeftOut, 0, !iIsArray, false, false, {}});
+        mFrames.push_back(Frame{{}, iIsArray, lIsLeftOut, 0, 0, false, false, false, {}});
         return true;
     }
 
@@ -261,7 +274,11 @@ private:
         {
             hCount(lFrame.mIsArray ? Loss::EmptyArray : Loss::EmptyObject);
         }
-        else if (lFrame.mCount > 0 && lFrame.mLooksLikeArray)
+        else if (lFrame.mHasGap)
+        {
+            hCount(Loss::Positions);
+        }
+        else if (!lFrame.mIsArray && LooksLikeArray(lFrame))
         {
             hCount(Loss::ArrayLike);
         }
@@ -296,11 +313,18 @@ Place FindBytePlace(std::string_view iBytes, std::size_t iIndex)
     return {static_cast<std::size_t>(lLines) + 1, static_cast<std::size_t>(lCharacters) + 1};
 }
 
+// Where a document begins that has one value only.
+std::size_t FindValue(std::string_view iBytes)
+{
+    const std::size_t lStart = iBytes.rfind(gByteOrderMark, 0) == 0 ? gByteOrderMark.size() : 0;
+    return std::min(iBytes.find_first_not_of(" \t\r\n", lStart), iBytes.size());
+}
+
 [[noreturn]] void ThrowJsonError(const std::string& iFile, std::string_view iBytes, const JsonError& iError)
 {
-    const std::string lPlace = iError.mIndex == gWholeDocument ? ShowFile(iFile) + ": "
-                                                               : ShowPlace(iFile, FindBytePlace(iBytes, iError.mIndex));
-    throw TextError(lPlace + ToUtf8(MakeControlsPrintable(QBase::UTF8ToWideChar(iError.mText, false))));
+    const std::size_t lIndex = iError.mIndex == gWholeDocument ? FindValue(iBytes) : iError.mIndex;
+    throw TextError(ShowPlace(iFile, FindBytePlace(iBytes, lIndex)) +
+                    ToUtf8(MakeControlsPrintable(QBase::UTF8ToWideChar(iError.mText, false))));
 }
 
 std::string ReadBytes(const std::string& iFile)
@@ -322,12 +346,18 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
+        const char* const lpEncoding = FindForeignEncoding(lBytes);
+        if (lpEncoding != nullptr)
+        {
+            ThrowJsonError(iOptions.mFile, lBytes,
+                           {0, std::string("this is ") + lpEncoding + ", but JSON is in UTF-8"});
+        }
         const std::size_t lZero = lBytes.find('\0');
         if (lZero != std::string::npos) // the end of the document, for who parses it
         {
             ThrowJsonError(iOptions.mFile, lBytes, {lZero, "a zero character, which JSON does not allow"});
         }
-        if (!Json::sax_parse(lBytes, &lReader))
+        if (!AnyJson::sax_parse(lBytes, &lReader))
         {
             ThrowJsonError(iOptions.mFile, lBytes, lReader.GetError());
         }

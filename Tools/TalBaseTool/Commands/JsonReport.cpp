@@ -28,6 +28,8 @@ constexpr Wording gWordings[] = {{"empty text", "empty texts", "left out"},
                                  {"number, true, false or null", "numbers, true, false or null", "kept as text"},
                                  {"object with the names of an array's elements",
                                   "objects with the names of an array's elements", "would come back as an array"},
+                                 {"array with elements left out before others",
+                                  "arrays with elements left out before others", "would come back as an object"},
                                  {"object with plain values behind nested ones",
                                   "objects with plain values behind nested ones", "plain values moved to the front"}};
 

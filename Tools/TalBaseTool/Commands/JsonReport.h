@@ -24,6 +24,7 @@ enum class Loss
     RepeatedName, // the last one counts, also where it is left out
     Type,         // of a number, true, false or null: it became a text
     ArrayLike,    // an object that would come back as an array
+    Positions,    // an array that would come back as an object
     Order,        // of plain values and nested ones in an object
 };
 

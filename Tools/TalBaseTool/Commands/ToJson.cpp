@@ -1,17 +1,15 @@
 // A bag becomes an object; one whose names are the numbers from 0 on becomes an array. The JSON is written as the bag
-// is walked, so that nothing but the bag is held in memory; the strings are written by nlohmann's library.
+// is walked, so that nothing but the bag is held in memory.
 
 #include "Commands/Commands.h"
 
-#include "File/Progress.h"
+#include "Commands/JsonValues.h"
 #include "Text/Errors.h"
 #include "Text/Escaping.h"
+#include "Text/JsonText.h"
 #include "Text/Text.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <map>
-#include <nlohmann/json.hpp>
 
 namespace TalBaseTool
 {
@@ -19,24 +17,8 @@ namespace TalBaseTool
 namespace
 {
 
-// With the numbers that from-json takes.
-using WideJson =
-    nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t, long double>;
-
 constexpr std::size_t gBuffer = std::size_t{1} << 20;
 constexpr std::size_t gMostIndented = 40; // levels; deeper ones begin no further right
-
-// The number that a name of an array's element stands for, or iCount.
-unsigned int ReadElement(const QBase::ReturnWString& iName, unsigned int iCount)
-{
-    const std::wstring_view lName = iName;
-    if (lName.empty() || lName.size() > 9 || (lName[0] == L'0' && lName.size() > 1) ||
-        lName.find_first_not_of(L"0123456789") != std::wstring_view::npos)
-    {
-        return iCount;
-    }
-    return std::min(static_cast<unsigned int>(std::stoul(std::wstring(lName))), iCount);
-}
 
 // The positions of an array's elements in their order; empty where the bag is no array.
 std::vector<unsigned int> FindElements(const QTalBase::PropertyBag& iBag)
@@ -45,7 +27,7 @@ std::vector<unsigned int> FindElements(const QTalBase::PropertyBag& iBag)
     std::vector<unsigned int> lPositions(lCount);
     for (unsigned int lIndex = 0; lIndex < lCount; ++lIndex)
     {
-        const unsigned int lElement = ReadElement(iBag.GetName(lIndex), lCount);
+        const std::size_t lElement = ReadElement(iBag.GetName(lIndex).c_str(), lCount);
         if (lElement == lCount)
         {
             return {};
@@ -56,11 +38,11 @@ std::vector<unsigned int> FindElements(const QTalBase::PropertyBag& iBag)
 }
 
 // Whether a text, as it stands, is a JSON number, true, false or null.
-bool IsScalar(const std::string& iText)
+bool IsScalar(const std::wstring& iText)
 {
-    const bool lMayBe = iText == "true" || iText == "false" || iText == "null" || iText[0] == '-' ||
-                        (iText[0] >= '0' && iText[0] <= '9');
-    return lMayBe && iText.find_first_of(" \t\r\n") == std::string::npos && WideJson::accept(iText);
+    const bool lMayBe = iText == L"true" || iText == L"false" || iText == L"null" || iText[0] == L'-' ||
+                        (iText[0] >= L'0' && iText[0] <= L'9');
+    return lMayBe && iText.find_first_of(L" \t\r\n") == std::wstring::npos && AnyJson::accept(ToUtf8(iText));
 }
 
 class JsonWriter
@@ -135,7 +117,7 @@ private:
     {
         if (iHasName)
         {
-            hWriteString(ToUtf8(iBag->GetName(iIndex)));
+            AppendJsonString(iBag->GetName(iIndex).c_str(), mBuffer);
             mBuffer += mOptions.mIndent < 0 ? ":" : ": ";
         }
         if (iBag->IsEmbedded(iIndex))
@@ -143,20 +125,15 @@ private:
             hOpen(iBag->GetValuePropertyBag(iIndex));
             return;
         }
-        const std::string lValue = ToUtf8(mEscaping.Unescape(iBag->GetValue(iIndex)));
+        const std::wstring lValue = mEscaping.Unescape(iBag->GetValue(iIndex));
         if (mOptions.mIsTyped && IsScalar(lValue))
         {
-            mBuffer += lValue;
+            AppendUtf8(lValue, mBuffer);
         }
         else
         {
-            hWriteString(lValue);
+            AppendJsonString(lValue, mBuffer);
         }
-    }
-
-    void hWriteString(const std::string& iText)
-    {
-        mBuffer += nlohmann::json(iText).dump();
     }
 
     void hBreakLine(std::size_t iDepth)

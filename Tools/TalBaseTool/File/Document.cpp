@@ -44,7 +44,7 @@ std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDeli
 {
     const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
     const Place lPlace = FindPlace(iText, StepBeforeLineEnd(iText, lResult.mPosition));
-    throw TextError(ShowPlace(iFile, lPlace) + ShowMessage(lResult.mMessage.c_str()));
+    throw TextError(ShowPlace(iFile, lPlace) + ShowReason(iText, iPair.has_value(), lResult.mMessage.c_str()));
 }
 
 template <class FindTextLosses>

@@ -2,6 +2,7 @@
 
 #include "File/FileDescriptor.h"
 #include "File/Progress.h"
+#include "Text/Encoding.h"
 #include "Text/Errors.h"
 #include "Text/Place.h"
 #include "Text/Text.h"
@@ -56,6 +57,11 @@ public:
     void Take(std::string_view iBytes)
     {
         mLeft.append(iBytes);
+        if (mText.empty() && mLeft.size() < gTellingBytes)
+        {
+            return;
+        }
+        hCheckEncoding();
         const std::size_t lWhole = mLeft.size() - CountUnfinished(mLeft);
         hDecode(std::string_view(mLeft).substr(0, lWhole));
         mLeft.erase(0, lWhole);
@@ -63,11 +69,23 @@ public:
 
     std::wstring Finish()
     {
+        hCheckEncoding();
         hDecode(mLeft);
         return std::move(mText);
     }
 
 private:
+    // Nothing of such a text is shown, because what is sensitive in it could not be found.
+    void hCheckEncoding()
+    {
+        const char* const lpEncoding = mText.empty() ? FindForeignEncoding(mLeft) : nullptr;
+        if (lpEncoding != nullptr)
+        {
+            mText = gReplacement;
+            hThrow(std::string("this is ") + lpEncoding + ", but a text form is in UTF-8", 0);
+        }
+    }
+
     void hDecode(std::string_view iBytes)
     {
         try

@@ -27,4 +27,15 @@ std::string ShowMessage(const std::wstring& iMessage)
            " not shown)" + ToUtf8(MakePrintable(lMessage.substr(lStop)));
 }
 
+std::string ShowReason(std::wstring_view iText, bool iHasPair, const std::wstring& iMessage)
+{
+    const bool lHasMark = iText.rfind(L'\uFEFF', 0) == 0;
+    const bool lHasHeader = iText.rfind(L"EndDelimiter", lHasMark ? 1 : 0) != iText.npos;
+    const std::string lReason =
+        lHasMark && lHasHeader     ? "a byte-order mark stands before the header; take it out: "
+        : !iHasPair && !lHasHeader ? "there is no header; --begin and --end name the delimiters of a text without one: "
+                                   : "";
+    return lReason + ShowMessage(iMessage);
+}
+
 } // namespace TalBaseTool
