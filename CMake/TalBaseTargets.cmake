@@ -31,6 +31,8 @@ function(talbase_library iTarget)
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize") # a sanitizer's own symbols stay open in a shared library
         target_link_options(${iTarget} PRIVATE LINKER:--no-undefined)
     endif()
+    target_link_options(${iTarget} PRIVATE LINKER:--version-script=${PROJECT_SOURCE_DIR}/CMake/Exports.map)
+    set_target_properties(${iTarget} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/CMake/Exports.map)
     # Calls inside a library need not go through its table of symbols: nobody replaces a single function of it. clang
     # assumes so by itself.
     target_compile_options(${iTarget} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)

@@ -55,7 +55,8 @@ public:
     // Sets all 24 blocks from the property of that name; a bag that lacks it, or a null bag, enables every block. A
     // tail of one or two characters is ignored. ipPrefix may not be null. Throws DeliveryWindowUserErrorException
     // "QTalBase::DeliveryWindowImpl::DeSerializeFromPropertyBag; PropertyBag Serialization is malformed" where the
-    // third character of an entry is not a comma, and what DisableTimeBlock throws for a number that is no hour.
+    // third character of an entry is not a comma, what DisableTimeBlock throws for a number that is no hour, and what
+    // the bag's GetProperty throws, where a nested bag has that name.
     virtual void DeSerializeFromPropertyBag(const wchar_t* ipPrefix, const PropertyBag* ipPropertyBag) = 0;
 
     // Returns a new window, reference count 0, with the same blocks.

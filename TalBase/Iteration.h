@@ -11,6 +11,8 @@
 // operation of the bag throws. A place is valid while the bag lives and its properties stay as they are: a loop may
 // change what a nested bag holds, but not add, remove or move properties of the bag it runs over. Dereferencing a
 // pointer that nobody else holds, `*lBags->GetPropertyBag(0)`, leaves the loop without a bag; Each holds it.
+//
+// Several threads may run loops over one bag at the same time, while nobody changes the bag.
 
 #ifndef TALBASE_ITERATION_H
 #define TALBASE_ITERATION_H

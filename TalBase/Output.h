@@ -16,7 +16,8 @@
 // at every depth. Anything else is shown: this is no access control.
 //
 // Width and fill of the stream apply to the whole. An object is read with its const operations, and what these throw
-// passes on before anything is written; std::bad_alloc too. Depth takes no stack.
+// passes on before anything is written; std::bad_alloc too. Depth takes no stack. Nothing here keeps state: threads may
+// write one object at the same time, each to its own stream, while nobody changes the object.
 //
 // The operators stand beside the bases of the interfaces, where argument-dependent lookup finds them, and not in
 // QTalBase: there they would hide the global ones of TalBase/SerializationTemplates.h from everything in QTalBase.

@@ -42,9 +42,9 @@ class StringCollection;
 }
 
 // The default begin and end delimiter: modifiable pointers to "++++" and "***". The library reads them at the moment of
-// use: when a bag is created without delimiters, and when a value is set or read by name, to decide whether the bag
-// uses the defaults and its values are escaped. Re-pointing them changes no existing bag's delimiters. Do it before
-// other threads use bags; the texts must outlive their use.
+// use: when a bag is created without delimiters, unchecked, and when a value is set or read by name, to decide whether
+// the bag uses the defaults and its values are escaped. Re-pointing them changes no existing bag's delimiters. Do it
+// before other threads use bags; the texts must outlive their use.
 extern TALBASE_EXPORT const wchar_t* BEGIN;
 extern TALBASE_EXPORT const wchar_t* END;
 
@@ -95,8 +95,9 @@ public:
     //   PropertyBagUserErrorException "QTalBase::PropertyBagImpl::SetProperty; ipValue may not be NULL"
     //   PropertyBagException "QTalBase::PropertyBagImpl::SetProperty; ipValue may not contain the delimiters. ipValue: "
     //     + value + ", begin delimiter: " + begin + ", end delimiter: " + end (plain values only)
-    // and, with iIsPropertyBag true, what AddString throws and, for delimiters that a stream brought unchecked, what
-    // ChangeDelimiters throws: the old property of that name is then gone and nothing is added.
+    // and, with iIsPropertyBag true, what AddString throws and, for delimiters that came unchecked, from a stream or
+    // from BEGIN and END, what ChangeDelimiters throws: the old property of that name is then gone and nothing is
+    // added.
     virtual void SetProperty(const wchar_t* ipName, const wchar_t* ipValue, bool iIsPropertyBag) = 0;
 
     // Embeds a copy of a bag under a name: renders it with this bag's delimiters, sensitive properties included, and
@@ -130,7 +131,8 @@ public:
 
     // Returns the plain value at a position as it is stored (escaped), or a nested bag's
     // GetString(true, nullptr, nullptr, true). Throws PropertyBagUserErrorException
-    // "QTalBase::PropertyBagImpl::GetValue; iIndex is out of range" where there is no entry.
+    // "QTalBase::PropertyBagImpl::GetValue; iIndex is out of range" where there is no entry, and what that GetString
+    // throws.
     virtual QBase::ReturnWString GetValue(unsigned int iIndex) const = 0;
 
     // Returns whether the position belongs to the nested bags. The position equal to the count answers true. Above it
@@ -195,7 +197,8 @@ public:
 
     // Returns whether every property of the ARGUMENT is found, equal, in this bag: plain values unescaped on both
     // sides, nested bags by IsSubset in turn. A name that this bag lacks reads as the empty text. ipSubset may not be
-    // null. What the operations of a class of your own throw passes through.
+    // null. What the operations of a class of your own throw passes through, and what rendering a nested bag
+    // throws, where a name is both kinds in one of the bags.
     virtual bool IsSubset(const PropertyBag* ipSubset) const = 0;
 
     // Replaces the delimiters of this bag and of every nested bag at every depth. Stored names and values stay as they
@@ -208,14 +211,14 @@ public:
 
     // Returns a new bag, reference count 0, with the same delimiters and properties. The nested bags are SHARED, each
     // with one more reference: a change to one is seen through both. Throws what GetString throws for an invalid pair
-    // (only a stream brings one).
+    // of this bag, which a stream brings or BEGIN and END; that of a nested bag does not matter.
     virtual PropertyBag* Clone() const = 0;
 
     // Returns a new bag, reference count 0, with the same delimiters and only the properties that the filter names, in
     // the filter's order. Nested bags are independent copies, made through their text form. Names that this bag lacks
     // and empty values are left out. ipFilter may not be null; a name that it holds twice is applied twice.
-    // Throws what SetProperty and EmbedProperty throw, and what a filter of your own throws, for whose count nothing is
-    // set aside.
+    // Throws what SetProperty and EmbedProperty throw, what GetString throws for an invalid pair of this bag, and what
+    // a filter of your own throws, for whose count nothing is set aside.
     virtual PropertyBag* FilteredClone(const QDataType::StringCollection* ipFilter) const = 0;
 
     // Swaps a property with the one at a position of the same kind; nothing is shifted. Does nothing for a null or

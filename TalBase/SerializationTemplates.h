@@ -1,7 +1,8 @@
 // How the library's collections of named bags travel through a stream, and how they are copied. The forms carry no
 // header, version or length of their own: a reader must read exactly what was written, in the same order.
 //
-// What a stream or a bag throws passes through everything here unchanged. Nothing here locks or keeps state.
+// What a stream or a bag throws passes through everything here unchanged. Nothing here locks or keeps state:
+// a stream and a collection belong to one thread at a time, different ones need no care.
 
 #ifndef TALBASE_SERIALIZATIONTEMPLATES_H
 #define TALBASE_SERIALIZATIONTEMPLATES_H

@@ -1,6 +1,7 @@
 // Says whether a text form can be read, and where it cannot: the library's own reading, which keeps what it would tell
-// its caller instead of throwing it, and makes no bag. For editors, importers and whoever has to tell a person what is
-// wrong with a text; a program that only wants the bag reads it and catches.
+// its caller instead of throwing it, and hands out no bag. (Inside, nested bags are made and dropped where their text
+// may read differently the second time, and where other delimiters are to receive the text.) For editors, importers and
+// whoever has to tell a person what is wrong with a text; a program that only wants the bag reads it and catches.
 //
 // Also tells what a reader accepts silently and what will be missing afterwards.
 //
@@ -52,7 +53,9 @@ struct TextCheckResult
     // Empty for a valid text.
     QBase::ReturnWString mMessage;
 
-    // Where the properties begin: behind the header, 0 where there is none or where it is wrong.
+    // Where reading takes the properties to begin: behind the header, 0 where there is none or where it is wrong. Of a
+    // text that is cut inside its header: the end of the text where the closing delimiter has begun; where it has not,
+    // but the begin delimiter has, the length of the end delimiter less 1, as Docs/TextFormat.md tells.
     std::size_t mContentPosition;
 
     // In order of position. Of a text that cannot be read, those that were found up to the failure.

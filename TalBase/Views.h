@@ -7,7 +7,8 @@
 //
 // Everything here is inline and stands on the public operations of the interfaces, so it works with every class that
 // implements them, and a program that includes it is built against nothing new. What the operations of a bag throw
-// passes on.
+// passes on. Nothing here keeps state, so threads may do with it what they may do with the bag: read it at the same
+// time, or change it alone.
 
 #ifndef TALBASE_VIEWS_H
 #define TALBASE_VIEWS_H

@@ -26,6 +26,21 @@ talbase_test(DocumentsTest
     DEFINITIONS TALBASE_LINKS="${CMAKE_CURRENT_BINARY_DIR}/Links.txt")
 
 # What Docs/Limits.md says of time.
+# With a sanitizer a library shows more, and needs less of what it is linked with.
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    set(lFiles "")
+    foreach(lLibrary IN LISTS lLibraries)
+        list(APPEND lFiles $<TARGET_FILE:${lLibrary}>)
+    endforeach()
+    set(lScript ${CMAKE_CURRENT_SOURCE_DIR}/Documents/shown-symbols.sh)
+    add_test(NAME ArchitectureDocument.LibrariesShowNothingOfTheStandardLibrary
+        COMMAND ${lScript} symbols ${CMAKE_NM} ${lFiles})
+    add_test(NAME ArchitectureDocument.LibrariesNeedWhatTheyAreLinkedWith
+        COMMAND ${lScript} links ${CMAKE_READELF} ${CMAKE_CURRENT_BINARY_DIR}/Links.txt ${lFiles})
+    set_tests_properties(ArchitectureDocument.LibrariesShowNothingOfTheStandardLibrary
+        ArchitectureDocument.LibrariesNeedWhatTheyAreLinkedWith PROPERTIES LABELS host) # without an emulator
+endif()
+
 talbase_test(GrowthTest
     SOURCES
         GrowthTest.cpp

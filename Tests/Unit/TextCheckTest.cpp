@@ -128,6 +128,11 @@ TEST(TextCheck, ValidTextsAreValid)
     EXPECT_EQ(CheckText((gHeader + L"a++++1").c_str()).mContentPosition, gHeader.size());
     EXPECT_EQ(CheckText(L"EndDelimiter***Begin").mContentPosition, 0U);
     EXPECT_EQ(CheckText(L"a[1end", L"[", L"end").mContentPosition, 0U);
+    // Cut inside its header: within the closing delimiter, and before it.
+    EXPECT_EQ(CheckText(L"EndDelimiter***BeginDelimiter++++**").mContentPosition, 35U);
+    EXPECT_EQ(CheckText(L"EndDelimiter***BeginDelimiter++++").mContentPosition, 2U);
+    EXPECT_EQ(CheckText(L"EndDelimiter***BeginDelimiter").mContentPosition, 0U);
+    EXPECT_EQ(CheckText(L"EndDelimiter;BeginDelimiter=").mContentPosition, 0U);
     EXPECT_TRUE(CheckText((gHeader + L"a++++1***").c_str(), L"[", L"]").mIsValid);
 }
 

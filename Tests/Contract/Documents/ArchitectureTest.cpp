@@ -209,6 +209,25 @@ TEST(ArchitectureDocument, PrivateHeadersAreIncludedByTheLibraryAndItsTestsOnly)
     EXPECT_TRUE(std::includes(lAllowed.begin(), lAllowed.end(), lFound.begin(), lFound.end()));
 }
 
+// README names the public headers and says that each speaks of threads; the two that only mark what is shown have nothing
+// that runs.
+TEST(ReadmeDocument, HeadersSayWhichThreadsMayUseThem)
+{
+    std::size_t lCount = 0;
+    for (const Row& lRow : RowsWithColumns(ReadTables(ReadProjectFile("README.md")), {"header", "for"}))
+    {
+        for (const std::string& lHeader : CodeSpans(lRow.at("header")))
+        {
+            const bool lIsLibrarys = lHeader.compare(0, 8, "TalBase/") == 0;
+            const std::string lText = ReadProjectFile((lIsLibrarys ? "" : "Platform/") + lHeader);
+            const bool lIsMark = lHeader.find("/Export.h") != std::string::npos;
+            EXPECT_EQ(lText.find("thread") == std::string::npos, lIsMark) << lHeader;
+            ++lCount;
+        }
+    }
+    EXPECT_EQ(lCount, 34U);
+}
+
 // The words before a bracket, a colon or a comma are operations, which a public header declares.
 TEST(ArchitectureDocument, RoadConsistsOfOperations)
 {

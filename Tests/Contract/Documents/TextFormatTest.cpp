@@ -131,6 +131,16 @@ TEST(TextFormatDocument, TextsReadAsShown)
     }
 }
 
+// For the factory such a text has no header; for AddString it has one, whose delimiters it is read with from its start.
+TEST(TextFormatDocument, HeaderWithoutItsEndIsReadFromTheStartByAddStringOnly)
+{
+    const std::wstring lText = L"EndDelimiter;BeginDelimiter=";
+    EXPECT_EQ(Outcome([&] { return ReadBag(lText); }),
+              L"QTalBase::CreatePropertyBag; String must be malformed - lPropertyString: " + lText);
+    EXPECT_EQ(Outcome([&] { return AddTo(NewBag(), lText); }),
+              L"QTalBase::PropertyBagImpl::ExtractData; A Begin token was expected");
+}
+
 TEST(TextFormatDocument, HeadersReadAsShown)
 {
     for (const Row& lRow : Rows(gHeaders))
