@@ -163,7 +163,7 @@ int Set(const SetOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("a bag cannot hold an empty value; 'talbase remove' takes a property out");
     }
-    const Document lDocument = LoadToChange(lOptions.mFile, lOptions.mPair);
+    const Document lDocument = LoadToChange(lOptions.mFile, lOptions.mPair, {}, lOptions.mTarget);
     CheckReplaces(lDocument.mBag, lPath, Kind::Plain);
     PutPlain(lDocument.mBag, lPath, lValue);
     Save(lDocument, lOptions.mTarget, iStreams);
@@ -174,7 +174,7 @@ int Remove(const RemoveOptions& iOptions, const Streams& iStreams)
 {
     CheckTarget(iOptions.mFile, iOptions.mTarget);
     const Path lPath = ParsePath(iOptions.mPath);
-    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
     CheckExists(lDocument.mBag, lPath);
     FindParent(lDocument.mBag, lPath)->RemoveProperty(lPath.back().c_str());
     Save(lDocument, iOptions.mTarget, iStreams);
@@ -190,7 +190,7 @@ int Move(const MoveOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("a bag cannot be moved into itself");
     }
-    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
     CheckExists(lDocument.mBag, lFrom);
     if (FindKind(lDocument.mBag, lTo) != Kind::Missing)
     {
@@ -222,7 +222,7 @@ int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
         throw UsageError("the text and the bag cannot both come from standard input");
     }
     Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
-    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
     ReportLosses(lNest, iStreams.Remarks());
     LeaveOutEmptyBags(lNest.mBag, iStreams.Remarks());
     if (lNest.mBag->GetCount() == 0)

@@ -85,7 +85,7 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
 int Redact(const RedactOptions& iOptions, const Streams& iStreams)
 {
     CheckTarget(iOptions.mFile, iOptions.mTarget);
-    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets, iOptions.mTarget);
     const auto lSensitive = ReadSensitiveNames(iOptions.mSecrets);
     std::size_t lCount = 0;
     for (BagWalk lWalk(lDocument.mBag); lWalk.Next();)
@@ -114,7 +114,7 @@ int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams)
     CheckTarget(iOptions.mFile, iOptions.mTarget);
     const DelimiterTexts lPair{ReadArgument(iOptions.mBegin, "--begin"), ReadArgument(iOptions.mEnd, "--end")};
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
-    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair);
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
     LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
     lDocument.mBag = WithDelimiters(lDocument.mBag, lPair.mBegin, lPair.mEnd);
     Save(lDocument, iOptions.mTarget, iStreams);

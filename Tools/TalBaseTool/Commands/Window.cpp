@@ -167,8 +167,8 @@ int Window(const WindowOptions& iOptions, const Streams& iStreams)
         Draw(*ReadWindow(iOptions, lPrefix, {}), iOptions, iStreams);
         return ExitGood;
     }
-    const Document lDocument =
-        iOptions.mIsSet ? LoadToChange(iOptions.mFile, iOptions.mPair) : Load(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = iOptions.mIsSet ? LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget)
+                                               : Load(iOptions.mFile, iOptions.mPair);
     const BagPtr lBag = FindWindowBag(lDocument, iOptions);
     const WindowPtr lWindow = ReadWindow(iOptions, lPrefix, lBag);
     if (!iOptions.mIsSet)

@@ -183,12 +183,16 @@ Document Load(const std::string& iFile, const RawPair& iPair, const SecretOption
     });
 }
 
-Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets)
+Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
+                      const Target& iTarget)
 {
-    return LoadAnd(iFile, iPair, iSecrets,
-                   [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
-                       return FindLosses(iFile, iText, iTextPair);
-                   });
+    const auto lLock = iTarget.mIsInPlace ? std::make_shared<const FileLock>(iFile, iTarget.mWait) : nullptr;
+    Document lDocument = LoadAnd(iFile, iPair, iSecrets,
+                                 [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
+                                     return FindLosses(iFile, iText, iTextPair);
+                                 });
+    lDocument.mLock = lLock;
+    return lDocument;
 }
 
 void ReportLosses(const Document& iDocument, std::ostream& oErr)
@@ -245,7 +249,7 @@ void Save(Document iDocument, const Target& iTarget, const Streams& iStreams)
             lWrite(iTake);
             iTake(ToUtf8(iDocument.mLineEnd));
         };
-        for (const std::string& lLost : ReplaceText(iDocument.mFile, lWriteFile))
+        for (const std::string& lLost : ReplaceText(*iDocument.mLock, lWriteFile, iTarget.mBackup))
         {
             iStreams.Remarks() << "talbase: " << ShowFile(iDocument.mFile) << ": " << lLost << '\n';
         }
@@ -262,6 +266,10 @@ void CheckTarget(const std::string& iFile, const Target& iTarget)
     if (iTarget.mIsInPlace && iFile == "-")
     {
         throw UsageError("--in-place needs a file");
+    }
+    if (iTarget.mBackup && (iTarget.mBackup->empty() || iTarget.mBackup->find('/') != std::string::npos))
+    {
+        throw UsageError("--backup needs a SUFFIX without /");
     }
     if (iTarget.mIsInPlace)
     {

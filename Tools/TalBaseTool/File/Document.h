@@ -3,9 +3,11 @@
 #ifndef TALBASETOOL_FILE_DOCUMENT_H
 #define TALBASETOOL_FILE_DOCUMENT_H
 
+#include "File/FileLock.h"
 #include "Text/Delimiters.h"
 #include "Text/Gate.h"
 
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -18,6 +20,8 @@ namespace TalBaseTool
 struct Target
 {
     bool mIsInPlace = false;
+    unsigned int mWait = 10;            // seconds, while another process changes that file
+    std::optional<std::string> mBackup; // what the old file is called behind its name, where it is kept
 };
 
 // What a command writes to: data to mOut, everything else to mErr.
@@ -39,9 +43,10 @@ struct Document
     std::string mFile; // "-" for standard input
     BagPtr mBag;
     bool mHasHeader = true;
-    Gate mGate;                       // for what is shown of it
-    std::wstring mLineEnd;            // behind the text, where an editor has put one
-    std::vector<std::string> mLosses; // lines about what the text holds and the bag does not
+    Gate mGate;                            // for what is shown of it
+    std::wstring mLineEnd;                 // behind the text, where an editor has put one
+    std::shared_ptr<const FileLock> mLock; // of the file that is to be changed in place
+    std::vector<std::string> mLosses;      // lines about what the text holds and the bag does not
 };
 
 // Reads a file, or standard input for "-". A text with a header is read with that, whatever the pair, so that it keeps
@@ -49,8 +54,9 @@ struct Document
 // ReadPair and MakeBag throw, and TextError for a text that is no bag's.
 Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {});
 
-// The same for a bag that is to be written, with the losses.
-Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {});
+// The same for a bag that is to be written, with the losses; a file that is to be changed in place is locked before.
+Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {},
+                      const Target& iTarget = {});
 
 // Shows the losses of a text. Save does so for the one that it writes.
 void ReportLosses(const Document& iDocument, std::ostream& oErr);
@@ -63,7 +69,8 @@ void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr);
 // anything else that the text would not give back, and IoError; nothing has been written then.
 void Save(Document iDocument, const Target& iTarget, const Streams& iStreams);
 
-// Throws UsageError where a text is to be changed in place and has no file, and IoError where that is no regular one.
+// Throws UsageError where a text is to be changed in place and has no file, or one that is to be kept in another folder
+// or under its own name, and IoError where that file is no regular one.
 void CheckTarget(const std::string& iFile, const Target& iTarget);
 
 } // namespace TalBaseTool

@@ -39,6 +39,13 @@ public:
         return mDescriptor;
     }
 
+    // Closes it and takes another one.
+    void Reset(int iDescriptor)
+    {
+        Close();
+        mDescriptor = iDescriptor;
+    }
+
     // Returns whether all went well: some file systems report a failed write only here.
     bool Close()
     {

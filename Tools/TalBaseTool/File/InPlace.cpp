@@ -64,6 +64,34 @@ void SyncFolder(const std::string& iFolder, const std::string& iFile)
     }
 }
 
+void Sync(const TemporaryFile& iFile, const std::string& iName)
+{
+    if (::fsync(iFile.Get()) != 0)
+    {
+        ThrowIoError("cannot write", iName);
+    }
+}
+
+void Move(TemporaryFile& oFile, const std::string& iName)
+{
+    if (!oFile.MoveTo(iName))
+    {
+        ThrowIoError("cannot write", iName);
+    }
+}
+
+// A copy, and not another link: whoever writes into the old file without replacing it would change the backup, too, and
+// not every file may be linked. What of its traits cannot be kept is told of the new file.
+void CopyTo(const TemporaryFile& iCopy, const std::string& iName, const std::string& iCopyName)
+{
+    const struct stat lStatus = ReadStatus(iName);
+    ReadBlocks(iName, [&](std::string_view iBytes) { WriteAll(iCopy.Get(), iBytes, iCopyName); });
+    CopyTraits(iName, lStatus, iCopy.Get());
+    const struct timespec lTimes[] = {lStatus.st_atim, lStatus.st_mtim};
+    ::futimens(iCopy.Get(), lTimes);
+    Sync(iCopy, iCopyName);
+}
+
 } // namespace
 
 void CheckIsRegular(const std::string& iFile)
@@ -71,17 +99,26 @@ void CheckIsRegular(const std::string& iFile)
     ReadStatus(iFile);
 }
 
-std::vector<std::string> ReplaceText(const std::string& iFile, const std::function<void(const TakeBytes&)>& iWrite)
+std::vector<std::string> ReplaceText(const FileLock& iLock, const std::function<void(const TakeBytes&)>& iWrite,
+                                     const std::optional<std::string>& iBackup)
 {
-    const std::string lName = ResolveLinks(iFile);
+    const std::string lName = ResolveLinks(iLock.GetName());
     const std::string lFolder = lName.substr(0, lName.rfind('/') + 1);
     TemporaryFile lFile(lFolder);
     iWrite([&](std::string_view iBytes) { WriteAll(lFile.Get(), iBytes, lName); });
     std::vector<std::string> lLost = CopyTraits(lName, ReadStatus(lName), lFile.Get());
-    if (::fsync(lFile.Get()) != 0 || !lFile.MoveTo(lName))
+    Sync(lFile, lName);
+    std::optional<TemporaryFile> lCopy;
+    if (iBackup)
     {
-        ThrowIoError("cannot write", lName);
+        CopyTo(lCopy.emplace(lFolder), lName, lName + *iBackup);
     }
+    iLock.CheckUnchanged();
+    if (lCopy)
+    {
+        Move(*lCopy, lName + *iBackup);
+    }
+    Move(lFile, lName);
     SyncFolder(lFolder, lName);
     return lLost;
 }

@@ -29,7 +29,7 @@ Progress::Progress(std::string iAction, std::size_t iSize)
 {
     if (mSize >= gWorthShowing)
     {
-        hDraw("");
+        Show();
     }
 }
 
@@ -40,6 +40,11 @@ Progress::~Progress()
         std::fputs("\r\033[K", stderr);
         std::fflush(stderr);
     }
+}
+
+void Progress::Show()
+{
+    hDraw("");
 }
 
 void Progress::Step(std::size_t iDone)

@@ -26,6 +26,9 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    // Says what is being done, however little it is.
+    void Show();
+
     // Says how much is done.
     void Step(std::size_t iDone);
 

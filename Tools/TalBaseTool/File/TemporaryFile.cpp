@@ -18,14 +18,17 @@ namespace
 // Those that end a program from outside: a key, a closed terminal, a shutdown, a limit.
 constexpr int gSignals[] = {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGXFSZ};
 
-// What the handler knows of the file. Changed only while the signals are blocked.
-char gName[PATH_MAX];
+// What the handler knows of the files; an empty name is none. Changed only while the signals are blocked.
+char gNames[2][PATH_MAX];
 struct sigaction gOld[std::size(gSignals)];
 
 // The signal's own action follows when the handler returns.
 extern "C" void RemoveAndEnd(int iSignal)
 {
-    ::unlink(gName);
+    for (const char* lName : gNames)
+    {
+        ::unlink(lName);
+    }
     ::raise(iSignal);
 }
 
@@ -61,10 +64,14 @@ private:
     sigset_t mOld;
 };
 
-// A signal that is ignored, as nohup has it, stays ignored.
-void Watch(const std::string& iName)
+bool IsAnyWatched()
 {
-    iName.copy(gName, sizeof gName - 1); // the rest is zero: the name is never longer than a name may be
+    return std::any_of(std::begin(gNames), std::end(gNames), [](const char* ipName) { return *ipName != '\0'; });
+}
+
+// A signal that is ignored, as nohup has it, stays ignored.
+void CatchSignals()
+{
     struct sigaction lAction = {};
     lAction.sa_handler = RemoveAndEnd;
     lAction.sa_mask = AllSignals();
@@ -79,13 +86,24 @@ void Watch(const std::string& iName)
     }
 }
 
-void StopWatching()
+void Watch(const std::string& iName)
 {
-    for (std::size_t lIndex = 0; lIndex < std::size(gSignals); ++lIndex)
+    if (!IsAnyWatched())
+    {
+        CatchSignals();
+    }
+    const std::size_t lPlace = gNames[0][0] == '\0' ? 0 : 1;
+    iName.copy(gNames[lPlace], sizeof gNames[lPlace] - 1); // the rest is zero: no name is longer than one may be
+}
+
+void StopWatching(const std::string& iName)
+{
+    const std::size_t lPlace = gNames[0] == iName ? 0 : 1;
+    std::fill(std::begin(gNames[lPlace]), std::end(gNames[lPlace]), '\0');
+    for (std::size_t lIndex = 0; lIndex < std::size(gSignals) && !IsAnyWatched(); ++lIndex)
     {
         ::sigaction(gSignals[lIndex], &gOld[lIndex], nullptr);
     }
-    std::fill(std::begin(gName), std::end(gName), '\0');
 }
 
 } // namespace
@@ -104,8 +122,8 @@ TemporaryFile::~TemporaryFile()
     if (!mName.empty())
     {
         ::unlink(mName.c_str());
+        StopWatching(mName);
     }
-    StopWatching();
 }
 
 // No signal may come between the making and the watching.
@@ -127,6 +145,7 @@ bool TemporaryFile::MoveTo(const std::string& iFile)
     {
         return false;
     }
+    StopWatching(mName);
     mName.clear();
     return true;
 }

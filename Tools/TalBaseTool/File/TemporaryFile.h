@@ -14,8 +14,8 @@ namespace TalBaseTool
 class TemporaryFile
 {
 public:
-    // Makes the file, which only its owner may read, in a folder, whose name ends with a slash. There may be one object
-    // at a time. Throws IoError.
+    // Makes the file, which only its owner may read, in a folder, whose name ends with a slash. There may be two
+    // objects at a time. Throws IoError.
     explicit TemporaryFile(const std::string& iFolder);
 
     // Removes the file unless it was moved.

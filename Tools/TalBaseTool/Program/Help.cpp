@@ -41,6 +41,7 @@ std::string NameArgument(const ArgumentHelp& iArgument)
     {
         lText += (lText.empty() ? "" : ", ") + lName;
     }
+    lText += iArgument.mOptionalValue.empty() ? "" : "[=" + iArgument.mOptionalValue + "]";
     return iArgument.mNames.empty() ? iArgument.mPlaceholder
                                     : lText + (iArgument.mValue.empty() ? "" : " " + iArgument.mValue);
 }
@@ -62,11 +63,9 @@ ArgumentHelp ReadArgumentHelp(const CLI::Option& iOption)
     {
         lArgument.mNames.push_back("--" + lName);
     }
-    if (iOption.get_items_expected_max() > 0)
-    {
-        const std::string lType = iOption.get_type_name(); // the validators stand behind a colon
-        lArgument.mValue = lType.substr(0, lType.find(':'));
-    }
+    const std::string lType = iOption.get_type_name(); // the validators stand behind a colon
+    (iOption.get_items_expected_max() > 0 ? lArgument.mValue : lArgument.mOptionalValue) =
+        lType.substr(0, lType.find(':'));
     lArgument.mPlaceholder = lArgument.mNames.empty() ? PlaceholderOf(iOption) : "";
     lArgument.mText = iOption.get_description();
     if (!iOption.get_default_str().empty())
@@ -197,7 +196,7 @@ CommandHelp ReadHelp(const CLI::App& iApp)
     if (!lCommands.empty())
     {
         lHelp.mExit = MakeExitTable(NamesOf(lCommands));
-        lHelp.mPositionals.push_back({{}, "", "COMMAND", "What to do; 'talbase COMMAND --help' tells more"});
+        lHelp.mPositionals.push_back({{}, "", "", "COMMAND", "What to do; 'talbase COMMAND --help' tells more"});
     }
     return lHelp;
 }

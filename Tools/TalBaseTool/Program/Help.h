@@ -22,6 +22,7 @@ struct ArgumentHelp
 {
     std::vector<std::string> mNames; // "-i" and "--in-place"; empty for a positional argument
     std::string mValue;              // "FILE", "auto|always|never"; empty for a flag
+    std::string mOptionalValue;      // of a flag that may have one: "--backup=SUFFIX"
     std::string mPlaceholder;        // of a positional argument: "A", "[FILE]", "FILES..."
     std::string mText;
 };

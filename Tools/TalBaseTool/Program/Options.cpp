@@ -87,12 +87,31 @@ void AddQuiet(CLI::App& oApp)
 
 void AddInPlace(CLI::App& oApp, Target& oTarget)
 {
-    oApp.add_flag(
+    CLI::Option* const lInPlace = oApp.add_flag(
         "-i,--in-place", oTarget.mIsInPlace,
         "Change the file itself, which may be a link's: the new text is written beside it and takes its place. "
         "Mode, owner, group and extended attributes stay where the system allows it; where it does not, a "
         "line on standard error says so. Other hard links keep the old text. The folder must be writable; "
         "the file need not be");
+    AddReplacing(oApp, oTarget);
+    oApp.get_option("--wait")->needs(lInPlace);
+    oApp.get_option("--backup")->needs(lInPlace);
+}
+
+void AddReplacing(CLI::App& oApp, Target& oTarget)
+{
+    oApp.add_option(
+            "--wait", oTarget.mWait,
+            "How long to wait for another process that changes the file. It is locked (flock) before it is read "
+            "and until the new text is in its place, so that no change of several at once is lost")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0, gMost))
+        ->capture_default_str();
+    oApp.add_flag(
+            "--backup{~}", oTarget.mBackup,
+            "Keep the old file beside the new one, with SUFFIX behind its name, or ~. An older backup of that name "
+            "is replaced")
+        ->type_name("SUFFIX");
 }
 
 } // namespace TalBaseTool

@@ -26,7 +26,8 @@ void AddSensitiveNames(CLI::App& oApp, SecretOptions& oOptions); // --name
 void AddSecrets(CLI::App& oApp, SecretOptions& oOptions);        // the same, and --show-secrets
 void AddView(CLI::App& oApp, ViewOptions& oOptions);
 void AddQuiet(CLI::App& oApp);
-void AddInPlace(CLI::App& oApp, Target& oTarget);
+void AddInPlace(CLI::App& oApp, Target& oTarget);   // --in-place, and the same as AddReplacing
+void AddReplacing(CLI::App& oApp, Target& oTarget); // --wait and --backup
 
 // A command: its name, what its help says, its options, and what it does.
 template <class Options, class Define>

@@ -58,6 +58,10 @@ std::string DescribeInRoff(const ArgumentHelp& iArgument)
     {
         lText = "\\fI" + Roff(iArgument.mPlaceholder) + "\\fR";
     }
+    else if (!iArgument.mOptionalValue.empty())
+    {
+        lText += "[=\\fI" + Roff(iArgument.mOptionalValue) + "\\fR]";
+    }
     else if (!iArgument.mValue.empty())
     {
         lText += " \\fI" + Roff(iArgument.mValue) + "\\fR";
