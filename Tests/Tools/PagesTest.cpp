@@ -135,6 +135,27 @@ TEST(ManualPages, HaveEveryOptionOfTheirCommand)
     }
 }
 
+// What a lock is worth on network file systems, where files are changed.
+TEST(ManualPages, OfCommandsThatChangeFilesTellOfLocks)
+{
+    std::size_t lCount = 0;
+    for (const CommandHelp& lCommand : Commands())
+    {
+        const std::string lPage = ReadFile(TALBASE_TOOL_SHARE "/man/man1/talbase-" + Word(lCommand) + ".1");
+        const std::string lHelp = RunTool({Word(lCommand), "--help"}).mOut;
+        const bool lChanges = lHelp.find("--wait SECONDS ") != std::string::npos;
+        EXPECT_EQ(lHelp.find("--backup[=SUFFIX] ") != std::string::npos, lChanges) << lHelp;
+        EXPECT_EQ(lPage.find("\n.SH SEVERAL CHANGES AT ONCE\nA file that is changed in place is locked") !=
+                      std::string::npos,
+                  lChanges)
+            << lPage;
+        EXPECT_EQ(lPage.find("On a network file system the lock holds") != std::string::npos, lChanges) << lPage;
+        EXPECT_EQ(lPage.find("\\fB\\-\\-backup\\fR[=\\fISUFFIX\\fR]\n") != std::string::npos, lChanges) << lPage;
+        lCount += lChanges ? 1 : 0;
+    }
+    EXPECT_EQ(lCount, 7U);
+}
+
 TEST(BashCompletion, KnowsCommandsOptionsWordsAndFiles)
 {
     const std::string lCommands = Complete("talbase ''");

@@ -15,8 +15,9 @@ namespace
 {
 
 // Runs a command line by bash on a terminal of its own, and returns what appears there. iWidth: its columns; 0 for a
-// terminal that does not say.
-std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iCommand, unsigned short iWidth = 0)
+// terminal that does not say. iKeys: what is typed there.
+std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iCommand, unsigned short iWidth = 0,
+                          const std::string& iKeys = {})
 {
     int lTerminal = -1;
     const struct winsize lSize = {24, iWidth, 0, 0};
@@ -30,6 +31,7 @@ std::string RunOnTerminal(const Workplace& iWorkplace, const std::string& iComma
         ::execlp("bash", "bash", "-c", lLine.c_str(), static_cast<char*>(nullptr));
         ::_exit(127);
     }
+    EXPECT_EQ(::write(lTerminal, iKeys.data(), iKeys.size()), static_cast<ssize_t>(iKeys.size()));
     std::string lScreen;
     char lBuffer[4096];
     for (ssize_t lCount; (lCount = ::read(lTerminal, lBuffer, sizeof lBuffer)) > 0;) // ends with an error
@@ -129,4 +131,25 @@ TEST(Terminal, GetsProgressOfItsWidth)
     const std::string lScreen = RunOnTerminal(lWorkplace, "talbase check large.bag", 20);
     EXPECT_NE(lScreen.find("\033[Kreading large.bag …\r"), std::string::npos) << lScreen;
     EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase check -q large.bag", 20), "");
+}
+
+// Whoever forgets an argument would wonder why nothing happens.
+TEST(Terminal, IsToldWhatIsWaitedFor)
+{
+    const Workplace lWorkplace;
+    const auto lFirstLine = [&](const std::string& iCommand) {
+        const std::string lScreen = RunOnTerminal(lWorkplace, "timeout --foreground 5 " + iCommand, 0, "\x04");
+        return lScreen.substr(0, lScreen.find("\r\n"));
+    };
+    const std::string lWaiting = "talbase: waiting for ";
+    const std::string lEnd = " on standard input; Ctrl-D ends it";
+    for (const char* lCommand : {"talbase set Subject job.bag", "talbase show", "talbase check -", "talbase get Job",
+                                 "talbase diff job.bag -", "talbase redact", "talbase to-json"})
+    {
+        EXPECT_EQ(lFirstLine(lCommand), lWaiting + "a text form" + lEnd) << lCommand;
+    }
+    EXPECT_EQ(lFirstLine("talbase from-json"), lWaiting + "a JSON document" + lEnd);
+    EXPECT_EQ(lFirstLine("talbase set Job --value-from - job.bag"), lWaiting + "the value" + lEnd);
+    EXPECT_EQ(lFirstLine("talbase check --quiet -"), "");
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase get Job <job.bag"), "17\r\n");
 }

@@ -158,7 +158,7 @@ int Set(const SetOptions& iOptions, const Streams& iStreams)
     CheckTarget(lOptions.mFile, lOptions.mTarget);
     const Path lPath = ParsePath(lOptions.mPath);
     const std::wstring lValue =
-        lOptions.mValue ? ReadArgument(*lOptions.mValue, "the value") : ReadText(lOptions.mValueFile);
+        lOptions.mValue ? ReadArgument(*lOptions.mValue, "the value") : ReadText(lOptions.mValueFile, "the value");
     if (lValue.empty())
     {
         throw UsageError("a bag cannot hold an empty value; 'talbase remove' takes a property out");

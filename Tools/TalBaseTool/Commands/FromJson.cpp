@@ -330,7 +330,8 @@ std::size_t FindValue(std::string_view iBytes)
 std::string ReadBytes(const std::string& iFile)
 {
     std::string lBytes;
-    ReadBlocks(iFile, [&](std::string_view iBlock) { lBytes.append(iBlock); });
+    const auto lTake = [&](std::string_view iBlock) { lBytes.append(iBlock); };
+    ReadBlocks(iFile, lTake, "a JSON document");
     return lBytes;
 }
 

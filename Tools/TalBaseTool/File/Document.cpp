@@ -49,10 +49,10 @@ std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDeli
 
 template <class FindTextLosses>
 Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
-                 FindTextLosses iFindLosses)
+                 FindTextLosses iFindLosses, const std::shared_ptr<const FileLock>& iLock = {})
 {
     ReadPair(iPair); // a wrong command line is told before anything is read
-    const std::wstring lText = ReadText(iFile);
+    const std::wstring lText = ReadText(iFile, gTextForm, iLock ? iLock->GetFile() : -1);
     const std::optional<DelimiterTexts> lPair = PairOf(lText, iPair);
     Document lDocument;
     lDocument.mFile = iFile;
@@ -73,6 +73,7 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOpt
     lDocument.mGate = Gate(iSecrets, lText, lPair, true);
     lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
     lDocument.mLosses = iFindLosses(lText, lPair);
+    lDocument.mLock = iLock;
     return lDocument;
 }
 
@@ -186,13 +187,12 @@ Document Load(const std::string& iFile, const RawPair& iPair, const SecretOption
 Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
                       const Target& iTarget)
 {
-    const auto lLock = iTarget.mIsInPlace ? std::make_shared<const FileLock>(iFile, iTarget.mWait) : nullptr;
-    Document lDocument = LoadAnd(iFile, iPair, iSecrets,
-                                 [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
-                                     return FindLosses(iFile, iText, iTextPair);
-                                 });
-    lDocument.mLock = lLock;
-    return lDocument;
+    return LoadAnd(
+        iFile, iPair, iSecrets,
+        [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
+            return FindLosses(iFile, iText, iTextPair);
+        },
+        iTarget.mIsInPlace ? std::make_shared<const FileLock>(iFile, iTarget.mWait) : nullptr);
 }
 
 void ReportLosses(const Document& iDocument, std::ostream& oErr)

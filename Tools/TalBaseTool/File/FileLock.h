@@ -24,6 +24,12 @@ public:
         return mName;
     }
 
+    // The file, open for reading. Some file systems let nobody read it otherwise, this process included.
+    int GetFile() const
+    {
+        return mFile.Get();
+    }
+
     // Throws IoError where the name stands for another file by now, or for another text: not everybody locks.
     void CheckUnchanged() const;
 

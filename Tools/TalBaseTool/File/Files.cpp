@@ -128,14 +128,15 @@ private:
 
 // A text that grows takes twice its size whenever it moves, and characters four times that of bytes; so the bytes come
 // first where nobody knows how many they are.
-std::wstring ReadPipe(const std::string& iFile)
+std::wstring ReadPipe(const std::string& iFile, const char* ipWhat)
 {
     std::deque<std::string> lBlocks;
     std::size_t lSize = 0;
-    ReadBlocks(iFile, [&](std::string_view iBytes) {
+    const auto lTake = [&](std::string_view iBytes) {
         lBlocks.emplace_back(iBytes);
         lSize += iBytes.size();
-    });
+    };
+    ReadBlocks(iFile, lTake, ipWhat);
     Decoder lDecoder(iFile, lSize);
     for (; !lBlocks.empty(); lBlocks.pop_front())
     {
@@ -144,15 +145,29 @@ std::wstring ReadPipe(const std::string& iFile)
     return lDecoder.Finish();
 }
 
+int Open(const std::string& iFile, int iOpened)
+{
+    if (iOpened < 0)
+    {
+        return iFile == "-" ? STDIN_FILENO : ::open(iFile.c_str(), O_RDONLY | O_CLOEXEC);
+    }
+    return ::lseek(iOpened, 0, SEEK_SET) == 0 ? ::fcntl(iOpened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1;
+}
+
 } // namespace
 
-void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake)
+void ReadBlocks(const std::string& iFile, const std::function<void(std::string_view)>& iTake, const char* ipWhat,
+                int iOpened)
 {
-    const FileDescriptor lFile(iFile == "-" ? STDIN_FILENO : ::open(iFile.c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor lFile(Open(iFile, iOpened));
     struct stat lStatus = {};
     if (lFile.Get() < 0 || ::fstat(lFile.Get(), &lStatus) != 0)
     {
         ThrowIoError("cannot read", iFile);
+    }
+    if (iFile == "-" && ::isatty(STDIN_FILENO) == 1)
+    {
+        Progress::TellWaiting(ipWhat);
     }
     Progress lProgress("reading " + ShowFile(iFile),
                        S_ISREG(lStatus.st_mode) ? static_cast<std::size_t>(lStatus.st_size) : 0);
@@ -175,17 +190,18 @@ void ReadBlocks(const std::string& iFile, const std::function<void(std::string_v
     }
 }
 
-std::wstring ReadText(const std::string& iFile)
+std::wstring ReadText(const std::string& iFile, const char* ipWhat, int iOpened)
 {
     struct stat lStatus = {};
     const int lResult = iFile == "-" ? ::fstat(STDIN_FILENO, &lStatus) : ::stat(iFile.c_str(), &lStatus);
     if (lResult == 0 && S_ISREG(lStatus.st_mode))
     {
         Decoder lDecoder(iFile, static_cast<std::size_t>(lStatus.st_size));
-        ReadBlocks(iFile, [&](std::string_view iBytes) { lDecoder.Take(iBytes); });
+        const auto lTake = [&](std::string_view iBytes) { lDecoder.Take(iBytes); };
+        ReadBlocks(iFile, lTake, ipWhat, iOpened);
         return lDecoder.Finish();
     }
-    return ReadPipe(iFile);
+    return ReadPipe(iFile, ipWhat);
 }
 
 void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake)

@@ -1,6 +1,7 @@
 #include "File/InPlace.h"
 
 #include "File/FileTraits.h"
+#include "File/Files.h"
 #include "File/TemporaryFile.h"
 
 #include <climits>
@@ -82,10 +83,11 @@ void Move(TemporaryFile& oFile, const std::string& iName)
 
 // A copy, and not another link: whoever writes into the old file without replacing it would change the backup, too, and
 // not every file may be linked. What of its traits cannot be kept is told of the new file.
-void CopyTo(const TemporaryFile& iCopy, const std::string& iName, const std::string& iCopyName)
+void CopyTo(const TemporaryFile& iCopy, const FileLock& iLock, const std::string& iName, const std::string& iCopyName)
 {
     const struct stat lStatus = ReadStatus(iName);
-    ReadBlocks(iName, [&](std::string_view iBytes) { WriteAll(iCopy.Get(), iBytes, iCopyName); });
+    const auto lWrite = [&](std::string_view iBytes) { WriteAll(iCopy.Get(), iBytes, iCopyName); };
+    ReadBlocks(iName, lWrite, gTextForm, iLock.GetFile());
     CopyTraits(iName, lStatus, iCopy.Get());
     const struct timespec lTimes[] = {lStatus.st_atim, lStatus.st_mtim};
     ::futimens(iCopy.Get(), lTimes);
@@ -111,7 +113,7 @@ std::vector<std::string> ReplaceText(const FileLock& iLock, const std::function<
     std::optional<TemporaryFile> lCopy;
     if (iBackup)
     {
-        CopyTo(lCopy.emplace(lFolder), lName, lName + *iBackup);
+        CopyTo(lCopy.emplace(lFolder), iLock, lName, lName + *iBackup);
     }
     iLock.CheckUnchanged();
     if (lCopy)

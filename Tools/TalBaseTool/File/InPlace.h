@@ -18,10 +18,10 @@ namespace TalBaseTool
 void CheckIsRegular(const std::string& iFile);
 
 // Puts what iWrite hands on under the name of a file that is locked, in place of that file: it is written beside it
-// first, forced to the disk and renamed, so that after a crash at any moment the name stands for the old text or for the
-// new one. Mode, owner, group and extended attributes stay where the system allows it, and a link stays a link; returned
-// is what of that did not, a line for each. Throws IoError, also where the file is not what it was when it was locked;
-// the old file is then still there, unless the message begins with saying that it is changed.
+// first, forced to the disk and renamed, so that after a crash at any moment the name stands for the old text or for
+// the new one. Mode, owner, group and extended attributes stay where the system allows it, and a link stays a link;
+// returned is what of that did not, a line for each. Throws IoError, also where the file is not what it was when it was
+// locked; the old file is then still there, unless the message begins with saying that it is changed.
 //
 // iBackup: what a copy of the old file, with all of that, is called behind the file's name; null for none. It takes the
 // place of an earlier one when the new text is complete, just before that takes the file's.

@@ -24,6 +24,14 @@ void Progress::Allow(bool iIsAllowed)
     gIsAllowed = iIsAllowed;
 }
 
+void Progress::TellWaiting(const char* ipWhat)
+{
+    if (gIsAllowed)
+    {
+        std::fprintf(stderr, "talbase: waiting for %s on standard input; Ctrl-D ends it\n", ipWhat);
+    }
+}
+
 Progress::Progress(std::string iAction, std::size_t iSize)
     : mAction(std::move(iAction)), mSize(iSize), mWidth(gIsAllowed ? FindWidth(STDERR_FILENO) : 0), mNext(gWorthShowing)
 {

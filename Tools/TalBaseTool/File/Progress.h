@@ -1,5 +1,5 @@
-// A line on the terminal that says what takes long and how far it is. Silent when standard error is no terminal, or
-// when there is little to do, so that logs and pipes stay clean.
+// A line on the terminal that says what takes long and how far it is, or what is waited for. Silent when standard error
+// is no terminal, or when there is little to do, so that logs and pipes stay clean.
 
 #ifndef TALBASETOOL_FILE_PROGRESS_H
 #define TALBASETOOL_FILE_PROGRESS_H
@@ -15,6 +15,9 @@ class Progress
 public:
     // Whether any is shown from now on.
     static void Allow(bool iIsAllowed);
+
+    // Says that somebody has to type something, for example "a text form".
+    static void TellWaiting(const char* ipWhat);
 
     // iAction: what is being done, for example "reading job.bag", fit to be shown. iSize: of the work, in bytes or
     // characters; 0 where it is not known, and then only Step shows anything.

@@ -184,6 +184,21 @@ std::string FishOption(const std::string& iCondition, const ArgumentHelp& iOptio
     return lText + " -d " + QuoteForFish(iOption.mText) + "\n";
 }
 
+bool HasOption(const CommandHelp& iCommand, const std::string& iName)
+{
+    return std::any_of(iCommand.mOptions.begin(), iCommand.mOptions.end(),
+                       [&iName](const ArgumentHelp& iOption) { return iOption.mNames.back() == iName; });
+}
+
+// For the commands that change files. The lines of the text are paragraphs.
+constexpr const char* gAboutLocks =
+    R"(A file that is changed in place is locked, as flock(2) does it, before it is read, and until the new text stands in its place. Other changes with talbase wait as long as --wait says. Whoever only reads does not wait, and finds the old text or the new one.
+.PP
+Programs that do not ask for the lock, editors among them, are not kept out. A file that one of them has changed since it was read is not replaced; what it writes in the very moment of the replacement can be lost.
+.PP
+On a network file system the lock holds for all machines only where the file system passes it on. NFS of Linux does, unless it is mounted with nolock or local_lock, and wants a file that may be written; SMB does since Linux 5.5, and refuses others even to read the file meanwhile. Elsewhere, sshfs among them, the lock holds for the processes of one machine. A client that keeps attributes for some seconds may notice late that a file was changed without a lock. Where a file system has no locks at all, nothing is written, and the exit status is 2; write the new text to another file then, and rename that.
+)";
+
 } // namespace
 
 std::string MakeManualPage(const CommandHelp& iCommand, const std::vector<CommandHelp>& iCommands)
@@ -207,6 +222,10 @@ std::string MakeManualPage(const CommandHelp& iCommand, const std::vector<Comman
         {
             lPage += DescribeInRoff(lArgument);
         }
+    }
+    if (HasOption(iCommand, "--wait"))
+    {
+        lPage += ".SH SEVERAL CHANGES AT ONCE\n" + Roff(gAboutLocks);
     }
     lPage += ".SH EXIT STATUS\n" +
              (iCommands.empty() ? Roff(iCommand.mExit) + "\n" : ".nf\n" + Roff(iCommand.mExit) + ".fi\n.PP\n") +
