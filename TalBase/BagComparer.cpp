@@ -71,7 +71,8 @@ bool BagComparer::AreEqual(const PropertyBagImpl& iAsked, const PropertyBagImpl&
         }
         // The nests change sides: the other bag's nest is asked about this one's.
         const PropertyBagImpl& lOtherNest = *lLevel.mRight->mEmbeddedContent[lOtherIndex].second;
-        if (!hEnterEqual(lLevels, lOtherNest, *lAskedNest, true, lLevel.mIsLeftRendered))
+        const bool lIsOtherRendered = lLevel.mIsRightRendered || !lIsHidden;
+        if (!hEnterEqual(lLevels, lOtherNest, *lAskedNest, lIsOtherRendered, lLevel.mIsLeftRendered))
         {
             return false;
         }

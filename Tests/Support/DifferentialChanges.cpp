@@ -242,13 +242,17 @@ void Driver::hSpoilNest()
     lWriter.WriteWString(lDelimiter.c_str());
     lWriter.WriteWString(L"");
     hTry(L"spoils the nest at " + std::to_wstring(lIndex) + L" with " + Quoted(lDelimiter), [&](Side iSide) {
+        const auto lSpoil = [&](PropertyBag& oBag) {
+            QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lWriter.GetBytes().size());
+            oBag.DeSerialize(lReader);
+        };
+        const std::wstring lHidden = Outcome([&] { return hCompareHidden(iSide, hBag(iSide), lSpoil); });
         const BagPtr lNest = hBag(iSide).GetValuePropertyBag(lIndex);
-        QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lWriter.GetBytes().size());
         const std::wstring lRead = Outcome([&] {
-            lNest->DeSerialize(lReader);
+            lSpoil(*lNest);
             return std::wstring();
         });
-        return lRead + L" " + hCompareWith(hBag(iSide), hBag(iSide));
+        return lHidden + L" " + lRead + L" " + hCompareWith(hBag(iSide), hBag(iSide));
     });
 }
 

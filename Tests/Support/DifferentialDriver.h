@@ -93,6 +93,8 @@ private:
     void hCompare();
     void hCompareAltered();
     static std::wstring hCompareWith(const PropertyBag& iLeft, const PropertyBag& iRight);
+    static std::wstring hCompareHidden(Side iSide, const PropertyBag& iBag,
+                                       const std::function<void(PropertyBag&)>& iSpoil);
     void hClone();
     void hFilteredClone();
     void hTakeNest();

@@ -192,6 +192,37 @@ std::wstring Driver::hCompareWith(const PropertyBag& iLeft, const PropertyBag& i
     return lEqual + L" " + Outcome([&] { return YesOrNo(iLeft.IsSubset(&iRight)); });
 }
 
+// Two bags that hold copies of a bag as their nest, in the right one of which a plain property of the same name hides
+// it from reading. There its nests are spoilt one by one, from the inside out.
+std::wstring Driver::hCompareHidden(Side iSide, const PropertyBag& iBag,
+                                    const std::function<void(PropertyBag&)>& iSpoil)
+{
+    const auto lMake = [&](const wchar_t* ipSecond) {
+        const BagPtr lKeeper = MakeKeeper(iSide, true, true);
+        lKeeper->SetProperty(L"a", L"1", false);
+        lKeeper->SetProperty(ipSecond, L"1", false);
+        lKeeper->EmbedProperty(L"n", &iBag);
+        return BagPtr(lKeeper->Clone());
+    };
+    const BagPtr lLeft = lMake(L"a");
+    const BagPtr lRight = lMake(L"n");
+    std::vector<BagPtr> lNests = {lRight};
+    while (lNests.back()->GetCount() > 0 && lNests.back()->IsEmbedded(lNests.back()->GetCount() - 1))
+    {
+        lNests.push_back(lNests.back()->GetValuePropertyBag(lNests.back()->GetCount() - 1));
+    }
+    std::wstring lAnswers = hCompareWith(*lLeft, *lRight);
+    for (; lNests.size() > 1; lNests.pop_back())
+    {
+        Outcome([&] {
+            iSpoil(*lNests.back());
+            return std::wstring();
+        });
+        lAnswers += L" " + hCompareWith(*lLeft, *lRight) + L" " + hCompareWith(*lRight, *lLeft);
+    }
+    return lAnswers;
+}
+
 // A bag and what was a copy of it: by its text, or a clone that shares its nests.
 void Driver::hCompareAltered()
 {

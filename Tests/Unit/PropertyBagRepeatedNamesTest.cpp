@@ -57,6 +57,18 @@ TEST(RepeatedNames, CloneKeepsThem)
     EXPECT_EQ(Text(lClone->GetProperty(L"a")), L"1");
 }
 
+// Reading by the name gives the right bag's plain value and never renders its nest, so the nests in it are rendered one
+// by one as they are compared.
+TEST(RepeatedNames, EqualsRendersWhatAPlainPropertyHides)
+{
+    const wchar_t* const lText = L"m++++k++++x++++1*********";
+    const BagPtr lLeft = RepeatingBag().Plain(L"a", L"1").Plain(L"a", L"1").Nest(L"n", lText).Cloned();
+    const BagPtr lRight = RepeatingBag().Plain(L"a", L"1").Plain(L"n", L"1").Nest(L"n", lText).Cloned();
+    EXPECT_TRUE(*lLeft == *lRight);
+    Spoil(lRight->GetPropertyBag(L"n")->GetPropertyBag(L"m")->GetPropertyBag(L"k"));
+    EXPECT_MESSAGE((void)(*lLeft == *lRight), PropertyBagException, gEqualDelimiters);
+}
+
 TEST(RepeatedNames, EqualsComparesWithTheFirstOfTheOther)
 {
     const BagPtr lSame = RepeatingBag().Plain(L"a", L"1").Plain(L"a", L"1").Cloned();

@@ -209,8 +209,8 @@ TEST(ArchitectureDocument, PrivateHeadersAreIncludedByTheLibraryAndItsTestsOnly)
     EXPECT_TRUE(std::includes(lAllowed.begin(), lAllowed.end(), lFound.begin(), lFound.end()));
 }
 
-// README names the public headers and says that each speaks of threads; the two that only mark what is shown have nothing
-// that runs.
+// README names the public headers and says that each speaks of threads; the two that only mark what is shown have
+// nothing that runs.
 TEST(ReadmeDocument, HeadersSayWhichThreadsMayUseThem)
 {
     std::size_t lCount = 0;
