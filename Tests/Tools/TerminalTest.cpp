@@ -153,3 +153,54 @@ TEST(Terminal, IsToldWhatIsWaitedFor)
     EXPECT_EQ(lFirstLine("talbase check --quiet -"), "");
     EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase get Job <job.bag"), "17\r\n");
 }
+
+TEST(Terminal, GetsWindowsOfItsWidth)
+{
+    const Workplace lWorkplace;
+    const std::string lWindow = "talbase window --color=never --at 23 --close 1 --close 3 --close 5 ";
+    EXPECT_EQ(RunOnTerminal(lWorkplace, lWindow, 75),
+              "00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16 17 18 19 20 21 22 23\r\n"
+              "██ ·· ██ ·· ██ ·· ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██\r\n"
+              "                                                                open ^^\r\n"
+              "open 00:00-00:59, 02:00-02:59, 04:00-04:59, 06:00-23:59\r\n");
+    EXPECT_EQ(RunOnTerminal(lWorkplace, lWindow, 40), "00 01 02 03 04 05 06 07 08 09 10 11\r\n"
+                                                      "██ ·· ██ ·· ██ ·· ██ ██ ██ ██ ██ ██\r\n"
+                                                      "12 13 14 15 16 17 18 19 20 21 22 23\r\n"
+                                                      "██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██ ██\r\n"
+                                                      "                                 ^^ open\r\n"
+                                                      "open 00:00-00:59, 02:00-02:59,\r\n"
+                                                      "     04:00-04:59, 06:00-23:59\r\n");
+    for (unsigned short lWidth = 18; lWidth < 90; ++lWidth)
+    {
+        EXPECT_LE(LongestLine(RunOnTerminal(lWorkplace, lWindow, lWidth)), lWidth);
+    }
+}
+
+TEST(Terminal, GetsTreesOfItsWidth)
+{
+    const Workplace lWorkplace;
+    lWorkplace.Write("wide.bag",
+                     "Gr\xC3\xB6\xC3\x9F"
+                     "e=\xE6\xBC\xA2\xE5\xAD\x97\xE6\xBC\xA2\xE5\xAD\x97\xE6\xBC\xA2"
+                     "\xE5\xAD\x97\xE6\xBC\xA2\xE5\xAD\x97\xE6\xBC\xA2\xE5\xAD\x97\xE6\xBC\xA2\xE5\xAD\x97;short=v;"
+                     "A name that alone is longer than a line=1;n=n=n=n=n=n=n=deep=value;;;;;;;;");
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase show --color=never --begin = --end ';' wide.bag", 32),
+              "wide.bag  begin \"=\", end \";\"; 3…\r\n"
+              "├── Größe = 漢… (+11 characters)\r\n"
+              "├── short = v\r\n"
+              "├── A name that alone is longer…\r\n"
+              "└── n  (1 bag)\r\n"
+              "    └── n  (1 bag)\r\n"
+              "        └── n  (1 bag)\r\n"
+              "            └── n  (1 bag)\r\n"
+              "                └── n  (1 bag)\r\n"
+              "                ⋯ level 6 └── n…\r\n"
+              "                ⋯ level 7 └── n…\r\n"
+              "                ⋯ level 8 └── d…\r\n");
+    const std::string lLong = "talbase show --color=never long.bag";
+    EXPECT_EQ(LongestLine(RunOnTerminal(lWorkplace, lLong, 60)), 60U);
+    EXPECT_EQ(LongestLine(RunOnTerminal(lWorkplace, lLong)), 80U);
+    EXPECT_EQ(LongestLine(RunOnTerminal(lWorkplace, "COLUMNS=100 " + lLong, 60)), 100U);
+    EXPECT_GT(LongestLine(RunOnTerminal(lWorkplace, lLong + " --cut 0", 60)), 300U);
+    EXPECT_GT(LongestLine(RunOnTerminal(lWorkplace, lLong + " | cat", 60)), 200U);
+}

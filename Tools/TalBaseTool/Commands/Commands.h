@@ -36,9 +36,9 @@ struct ChangeOptions
 // A tree of the properties.
 struct ShowOptions : ViewOptions
 {
-    bool mIsRaw = false;          // values as they are stored
-    std::size_t mLongest = 200;   // characters of a value; 0 for all
-    std::optional<int> mMaxDepth; // of nested bags that are opened
+    bool mIsRaw = false;                 // values as they are stored
+    std::optional<std::size_t> mLongest; // characters of a value; 0 for all
+    std::optional<int> mMaxDepth;        // of nested bags that are opened
 };
 int Show(const ShowOptions& iOptions, const Streams& iStreams);
 
@@ -151,7 +151,7 @@ struct WindowOptions : ChangeOptions
 {
     bool mHasFile = false;
     std::string mBagPath; // of the bag that holds the window; empty for the outermost
-    std::string mPrefix;
+    std::optional<std::string> mPrefix;
     std::optional<std::string> mValue; // the window's text form
     std::vector<WindowRange> mRanges;  // in the order in which they change the window
     bool mIsSet = false;

@@ -13,6 +13,7 @@ namespace TalBaseTool
 namespace
 {
 
+constexpr std::size_t gLongest = 200;     // characters of a value
 constexpr std::size_t gMostBranches = 40; // a tree that is deeper is drawn no wider
 
 // "3 properties, 1 bag"
@@ -36,15 +37,21 @@ std::string CountContent(const QTalBase::PropertyBag& iBag)
 class Branches
 {
 public:
+    // iColumns: of a whole line, of which half may be branches; 0 for as many as are wanted.
+    explicit Branches(std::size_t iColumns)
+        : mMost(iColumns == 0 ? gMostBranches : std::min(gMostBranches, iColumns / 2 / gBranch))
+    {
+    }
+
     std::string Draw(std::size_t iDepth, bool iIsLast)
     {
         mIsOver.resize(iDepth);
         std::string lText;
-        for (std::size_t lLevel = 0; lLevel < std::min(iDepth, gMostBranches); ++lLevel)
+        for (std::size_t lLevel = 0; lLevel < std::min(iDepth, mMost); ++lLevel)
         {
             lText += mIsOver[lLevel] ? "    " : "│   ";
         }
-        if (iDepth > gMostBranches)
+        if (iDepth > mMost)
         {
             lText += "⋯ level " + std::to_string(iDepth + 1) + " ";
         }
@@ -53,6 +60,9 @@ public:
     }
 
 private:
+    static constexpr std::size_t gBranch = 4; // columns of each
+
+    std::size_t mMost;
     std::vector<bool> mIsOver; // for each level: whether its last line is drawn
 };
 
@@ -65,23 +75,28 @@ public:
           mOut(iStreams.mOut),
           mPalette(iOptions.mColor, iStreams.mIsOutTerminal),
           mEscaping(mRoot->GetBeginDelimiter(), mRoot->GetEndDelimiter()),
-          mGate(iDocument.mGate)
+          mGate(iDocument.mGate),
+          mWidth(iOptions.mLongest ? 0 : iStreams.mWidth), // whoever says how long values are means it
+          mLongest(iOptions.mLongest.value_or(gLongest))
     {
     }
 
     void Draw()
     {
-        mOut << mPalette.Paint(Style::Bag, ShowFile(mOptions.mFile)) << "  "
-             << mPalette.Paint(Style::Quiet, "begin " + hQuote(mRoot->GetBeginDelimiter()) + ", end " +
-                                                 hQuote(mRoot->GetEndDelimiter()) + "; " + CountContent(*mRoot))
+        LineSpace lLine(mWidth);
+        mOut << mPalette.Paint(Style::Bag, lLine.Take(ShowFile(mOptions.mFile))) << lLine.Take("  ")
+             << mPalette.Paint(Style::Quiet, lLine.Take("begin " + hQuote(mRoot->GetBeginDelimiter()) + ", end " +
+                                                        hQuote(mRoot->GetEndDelimiter()) + "; " + CountContent(*mRoot)))
              << '\n';
-        Branches lBranches;
+        Branches lBranches(mWidth);
         for (BagWalk lWalk(mRoot); lWalk.Next();)
         {
             if (lWalk.GetStep() != Step::Leave)
             {
-                mOut << mPalette.Paint(Style::Quiet, lBranches.Draw(lWalk.GetDepth(), lWalk.IsLast()));
-                hDrawProperty(lWalk);
+                LineSpace lSpace(mWidth);
+                const std::string lBranch = lSpace.Take(lBranches.Draw(lWalk.GetDepth(), lWalk.IsLast()));
+                mOut << mPalette.Paint(Style::Quiet, lBranch);
+                hDrawProperty(lWalk, lSpace);
             }
         }
     }
@@ -92,29 +107,26 @@ private:
         return "\"" + mGate.ShowDelimiter(ipText) + "\"";
     }
 
-    void hDrawProperty(BagWalk& oWalk)
+    void hDrawProperty(BagWalk& oWalk, LineSpace& oLine)
     {
         const bool lIsBag = oWalk.GetStep() == Step::Enter;
         const QBase::ReturnWString lStored = lIsBag ? QBase::ReturnWString(L"") : oWalk.GetValue();
         const std::wstring lValue = mOptions.mIsRaw ? std::wstring(lStored.c_str()) : mEscaping.Unescape(lStored);
         const bool lIsHidden = lIsBag ? mGate.HidesBag(oWalk.GetName()) : mGate.HidesValue(oWalk.GetName(), lValue);
-        const std::string lName = mGate.ShowName(oWalk.GetName());
+        const std::string lName = oLine.Take(mGate.ShowName(oWalk.GetName()));
         mOut << mPalette.Paint(lIsBag ? Style::Bag : Style::Name, lName);
         if (lIsBag && (lIsHidden || hIsTooDeep(oWalk.GetDepth())))
         {
             oWalk.Skip();
         }
-        if (lIsHidden)
+        mOut << oLine.Take(lIsBag ? "  " : " = ");
+        if (lIsHidden || lIsBag)
         {
-            mOut << (lIsBag ? "  " : " = ") << mPalette.Paint(Style::Quiet, gHidden) << '\n';
+            const std::string lText = lIsHidden ? gHidden : "(" + CountContent(*oWalk.GetBag()) + ")";
+            mOut << mPalette.Paint(Style::Quiet, oLine.Take(lText)) << '\n';
             return;
         }
-        if (lIsBag)
-        {
-            mOut << "  " << mPalette.Paint(Style::Quiet, "(" + CountContent(*oWalk.GetBag()) + ")") << '\n';
-            return;
-        }
-        mOut << " = " << ShowValue(lValue, mOptions.mLongest) << '\n';
+        mOut << oLine.Take(ShowValueIn(lValue, mLongest, oLine.GetLeft())) << '\n';
     }
 
     bool hIsTooDeep(std::size_t iDepth) const
@@ -128,6 +140,8 @@ private:
     Palette mPalette;
     Escaping mEscaping;
     Gate mGate;
+    std::size_t mWidth; // of a line; 0 for any
+    std::size_t mLongest;
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Commands/Commands.h"
 
+#include "Text/BagWalk.h"
 #include "Text/Errors.h"
 #include "Text/Text.h"
 
@@ -16,6 +17,8 @@ namespace
 using WindowPtr = QBase::SmartPtrI<QTalBase::DeliveryWindow>;
 
 constexpr unsigned int gHours = 24;
+constexpr const wchar_t* gWindowName = L"DeliveryWindow"; // what a property's name ends with
+constexpr std::size_t gMostNamed = 5;
 
 struct HourRange
 {
@@ -72,7 +75,7 @@ WindowPtr ReadWindow(const WindowOptions& iOptions, const std::wstring& iPrefix,
     BagPtr lBag = iBag;
     if (iOptions.mValue)
     {
-        lBag = MakeWindowBag(iPrefix + L"DeliveryWindow", ReadArgument(*iOptions.mValue, "--value"));
+        lBag = MakeWindowBag(iPrefix + gWindowName, ReadArgument(*iOptions.mValue, "--value"));
     }
     lWindow->DeSerializeFromPropertyBag(iPrefix.c_str(), lBag.get());
     // Whoever has nothing and opens hours wants the others closed.
@@ -102,46 +105,131 @@ std::string TwoDigits(unsigned int iHour)
     return (iHour < 10 ? "0" : "") + std::to_string(iHour);
 }
 
-// "open 07:00-21:59, 23:00-23:59"
-std::string ListOpenHours(const QTalBase::DeliveryWindow& iWindow)
+// "open 07:00-21:59, 23:00-23:59", in lines of a width, if that is not 0.
+std::string ListOpenHours(const QTalBase::DeliveryWindow& iWindow, std::size_t iWidth)
 {
-    std::string lText;
+    std::string lText = "open";
+    std::size_t lUsed = lText.size();
     for (unsigned int lHour = 0; lHour < gHours; ++lHour)
     {
         if (iWindow.IsEnabled(lHour))
         {
-            unsigned int lLast = lHour;
-            while (lLast + 1 < gHours && iWindow.IsEnabled(lLast + 1))
+            const unsigned int lFirst = lHour;
+            while (lHour + 1 < gHours && iWindow.IsEnabled(lHour + 1))
             {
-                ++lLast;
+                ++lHour;
             }
-            lText += (lText.empty() ? "open " : ", ") + TwoDigits(lHour) + ":00-" + TwoDigits(lLast) + ":59";
-            lHour = lLast;
+            const std::string lRange = TwoDigits(lFirst) + ":00-" + TwoDigits(lHour) + ":59";
+            const bool lIsFirst = lText == "open";
+            lText += lIsFirst ? "" : ",";
+            const bool lFits = iWidth == 0 || lIsFirst || lUsed + lRange.size() + 3 <= iWidth; // a comma may follow
+            lText += (lFits ? " " : "\n     ") + lRange;
+            lUsed = (lFits ? lUsed + 2 : 5) + lRange.size();
         }
     }
-    return lText.empty() ? "never open" : lText;
+    return lText == "open" ? "never open" : lText;
+}
+
+// How many hours are drawn side by side: all, unless the terminal is too narrow.
+unsigned int CountHoursOfRow(std::size_t iWidth)
+{
+    for (const unsigned int lCount : {24U, 12U, 8U, 6U, 4U, 3U, 2U})
+    {
+        if (iWidth == 0 || std::size_t{3} * lCount - 1 <= iWidth)
+        {
+            return lCount;
+        }
+    }
+    return 1;
+}
+
+// The mark below an hour of a row, with what it says on the side where there is room.
+std::string DrawMark(unsigned int iPlace, bool iIsOpen, std::size_t iWidth)
+{
+    const std::string lWord = iIsOpen ? "open" : "closed";
+    const std::size_t lBefore = std::size_t{3} * iPlace;
+    if (iWidth == 0 || lBefore + 3 + lWord.size() <= iWidth)
+    {
+        return std::string(lBefore, ' ') + "^^ " + lWord;
+    }
+    return lBefore > lWord.size() ? std::string(lBefore - lWord.size() - 1, ' ') + lWord + " ^^"
+                                  : std::string(lBefore, ' ') + "^^";
 }
 
 void Draw(const QTalBase::DeliveryWindow& iWindow, const WindowOptions& iOptions, const Streams& iStreams)
 {
     const Palette lPalette(iOptions.mColor, iStreams.mIsOutTerminal);
-    std::string lHours;
-    std::string lBlocks;
-    for (unsigned int lHour = 0; lHour < gHours; ++lHour)
+    const bool lHasMark = iOptions.mHasNow || iOptions.mHour;
+    const unsigned int lNow = iOptions.mHour ? *iOptions.mHour : HourOfNow();
+    const unsigned int lCount = CountHoursOfRow(iStreams.mWidth);
+    for (unsigned int lFirst = 0; lFirst < gHours; lFirst += lCount)
     {
-        const bool lIsOpen = iWindow.IsEnabled(lHour);
-        lHours += (lHour > 0 ? " " : "") + TwoDigits(lHour);
-        lBlocks += (lHour > 0 ? " " : "") +
-                   (lIsOpen ? lPalette.Paint(Style::Added, "██") : lPalette.Paint(Style::Quiet, "··"));
+        std::string lHours;
+        std::string lBlocks;
+        for (unsigned int lHour = lFirst; lHour < lFirst + lCount; ++lHour)
+        {
+            lHours += (lHour > lFirst ? " " : "") + TwoDigits(lHour);
+            lBlocks += (lHour > lFirst ? " " : "") + (iWindow.IsEnabled(lHour) ? lPalette.Paint(Style::Added, "██")
+                                                                               : lPalette.Paint(Style::Quiet, "··"));
+        }
+        iStreams.mOut << lHours << '\n' << lBlocks << '\n';
+        if (lHasMark && lNow >= lFirst && lNow < lFirst + lCount)
+        {
+            iStreams.mOut << DrawMark(lNow - lFirst, iWindow.IsEnabled(lNow), iStreams.mWidth) << '\n';
+        }
     }
-    iStreams.mOut << lHours << '\n' << lBlocks << '\n';
-    if (iOptions.mHasNow || iOptions.mHour)
+    iStreams.mOut << ListOpenHours(iWindow, iStreams.mWidth) << '\n';
+}
+
+// The windows in a bag and in those below it, as they may be named; not those in bags that are hidden.
+struct OtherWindows
+{
+    std::size_t mCount = 0;
+    std::string mNames; // of the first ones
+};
+OtherWindows FindWindows(const Document& iDocument, const Path& iBagPath, const BagPtr& iBag)
+{
+    constexpr std::wstring_view lEnding = gWindowName;
+    OtherWindows lFound;
+    for (BagWalk lWalk(iBag); lWalk.Next();)
     {
-        const unsigned int lNow = iOptions.mHour ? *iOptions.mHour : HourOfNow();
-        iStreams.mOut << std::string(std::size_t{3} * lNow, ' ') << "^^ "
-                      << (iWindow.IsEnabled(lNow) ? "open" : "closed") << '\n';
+        const std::wstring_view lName = lWalk.GetName();
+        if (lWalk.GetStep() == Step::Enter && iDocument.mGate.HidesBag(lName))
+        {
+            lWalk.Skip();
+        }
+        const bool lIsWindow = lWalk.GetStep() == Step::Plain && lName.size() >= lEnding.size() &&
+                               lName.substr(lName.size() - lEnding.size()) == lEnding;
+        if (lIsWindow && lFound.mCount++ < gMostNamed)
+        {
+            Path lPath = iBagPath;
+            const Path lBelow = lWalk.GetPath();
+            lPath.insert(lPath.end(), lBelow.begin(), lBelow.end());
+            lFound.mNames += (lFound.mNames.empty() ? "" : ", ") + iDocument.mGate.ShowPath(lPath);
+        }
     }
-    iStreams.mOut << ListOpenHours(iWindow) << '\n';
+    lFound.mNames += lFound.mCount > gMostNamed ? ", …" : "";
+    return lFound;
+}
+
+// What is drawn of a bag without a window is nothing that stands in it. Returns whether another window may have been
+// meant.
+bool ReportNoWindow(const Document& iDocument, const WindowOptions& iOptions, const BagPtr& iBag,
+                    const std::wstring& iName, const Streams& iStreams)
+{
+    const Path lBagPath = iOptions.mBagPath.empty() ? Path() : ParsePath(iOptions.mBagPath);
+    Path lPath = lBagPath;
+    lPath.push_back(iName);
+    iStreams.Remarks() << "talbase: " << ShowFile(iDocument.mFile) << ": there is no "
+                       << iDocument.mGate.ShowPath(lPath) << "; none stored means open all day\n";
+    const OtherWindows lOthers = FindWindows(iDocument, lBagPath, iBag);
+    if (lOthers.mCount > 0)
+    {
+        iStreams.Remarks() << "talbase: " << ShowFile(iDocument.mFile) << ": there "
+                           << (lOthers.mCount == 1 ? "is " : "are ") << lOthers.mNames
+                           << "; --path and --prefix choose one\n";
+    }
+    return lOthers.mCount > 0 && !iOptions.mPrefix;
 }
 
 } // namespace
@@ -161,7 +249,8 @@ int Window(const WindowOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("--in-place goes with --set");
     }
-    const std::wstring lPrefix = ReadArgument(iOptions.mPrefix, "--prefix");
+    const std::wstring lPrefix = ReadArgument(iOptions.mPrefix.value_or(""), "--prefix");
+    const std::wstring lName = lPrefix + gWindowName;
     if (!iOptions.mHasFile)
     {
         Draw(*ReadWindow(iOptions, lPrefix, {}), iOptions, iStreams);
@@ -173,12 +262,13 @@ int Window(const WindowOptions& iOptions, const Streams& iStreams)
     const WindowPtr lWindow = ReadWindow(iOptions, lPrefix, lBag);
     if (!iOptions.mIsSet)
     {
+        const bool lIsThere = FindKind(lBag, {lName}) != Kind::Missing;
+        const bool lIsDoubtful = !lIsThere && ReportNoWindow(lDocument, iOptions, lBag, lName, iStreams);
         Draw(*lWindow, iOptions, iStreams);
-        return ExitGood;
+        return lIsDoubtful ? ExitBad : ExitGood;
     }
     const BagPtr lMade(
         lWindow->SerializeToPropertyBag(lPrefix.c_str(), lBag->GetBeginDelimiter(), lBag->GetEndDelimiter()));
-    const std::wstring lName = lPrefix + L"DeliveryWindow";
     // Taken from the new bag even where that is empty: with every hour open there is no property.
     lBag->SetProperty(lName.c_str(), lMade->GetProperty(lName.c_str()).c_str(), false);
     Save(lDocument, iOptions.mTarget, iStreams);

@@ -21,10 +21,13 @@ void AddShow(CLI::App& oApp, ChosenCommand& oChosen)
             AddFile(oCommand, oOptions.mFile);
             AddView(oCommand, oOptions);
             oCommand.add_flag("--raw", oOptions.mIsRaw, "Show values as they are stored, with their escapes");
-            oCommand.add_option("--cut", oOptions.mLongest, "Characters of a value that are shown, 0 for all")
+            oCommand
+                .add_option_function<std::size_t>(
+                    "--cut", [&oOptions](std::size_t iLongest) { oOptions.mLongest = iLongest; },
+                    "Characters of a value that are shown, 0 for all; otherwise 200, and at a terminal what fits into "
+                    "its lines")
                 ->type_name("N")
-                ->check(CLI::Range(0, gMost))
-                ->capture_default_str();
+                ->check(CLI::Range(0, gMost));
             oCommand
                 .add_option_function<int>(
                     "--depth", [&oOptions](int iDepth) { oOptions.mMaxDepth = iDepth; },
@@ -113,7 +116,9 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
         "one before it. Without FILE and --value they begin with a window that is always open, or where --open comes "
         "first with one that is never open: --open 9-17 is 9 to 17 only. RANGE is one hour, or two with - between "
         "them, both included: 22-5 runs past midnight. With --set the bag is written with that window instead of "
-        "drawing it.",
+        "drawing it. A bag without the property is open all day; where others have a window's name, they are named, "
+        "and "
+        "without --prefix the exit status is 1.",
         "talbase window --close 22-5 --now", Window, [](CLI::App& oCommand, WindowOptions& oOptions) {
             oCommand
                 .add_option_function<std::string>(
@@ -129,9 +134,8 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
                 .add_option("--path", oOptions.mBagPath,
                             std::string("The nested bag that has the window.") + gAboutPaths)
                 ->type_name("PATH");
-            oCommand
-                .add_option("--prefix", oOptions.mPrefix, "What stands before DeliveryWindow in the property's name")
-                ->type_name("TEXT");
+            AddOptional(oCommand, "--prefix", oOptions.mPrefix,
+                        "What stands before DeliveryWindow in the property's name");
             AddOptional(oCommand, "--value", oOptions.mValue,
                         "The window as a property has it, for example ' 0, 9,23,'");
             oCommand

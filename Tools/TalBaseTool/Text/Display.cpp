@@ -2,6 +2,8 @@
 
 #include "Text/Text.h"
 
+#include "QBase/Convert.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -63,6 +65,32 @@ std::string ShowValue(std::wstring_view iValue, std::size_t iLongest)
     }
     return ToUtf8(MakePrintable(iValue.substr(0, iLongest))) + "… (+" + Count(iValue.size() - iLongest, "character") +
            ")";
+}
+
+std::string ShowValueIn(std::wstring_view iValue, std::size_t iLongest, std::size_t iColumns)
+{
+    std::string lText = ShowValue(iValue, iLongest);
+    if (iColumns == 0 || CutToWidth(lText, iColumns) == lText)
+    {
+        return lText;
+    }
+    std::size_t lCount = std::min(iColumns, iLongest == 0 ? iValue.size() : std::min(iLongest, iValue.size()));
+    while (lCount > 1 && CutToWidth(lText, iColumns) != lText)
+    {
+        lText = ShowValue(iValue, --lCount);
+    }
+    return CutToWidth(lText, iColumns);
+}
+
+std::string LineSpace::Take(const std::string& iText)
+{
+    if (!mIsLimited)
+    {
+        return iText;
+    }
+    const std::string lText = mLeft > 0 ? CutToWidth(iText, mLeft) : std::string();
+    mLeft -= std::min(mLeft, GetWidth(QBase::UTF8ToWideChar(lText, false)));
+    return lText;
 }
 
 std::string ShowValueAround(std::wstring_view iValue, std::size_t iIndex, std::size_t iLongest)
