@@ -21,8 +21,7 @@ namespace TalBaseTool
 namespace
 {
 
-constexpr std::size_t gMostNames = 40; // of a path that are shown
-constexpr std::size_t gLongest = 120;  // characters of a value that are shown
+constexpr std::size_t gLongest = 120; // characters of a value that are shown
 
 // Marks those of the numbers that lie outside a longest ascending sequence: the fewest that have to move.
 std::vector<bool> FindMoved(const std::vector<unsigned int>& iPlaces)
@@ -123,15 +122,13 @@ private:
     // The path of a property; of a deep one, its level and the last names.
     std::string hShowPath(std::size_t iNest, const std::wstring& iName) const
     {
-        const std::size_t lDepth = iNest != gNone ? mNests[iNest].mDepth : 0;
         Path lPath{iName};
-        std::size_t lNest = iNest;
-        for (; lNest != gNone && lPath.size() < gMostNames; lNest = mNests[lNest].mAround)
+        for (std::size_t lNest = iNest; lNest != gNone && lPath.size() < gMostNames; lNest = mNests[lNest].mAround)
         {
             lPath.push_back(mNests[lNest].mName);
         }
         std::reverse(lPath.begin(), lPath.end());
-        return (lNest != gNone ? "⋯ level " + std::to_string(lDepth + 1) + " ⋯/" : std::string()) + ShowPath(lPath);
+        return ShowPath(lPath, iNest != gNone ? mNests[iNest].mDepth + 1 : 1);
     }
 
     void hCompare(const Level& iLevel)

@@ -61,22 +61,35 @@ void CheckNames(const QTalBase::PropertyBag& iBag, const Path& iPath)
     }
 }
 
-// Sets a property at a path: the bags on the way that are not there are made, the innermost first, because an empty one
-// could not be embedded.
-void Put(const BagPtr& iRoot, const Path& iPath, const std::wstring& iValue, BagPtr iNest)
+// Sets a property at a path. The bags on the way that are not there are made at once, as the text of the first one:
+// embedding each in the next would copy the innermost as often as the path has names.
+void Put(const BagPtr& iRoot, const Path& iPath, const std::wstring& iValue, const BagPtr& iNest)
 {
     CheckNames(*iRoot, iPath);
-    Path lPath = iPath;
-    BagPtr lParent = FindParent(iRoot, lPath);
-    while (!lParent)
+    if (const BagPtr lParent = FindParent(iRoot, iPath))
     {
-        const BagPtr lMade(QTalBase::CreatePropertyBag(iRoot->GetBeginDelimiter(), iRoot->GetEndDelimiter()));
-        PutInto(lMade, lPath.back(), iValue, iNest);
-        iNest = lMade;
-        lPath.pop_back();
-        lParent = FindParent(iRoot, lPath);
+        PutInto(lParent, iPath.back(), iValue, iNest);
+        return;
     }
-    PutInto(lParent, lPath.back(), iValue, iNest);
+    BagPtr lParent = iRoot;
+    std::size_t lMissing = 0;
+    for (; lParent->IsPropertyEmbedded(iPath[lMissing].c_str()); ++lMissing)
+    {
+        lParent = lParent->GetPropertyBag(iPath[lMissing].c_str());
+    }
+    const BagPtr lInner(QTalBase::CreatePropertyBag(iRoot->GetBeginDelimiter(), iRoot->GetEndDelimiter()));
+    PutInto(lInner, iPath.back(), iValue, iNest);
+    std::wstring lText;
+    for (std::size_t lIndex = lMissing + 1; lIndex + 1 < iPath.size(); ++lIndex)
+    {
+        lText.append(iPath[lIndex]).append(iRoot->GetBeginDelimiter());
+    }
+    lText += lInner->GetString(false, nullptr, nullptr, true);
+    for (std::size_t lIndex = lMissing + 1; lIndex + 1 < iPath.size(); ++lIndex)
+    {
+        lText += iRoot->GetEndDelimiter();
+    }
+    lParent->SetProperty(iPath[lMissing].c_str(), lText.c_str(), true);
 }
 
 // Puts a plain value and looks whether it can be got again.
@@ -231,7 +244,7 @@ int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
     }
     CheckReplaces(lDocument.mBag, lPath, Kind::Bag);
     const BagPtr lRoot = lDocument.mBag;
-    PutBag(lRoot, lPath, WithDelimiters(lNest.mBag, lRoot->GetBeginDelimiter(), lRoot->GetEndDelimiter()));
+    PutBag(lRoot, lPath, WithDelimiters(std::move(lNest.mBag), lRoot->GetBeginDelimiter(), lRoot->GetEndDelimiter()));
     Save(lDocument, iOptions.mTarget, iStreams);
     return ExitGood;
 }

@@ -149,19 +149,21 @@ private:
         });
     }
 
+    // The last names of the place.
     Path hPath() const
     {
         Path lPath;
-        for (const Frame& lFrame : mFrames)
+        for (std::size_t lFrame = mFrames.size() - std::min(mFrames.size(), gMostNames); lFrame < mFrames.size();
+             ++lFrame)
         {
-            lPath.push_back(lFrame.mName);
+            lPath.push_back(mFrames[lFrame].mName);
         }
         return lPath;
     }
 
     void hCount(Loss iLoss)
     {
-        mReport.Add(iLoss, mReport.WantsPlace(iLoss) ? hPath() : Path());
+        mReport.Add(iLoss, mReport.WantsPlace(iLoss) ? hPath() : Path(), mFrames.size());
     }
 
     // Comes before every value. Returns whether it is kept.
@@ -231,7 +233,7 @@ private:
             return true;
         }
         const std::size_t lStart = mBuilder.GetSize();
-        const Fault lFault = mBuilder.AddPlain(mFrames.back().mName, QBase::UTF8ToWideChar(iValue, true));
+        const Fault lFault = mBuilder.AddPlain(mFrames.back().mName, std::string_view(iValue));
         hReplace({lStart, mBuilder.GetSize()});
         if (lFault != Fault::None)
         {

@@ -40,14 +40,14 @@ bool JsonReport::WantsPlace(Loss iLoss) const
     return mIsVerbose || mKinds[static_cast<std::size_t>(iLoss)].mPlaces.size() < gShown;
 }
 
-void JsonReport::Add(Loss iLoss, const Path& iPath)
+void JsonReport::Add(Loss iLoss, const Path& iLast, std::size_t iLevel)
 {
     Kind& lKind = mKinds[static_cast<std::size_t>(iLoss)];
     ++lKind.mCount;
     if (WantsPlace(iLoss))
     {
-        const std::string lPath = ShowPath(iPath);
-        lKind.mPlaces.push_back(iPath.empty() ? "the document" : lPath.empty() ? "\"\"" : lPath);
+        const std::string lPath = ShowPath(iLast, iLevel);
+        lKind.mPlaces.push_back(iLevel == 0 ? "the document" : lPath.empty() ? "\"\"" : lPath);
     }
 }
 

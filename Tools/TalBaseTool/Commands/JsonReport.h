@@ -37,8 +37,9 @@ public:
     // Whether the next one of a kind will be shown with its place.
     bool WantsPlace(Loss iLoss) const;
 
-    // iPath: its place; the empty path is the document's own.
-    void Add(Loss iLoss, const Path& iPath);
+    // iLast: the last names of its place, as many as ShowPath wants; iLevel: how many there are. The document's own
+    // place has none.
+    void Add(Loss iLoss, const Path& iLast, std::size_t iLevel);
 
     // Whether something of the content is lost; the order alone does not count, since JSON gives it no meaning.
     bool HasLoss() const;

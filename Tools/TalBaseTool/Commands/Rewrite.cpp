@@ -68,7 +68,8 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
         Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
         ReportLosses(lOther, iStreams.Remarks());
         LeaveOutEmptyBags(lOther.mBag, iStreams.Remarks());
-        const BagPtr lFrom = WithDelimiters(lOther.mBag, lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
+        const BagPtr lFrom =
+            WithDelimiters(std::move(lOther.mBag), lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
         if (iOptions.mIsDeep)
         {
             MergeDeep(lInto, lFrom);
@@ -105,7 +106,7 @@ int Redact(const RedactOptions& iOptions, const Streams& iStreams)
     }
     LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
     iStreams.Remarks() << "talbase: " << Count(lCount, "property", "properties") << " taken out\n";
-    Save(lDocument, iOptions.mTarget, iStreams);
+    Save(std::move(lDocument), iOptions.mTarget, iStreams);
     return ExitGood;
 }
 
@@ -116,8 +117,8 @@ int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams)
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
     Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
     LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
-    lDocument.mBag = WithDelimiters(lDocument.mBag, lPair.mBegin, lPair.mEnd);
-    Save(lDocument, iOptions.mTarget, iStreams);
+    lDocument.mBag = WithDelimiters(std::move(lDocument.mBag), lPair.mBegin, lPair.mEnd);
+    Save(std::move(lDocument), iOptions.mTarget, iStreams);
     return ExitGood;
 }
 

@@ -159,11 +159,15 @@ void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
     {
         try
         {
-            oBag = Rebuild(oBag, oBag->GetBeginDelimiter(), oBag->GetEndDelimiter());
+            Rebuild(oBag, std::wstring(oBag->GetBeginDelimiter()), std::wstring(oBag->GetEndDelimiter()));
             return;
         }
         catch (const DataError&) // its text would not give it back; who writes it will tell
         {
+            if (!oBag)
+            {
+                throw;
+            }
         }
     }
     RemoveEmptyBags(oBag);

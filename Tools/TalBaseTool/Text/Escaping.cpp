@@ -14,16 +14,17 @@ Escaping::Escaping(const wchar_t* ipBegin, const wchar_t* ipEnd)
     : mProbe(QTalBase::CreatePropertyBag(ipBegin, ipEnd)),
       mIsDefaultPair(std::wstring_view(ipBegin) == BEGIN && std::wstring_view(ipEnd) == END)
 {
+    if (mIsDefaultPair)
+    {
+        mStar = hAskEscape(L'*');
+        mPlus = hAskEscape(L'+');
+    }
 }
 
 std::wstring Escaping::Escape(std::wstring_view iValue) const
 {
     std::wstring lValue(iValue);
-    if (mIsDefaultPair && lValue.find_first_of(L"*+") != std::wstring::npos)
-    {
-        mProbe->SetProperty(gAnyName, lValue.c_str(), false);
-        lValue = mProbe->GetValue(0).c_str();
-    }
+    EscapeFrom(0, lValue);
     return lValue;
 }
 
@@ -36,6 +37,58 @@ std::wstring Escaping::Unescape(std::wstring_view iStored) const
         lStored = mProbe->GetProperty(gAnyName).c_str();
     }
     return lStored;
+}
+
+void Escaping::EscapeFrom(std::size_t iStart, std::wstring& oText) const
+{
+    std::size_t lRead = oText.size();
+    oText.resize(lRead + CountGrowth(std::wstring_view(oText).substr(iStart)));
+    for (std::size_t lWrite = oText.size(); lWrite != lRead;) // from the end, so that nothing is written over
+    {
+        const wchar_t lCharacter = oText[--lRead];
+        if (const std::wstring* lEscape = hFindEscape(lCharacter))
+        {
+            lWrite -= lEscape->size();
+            lEscape->copy(&oText[lWrite], lEscape->size());
+        }
+        else
+        {
+            oText[--lWrite] = lCharacter;
+        }
+    }
+}
+
+std::size_t Escaping::CountGrowth(std::wstring_view iValue) const
+{
+    std::size_t lGrowth = 0;
+    for (const wchar_t lCharacter : iValue)
+    {
+        const std::wstring* lEscape = hFindEscape(lCharacter);
+        lGrowth += lEscape != nullptr ? lEscape->size() - 1 : 0;
+    }
+    return lGrowth;
+}
+
+bool Escaping::HoldsEscape(std::wstring_view iValue) const
+{
+    return mIsDefaultPair && iValue.find(L'&') != std::wstring_view::npos &&
+           (iValue.find(mStar) != std::wstring_view::npos || iValue.find(mPlus) != std::wstring_view::npos);
+}
+
+std::wstring Escaping::hAskEscape(wchar_t iCharacter) const
+{
+    mProbe->SetProperty(gAnyName, std::wstring(1, iCharacter).c_str(), false);
+    return mProbe->GetValue(0).c_str();
+}
+
+// Null for a character that stands for itself.
+const std::wstring* Escaping::hFindEscape(wchar_t iCharacter) const
+{
+    if (!mIsDefaultPair)
+    {
+        return nullptr;
+    }
+    return iCharacter == L'*' ? &mStar : iCharacter == L'+' ? &mPlus : nullptr;
 }
 
 } // namespace TalBaseTool

@@ -5,6 +5,7 @@
 
 #include "Text/Path.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -20,9 +21,23 @@ public:
     std::wstring Escape(std::wstring_view iValue) const;
     std::wstring Unescape(std::wstring_view iStored) const;
 
+    // Escapes what stands in a text from a place on, where it stands: a value may be as long as memory allows.
+    void EscapeFrom(std::size_t iStart, std::wstring& oText) const;
+
+    // How many characters longer that makes a value.
+    std::size_t CountGrowth(std::wstring_view iValue) const;
+
+    // Whether a value holds an escape, which would be taken for the character that it stands for.
+    bool HoldsEscape(std::wstring_view iValue) const;
+
 private:
+    std::wstring hAskEscape(wchar_t iCharacter) const;
+    const std::wstring* hFindEscape(wchar_t iCharacter) const;
+
     BagPtr mProbe;
     bool mIsDefaultPair;
+    std::wstring mStar; // what stands for these characters
+    std::wstring mPlus;
 };
 
 } // namespace TalBaseTool

@@ -5,6 +5,8 @@
 
 #include "TalBase/Views.h"
 
+#include <algorithm>
+
 namespace TalBaseTool
 {
 
@@ -50,12 +52,19 @@ Path ParsePath(const std::string& iArgument)
 
 std::string ShowPath(const Path& iPath)
 {
+    return ShowPath(iPath, iPath.size());
+}
+
+std::string ShowPath(const Path& iLast, std::size_t iLevel)
+{
+    const std::size_t lCount = std::min(iLast.size(), gMostNames);
     std::wstring lText;
-    for (const std::wstring& lName : iPath)
+    for (std::size_t lIndex = iLast.size() - lCount; lIndex < iLast.size(); ++lIndex)
     {
-        lText += (lText.empty() ? L"" : L"/") + QTalBase::AsPathStep(lName);
+        lText += (lText.empty() ? L"" : L"/") + QTalBase::AsPathStep(iLast[lIndex]);
     }
-    return ToUtf8(MakeControlsPrintable(lText));
+    return (lCount < iLevel ? "⋯ level " + std::to_string(iLevel) + " ⋯/" : std::string()) +
+           ToUtf8(MakeControlsPrintable(lText));
 }
 
 BagPtr FindParent(const BagPtr& iRoot, const Path& iPath)

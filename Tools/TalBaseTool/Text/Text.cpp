@@ -102,6 +102,21 @@ void AppendUtf8(std::wstring_view iText, std::string& oUtf8)
     }
 }
 
+void AppendWide(std::string_view iUtf8, std::wstring& oText)
+{
+    constexpr std::size_t lBlock = std::size_t{1} << 14;
+    while (!iUtf8.empty())
+    {
+        std::size_t lStop = std::min(lBlock, iUtf8.size());
+        while (lStop < iUtf8.size() && (static_cast<unsigned char>(iUtf8[lStop]) & 0xC0U) == 0x80)
+        {
+            ++lStop; // up to the end of a character
+        }
+        oText += QBase::UTF8ToWideChar(iUtf8.substr(0, lStop), true);
+        iUtf8.remove_prefix(lStop);
+    }
+}
+
 bool IsInvisible(wchar_t iCharacter)
 {
     const unsigned long lCode = static_cast<unsigned int>(iCharacter);

@@ -17,6 +17,9 @@ void AppendUtf8(std::wstring_view iText, std::string& oUtf8);
 // Whether a character is a control, or changes how the text around it is laid out, or has no shape of its own.
 bool IsInvisible(wchar_t iCharacter);
 
+// Appends the text of well-formed UTF-8, piece by piece.
+void AppendWide(std::string_view iUtf8, std::wstring& oText);
+
 // An argument of the command line. Throws UsageError, with iWhat for its name, where it is not UTF-8.
 std::wstring ReadArgument(const std::string& iArgument, const std::string& iWhat);
 

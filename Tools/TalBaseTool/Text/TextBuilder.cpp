@@ -3,6 +3,7 @@
 #include "Text/BagWalk.h"
 #include "Text/Errors.h"
 #include "Text/Messages.h"
+#include "Text/Text.h"
 
 #include <algorithm>
 
@@ -34,34 +35,26 @@ const char* Describe(Fault iFault)
 }
 
 TextBuilder::TextBuilder(const std::wstring& iBegin, const std::wstring& iEnd)
-    : mBegin(iBegin), mEnd(iEnd), mEscaping(iBegin.c_str(), iEnd.c_str())
+    : mBegin(iBegin), mEnd(iEnd), mEscaping(iBegin.c_str(), iEnd.c_str()), mOpened{OpenedBag{0, 0, 0, false}}
 {
 }
 
 Fault TextBuilder::AddPlain(std::wstring_view iName, std::wstring_view iValue)
 {
-    const bool lHasZero = iValue.find(L'\0') != std::wstring_view::npos; // where escaping would end
-    const std::wstring lStored = lHasZero ? std::wstring(iValue) : mEscaping.Escape(iValue);
-    const Fault lFault = hCheckPlain(iName, lStored);
-    if (lFault == Fault::None && mEscaping.Unescape(lStored) != iValue)
-    {
-        return Fault::ValueHasEscape;
-    }
-    if (lFault == Fault::None)
-    {
-        hAdd(iName, lStored);
-    }
-    return lFault;
+    return hAddPlain(
+        iName, [&] { mText.append(iValue); }, false);
+}
+
+Fault TextBuilder::AddPlain(std::wstring_view iName, std::string_view iValue)
+{
+    return hAddPlain(
+        iName, [&] { AppendWide(iValue, mText); }, false);
 }
 
 Fault TextBuilder::AddStored(std::wstring_view iName, std::wstring_view iStored)
 {
-    const Fault lFault = hCheckPlain(iName, iStored);
-    if (lFault == Fault::None)
-    {
-        hAdd(iName, iStored);
-    }
-    return lFault;
+    return hAddPlain(
+        iName, [&] { mText.append(iStored); }, true);
 }
 
 Fault TextBuilder::OpenBag(std::wstring_view iName)
@@ -71,7 +64,8 @@ Fault TextBuilder::OpenBag(std::wstring_view iName)
     {
         const std::size_t lStart = mText.size();
         mText.append(iName).append(mBegin);
-        mOpened.push_back(OpenedBag{lStart, mText.size(), 0});
+        mOpened.back().mHasNest = true;
+        mOpened.push_back(OpenedBag{lStart, mText.size(), 0, false});
     }
     return lFault;
 }
@@ -100,11 +94,14 @@ void TextBuilder::Drop(const TextSpan& iSpan)
     if (iSpan.mStart < iSpan.mStop)
     {
         mDropped.push_back(iSpan);
-        if (!mOpened.empty())
-        {
-            mOpened.back().mDropped += iSpan.mStop - iSpan.mStart;
-        }
+        mOpened.back().mDropped += iSpan.mStop - iSpan.mStart;
     }
+}
+
+std::wstring TextBuilder::TakeText()
+{
+    hCutDropped();
+    return std::move(mText);
 }
 
 BagPtr TextBuilder::MakeBag()
@@ -145,27 +142,49 @@ void TextBuilder::hCutDropped()
     mDropped.clear();
 }
 
-Fault TextBuilder::hCheckPlain(std::wstring_view iName, std::wstring_view iStored) const
+// The value is put where it will stand, and checked there: a copy of it could take as much as all of the text.
+template <class Append>
+Fault TextBuilder::hAddPlain(std::wstring_view iName, const Append& iAppend, bool iIsStored)
 {
-    const Fault lFault = hCheckName(iName);
-    if (lFault != Fault::None)
+    Fault lFault = hCheckName(iName);
+    if (lFault == Fault::None)
     {
-        return lFault;
+        const std::size_t lStart = mText.size();
+        mText.append(iName).append(mBegin);
+        const std::size_t lValue = mText.size();
+        iAppend();
+        lFault = hFinishValue(lValue, iIsStored);
+        if (lFault != Fault::None)
+        {
+            mText.resize(lStart);
+        }
     }
-    if (iStored.empty())
+    mIsInBagOrder = mIsInBagOrder && (lFault != Fault::None || !mOpened.back().mHasNest);
+    return lFault;
+}
+
+Fault TextBuilder::hFinishValue(std::size_t iStart, bool iIsStored)
+{
+    const auto lGet = [&] { return std::wstring_view(mText).substr(iStart); };
+    if (lGet().empty())
     {
         return Fault::EmptyValue;
     }
-    if (iStored.find(L'\0') != std::wstring_view::npos)
+    if (lGet().find(L'\0') != std::wstring_view::npos)
     {
         return Fault::ValueHasZero;
     }
-    return hRunsInto(iStored, mEnd) ? Fault::ValueHasDelimiter : Fault::None;
-}
-
-void TextBuilder::hAdd(std::wstring_view iName, std::wstring_view iStored)
-{
-    mText.append(iName).append(mBegin).append(iStored).append(mEnd);
+    const bool lHoldsEscape = !iIsStored && mEscaping.HoldsEscape(lGet());
+    if (!iIsStored)
+    {
+        mEscaping.EscapeFrom(iStart, mText);
+    }
+    if (hRunsInto(lGet(), mEnd))
+    {
+        return Fault::ValueHasDelimiter;
+    }
+    mText.append(mEnd);
+    return lHoldsEscape ? Fault::ValueHasEscape : Fault::None;
 }
 
 Fault TextBuilder::hCheckName(std::wstring_view iName) const
@@ -195,25 +214,46 @@ bool TextBuilder::hRunsInto(std::wstring_view iRun, const std::wstring& iDelimit
     return std::min(lBorder.find(mBegin), lBorder.find(mEnd)) != lRun;
 }
 
-BagPtr Rebuild(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+namespace
 {
-    const bool lIsSame = iBegin == iBag->GetBeginDelimiter() && iEnd == iBag->GetEndDelimiter();
+
+// How long the text of a bag becomes, or a little less.
+std::size_t Measure(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    const Escaping lEscaping(iBegin.c_str(), iEnd.c_str());
+    std::size_t lSize = 0;
+    for (BagWalk lWalk(iBag); lWalk.Next();)
+    {
+        if (lWalk.GetStep() != Step::Leave)
+        {
+            lSize += std::wstring_view(lWalk.GetName()).size() + iBegin.size() + iEnd.size();
+        }
+        if (lWalk.GetStep() == Step::Plain)
+        {
+            const QBase::ReturnWString lValue = lWalk.GetValue();
+            lSize += lValue.GetLength() + lEscaping.CountGrowth(lValue);
+        }
+    }
+    return lSize;
+}
+
+void AddContent(TextBuilder& oBuilder, const BagPtr& iBag, bool iIsSame)
+{
     const Escaping lEscaping(iBag->GetBeginDelimiter(), iBag->GetEndDelimiter());
-    TextBuilder lBuilder(iBegin, iEnd);
     for (BagWalk lWalk(iBag); lWalk.Next();)
     {
         Fault lFault = Fault::None;
         switch (lWalk.GetStep())
         {
         case Step::Plain:
-            lFault = lIsSame ? lBuilder.AddStored(lWalk.GetName(), lWalk.GetValue())
-                             : lBuilder.AddPlain(lWalk.GetName(), lEscaping.Unescape(lWalk.GetValue()));
+            lFault = iIsSame ? oBuilder.AddStored(lWalk.GetName(), lWalk.GetValue())
+                             : oBuilder.AddPlain(lWalk.GetName(), lEscaping.Unescape(lWalk.GetValue()));
             break;
         case Step::Enter:
-            lFault = lBuilder.OpenBag(lWalk.GetName());
+            lFault = oBuilder.OpenBag(lWalk.GetName());
             break;
         case Step::Leave:
-            lBuilder.CloseBag();
+            oBuilder.CloseBag();
             break;
         }
         if (lFault != Fault::None)
@@ -221,9 +261,19 @@ BagPtr Rebuild(const BagPtr& iBag, const std::wstring& iBegin, const std::wstrin
             throw DataError(ShowPath(lWalk.GetPath()) + ": with these delimiters it would be " + Describe(lFault));
         }
     }
+}
+
+} // namespace
+
+void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd)
+{
+    TextBuilder lBuilder(iBegin, iEnd);
+    lBuilder.Reserve(Measure(oBag, iBegin, iEnd));
+    AddContent(lBuilder, oBag, iBegin == oBag->GetBeginDelimiter() && iEnd == oBag->GetEndDelimiter());
+    oBag = {};
     try
     {
-        return lBuilder.MakeBag();
+        oBag = lBuilder.MakeBag();
     }
     catch (const QBase::Message& lMessage)
     {
@@ -231,10 +281,13 @@ BagPtr Rebuild(const BagPtr& iBag, const std::wstring& iBegin, const std::wstrin
     }
 }
 
-BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+BagPtr WithDelimiters(BagPtr iBag, const std::wstring& iBegin, const std::wstring& iEnd)
 {
-    const bool lIsSame = iBegin == iBag->GetBeginDelimiter() && iEnd == iBag->GetEndDelimiter();
-    return lIsSame ? iBag : Rebuild(iBag, iBegin, iEnd);
+    if (iBegin != iBag->GetBeginDelimiter() || iEnd != iBag->GetEndDelimiter())
+    {
+        Rebuild(iBag, iBegin, iEnd);
+    }
+    return iBag;
 }
 
 } // namespace TalBaseTool

@@ -44,8 +44,16 @@ public:
     // Throws what CreatePropertyBag throws for a pair that no bag may have.
     TextBuilder(const std::wstring& iBegin, const std::wstring& iEnd);
 
-    // Add a property; with a fault nothing is added. iValue: what a caller sees, not yet escaped.
+    // Makes room for so many characters. What is not needed of it is never touched, so it takes no memory.
+    void Reserve(std::size_t iSize)
+    {
+        mText.reserve(iSize);
+    }
+
+    // Add a property; with a fault nothing is added. iValue: what a caller sees, not yet escaped; as UTF-8, it is
+    // well-formed.
     Fault AddPlain(std::wstring_view iName, std::wstring_view iValue);
+    Fault AddPlain(std::wstring_view iName, std::string_view iValue);
     Fault OpenBag(std::wstring_view iName);
 
     // The same with a value as a bag with the pair stores it.
@@ -63,13 +71,23 @@ public:
     // Leaves a property of the bag that is open out again.
     void Drop(const TextSpan& iSpan);
 
+    // Whether the text has its properties in the order in which a bag writes them: plain ones first, in each bag.
+    bool IsInBagOrder() const
+    {
+        return mIsInBagOrder;
+    }
+
+    // The text, without a header. The builder is used up.
+    std::wstring TakeText();
+
     // Reads the text into a new bag with the pair. The builder is used up.
     BagPtr MakeBag();
 
 private:
-    Fault hCheckPlain(std::wstring_view iName, std::wstring_view iStored) const;
+    template <class Append>
+    Fault hAddPlain(std::wstring_view iName, const Append& iAppend, bool iIsStored);
+    Fault hFinishValue(std::size_t iStart, bool iIsStored);
     Fault hCheckName(std::wstring_view iName) const;
-    void hAdd(std::wstring_view iName, std::wstring_view iStored);
     bool hRunsInto(std::wstring_view iRun, const std::wstring& iDelimiter) const;
 
     struct OpenedBag
@@ -77,6 +95,7 @@ private:
         std::size_t mStart;   // of its name
         std::size_t mContent; // behind its name
         std::size_t mDropped; // characters of it
+        bool mHasNest;
     };
 
     void hCutDropped();
@@ -85,16 +104,20 @@ private:
     std::wstring mEnd;
     Escaping mEscaping;
     std::wstring mText;
-    std::vector<OpenedBag> mOpened;
+    std::vector<OpenedBag> mOpened; // the first one is the text itself
+    bool mIsInBagOrder = true;
     std::vector<TextSpan> mDropped; // in the order of being dropped; one may lie within another
 };
 
 // The same properties in a bag with other delimiters, its values stored as that pair wants it. Throws DataError, with
-// the path, where the text of that bag would not give them back.
-BagPtr WithDelimiters(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd);
+// the path, where the text of that bag would not give them back. Hand a bag over that is not needed any more: it is let
+// go before the new one is made.
+BagPtr WithDelimiters(BagPtr iBag, const std::wstring& iBegin, const std::wstring& iEnd);
 
-// The same in a new bag in any case, without empty nested bags. Values stay as stored where the pair is the bag's own.
-BagPtr Rebuild(const BagPtr& iBag, const std::wstring& iBegin, const std::wstring& iEnd);
+// Puts a new bag with the pair in the place of a bag in any case, without empty nested bags. Values stay as stored
+// where the pair is the bag's own. Throws as WithDelimiters does. The bag is still there then, or null where its text
+// could not even be read.
+void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd);
 
 } // namespace TalBaseTool
 
