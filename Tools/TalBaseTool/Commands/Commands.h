@@ -65,11 +65,12 @@ struct GetOptions
 };
 int Get(const GetOptions& iOptions, const Streams& iStreams);
 
+// One change of a file, or several, all or none.
 struct SetOptions : ChangeOptions
 {
-    std::string mPath;
-    std::optional<std::string> mValue;
-    std::string mValueFile; // where the value comes from otherwise
+    std::vector<std::string> mArguments; // PATH VALUE, as often as wanted, and FILE where one more is there
+    std::string mValueFile;              // where the value comes from otherwise
+    std::string mListFile;               // where paths and values come from otherwise
 };
 int Set(const SetOptions& iOptions, const Streams& iStreams);
 

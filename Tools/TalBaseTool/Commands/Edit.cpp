@@ -1,5 +1,6 @@
 #include "Commands/Commands.h"
 
+#include "Commands/SetList.h"
 #include "File/Files.h"
 #include "File/TextOutput.h"
 #include "Text/BagWalk.h"
@@ -8,6 +9,8 @@
 #include "Text/TextBuilder.h"
 
 #include <algorithm>
+#include <optional>
+#include <vector>
 
 namespace TalBaseTool
 {
@@ -115,27 +118,69 @@ void PutBag(const BagPtr& iRoot, const Path& iPath, const BagPtr& iNest)
     }
 }
 
-// The options with the arguments in their places: without a VALUE, what stands there is the FILE.
+struct Change
+{
+    Path mPath;
+    std::wstring mValue;
+};
+
+std::wstring CheckedValue(std::wstring iValue)
+{
+    if (iValue.empty())
+    {
+        throw UsageError("a bag cannot hold an empty value; 'talbase remove' takes a property out");
+    }
+    return iValue;
+}
+
+// The options with the FILE in its place: a last argument without a partner.
 SetOptions Arranged(SetOptions iOptions)
 {
-    if (iOptions.mValueFile.empty() && !iOptions.mValue)
+    const bool lHasList = !iOptions.mListFile.empty();
+    const bool lHasValueFile = !iOptions.mValueFile.empty();
+    const std::size_t lCount = iOptions.mArguments.size();
+    if (lHasList && lHasValueFile)
     {
-        throw UsageError("a VALUE is needed, or --value-from");
+        throw UsageError("--from-list and --value-from exclude each other");
     }
-    if (!iOptions.mValueFile.empty() && iOptions.mValue)
+    if (!lHasList && lCount < (lHasValueFile ? 1 : 2))
     {
-        if (iOptions.mFile != "-")
-        {
-            throw UsageError("VALUE and --value-from exclude each other");
-        }
-        iOptions.mFile = *iOptions.mValue;
-        iOptions.mValue.reset();
+        throw UsageError(lCount == 0 ? "a PATH and a VALUE are needed, or --from-list"
+                                     : "a VALUE is needed, or --value-from");
     }
-    if (iOptions.mValueFile == "-" && iOptions.mFile == "-")
+    if (lCount > (lHasList ? 1U : 2U) && (lHasList || lHasValueFile))
     {
-        throw UsageError("the text and the value cannot both come from standard input");
+        throw UsageError(lHasList ? "PATH and --from-list exclude each other"
+                                  : "VALUE and --value-from exclude each other");
+    }
+    if (lHasValueFile ? lCount == 2 : lCount % 2 == 1)
+    {
+        iOptions.mFile = iOptions.mArguments.back();
+        iOptions.mArguments.pop_back();
+    }
+    if (iOptions.mFile == "-" && (iOptions.mValueFile == "-" || iOptions.mListFile == "-"))
+    {
+        throw UsageError(std::string("the text and the ") + (lHasList ? "list" : "value") +
+                         " cannot both come from standard input");
     }
     return iOptions;
+}
+
+// The changes that the arguments tell.
+std::vector<Change> ReadChanges(const SetOptions& iOptions)
+{
+    std::vector<Change> lChanges;
+    for (std::size_t lIndex = 0; lIndex + 1 < iOptions.mArguments.size(); lIndex += 2)
+    {
+        lChanges.push_back({ParsePath(iOptions.mArguments[lIndex]),
+                            CheckedValue(ReadArgument(iOptions.mArguments[lIndex + 1], "the value"))});
+    }
+    if (!iOptions.mValueFile.empty())
+    {
+        Path lPath = ParsePath(iOptions.mArguments.front());
+        lChanges.push_back({std::move(lPath), CheckedValue(ReadText(iOptions.mValueFile, "the value"))});
+    }
+    return lChanges;
 }
 
 } // namespace
@@ -169,16 +214,22 @@ int Set(const SetOptions& iOptions, const Streams& iStreams)
 {
     const SetOptions lOptions = Arranged(iOptions);
     CheckTarget(lOptions.mFile, lOptions.mTarget);
-    const Path lPath = ParsePath(lOptions.mPath);
-    const std::wstring lValue =
-        lOptions.mValue ? ReadArgument(*lOptions.mValue, "the value") : ReadText(lOptions.mValueFile, "the value");
-    if (lValue.empty())
+    const std::vector<Change> lChanges = ReadChanges(lOptions);
+    std::optional<ListChanges> lList;
+    if (!lOptions.mListFile.empty())
     {
-        throw UsageError("a bag cannot hold an empty value; 'talbase remove' takes a property out");
+        lList.emplace(lOptions.mListFile);
     }
     const Document lDocument = LoadToChange(lOptions.mFile, lOptions.mPair, {}, lOptions.mTarget);
-    CheckReplaces(lDocument.mBag, lPath, Kind::Plain);
-    PutPlain(lDocument.mBag, lPath, lValue);
+    for (const Change& lChange : lChanges)
+    {
+        CheckReplaces(lDocument.mBag, lChange.mPath, Kind::Plain);
+        PutPlain(lDocument.mBag, lChange.mPath, lChange.mValue);
+    }
+    if (lList)
+    {
+        lList->Apply(lDocument.mBag);
+    }
     Save(lDocument, lOptions.mTarget, iStreams);
     return ExitGood;
 }

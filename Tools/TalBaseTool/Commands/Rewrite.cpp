@@ -2,58 +2,16 @@
 
 #include "Text/BagWalk.h"
 #include "Text/Errors.h"
+#include "Text/Merge.h"
 #include "Text/Text.h"
 #include "Text/TextBuilder.h"
 
-#include "QDataType/StringCollection.h"
 #include "TalBase/Guid.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace TalBaseTool
 {
-
-namespace
-{
-
-struct MergePair
-{
-    BagPtr mInto;
-    BagPtr mFrom;
-};
-
-// Merges property by property at every depth.
-void MergeDeep(const BagPtr& iInto, const BagPtr& iFrom)
-{
-    for (std::vector<MergePair> lPairs{{iInto, iFrom}}; !lPairs.empty();)
-    {
-        const MergePair lPair = lPairs.back();
-        lPairs.pop_back();
-        const NameIndex lNames(*lPair.mInto);
-        const std::unique_ptr<QDataType::StringCollection> lOthers(QDataType::CreateStringCollection());
-        for (unsigned int lIndex = 0; lIndex < lPair.mFrom->GetCount(); ++lIndex)
-        {
-            const QBase::ReturnWString lName = lPair.mFrom->GetName(lIndex);
-            const unsigned int lPlace = lNames.Find(lName.c_str());
-            if (lPair.mFrom->IsEmbedded(lIndex) && lPlace != NameIndex::gNone && lPair.mInto->IsEmbedded(lPlace))
-            {
-                lPairs.push_back({lPair.mInto->GetValuePropertyBag(lPlace), lPair.mFrom->GetValuePropertyBag(lIndex)});
-            }
-            else
-            {
-                lOthers->Insert(lName.c_str());
-            }
-        }
-        if (lOthers->GetCount() > 0)
-        {
-            const BagPtr lRest(lPair.mFrom->FilteredClone(lOthers.get()));
-            lPair.mInto->AddPropertyBag(lRest.get());
-        }
-    }
-}
-
-} // namespace
 
 int Merge(const MergeOptions& iOptions, const Streams& iStreams)
 {
@@ -72,7 +30,7 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
             WithDelimiters(std::move(lOther.mBag), lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
         if (iOptions.mIsDeep)
         {
-            MergeDeep(lInto, lFrom);
+            MergeDeep(lInto, lFrom, OtherKind::Replaced);
         }
         else
         {

@@ -73,19 +73,33 @@ Arguments WithEmptyValues(const CLI::App& iCommand, const Arguments& iArguments)
     return lArguments;
 }
 
-// CLI11 takes "[a,b]" for a list where an argument may be given several times, and such arguments are files here. The
-// value of an option is left as it is.
-Arguments WithoutLists(Arguments iArguments)
+bool TakesSeveral(const CLI::App& iCommand)
 {
-    for (std::size_t lIndex = 1; lIndex < iArguments.size(); ++lIndex)
+    const std::vector<const CLI::Option*> lOptions = iCommand.get_options();
+    return std::any_of(lOptions.begin(), lOptions.end(), [](const CLI::Option* ipOption) {
+        return ipOption->get_positional() && ipOption->get_allow_extra_args();
+    });
+}
+
+constexpr char gMark = '\0'; // which no argument of a process has
+
+// CLI11 takes "[a,b]" for a list where an argument may be given several times. A mark before it keeps it one.
+Arguments WithoutLists(const CLI::App& iCommand, Arguments iArguments)
+{
+    bool lIsValue = false; // of an option
+    bool lHasStopped = false;
+    for (auto lArgument = iArguments.begin() + 1; lArgument != iArguments.end(); ++lArgument)
     {
-        std::string& lArgument = iArguments[lIndex];
-        const bool lIsValue = iArguments[lIndex - 1].rfind("-", 0) == 0 && iArguments[lIndex - 1] != "-" &&
-                              iArguments[lIndex - 1] != "--";
-        if (!lIsValue && !lArgument.empty() && lArgument.front() == '[' && lArgument.back() == ']')
+        if (!lIsValue && !lArgument->empty() && lArgument->front() == '[' && lArgument->back() == ']')
         {
-            lArgument.insert(0, "./");
+            lArgument->insert(lArgument->begin(), gMark);
+            continue;
         }
+        lHasStopped = lHasStopped || (!lIsValue && *lArgument == "--");
+        const CLI::Option* const lOption = !lIsValue && !lHasStopped && lArgument->rfind("-", 0) == 0
+                                               ? iCommand.get_option_no_throw(*lArgument)
+                                               : nullptr;
+        lIsValue = lOption != nullptr && lOption->get_items_expected_max() > 0;
     }
     return iArguments;
 }
@@ -101,9 +115,26 @@ std::vector<std::string> PrepareArguments(const CLI::App& iApp, const std::vecto
     {
         return lArguments;
     }
-    const bool lHasFiles = lArguments[0] == "check" || lArguments[0] == "merge";
     const Arguments lPrepared = WithEmptyValues(*lCommand, lArguments);
-    return lHasFiles ? WithoutLists(lPrepared) : lPrepared;
+    return TakesSeveral(*lCommand) ? WithoutLists(*lCommand, lPrepared) : lPrepared;
+}
+
+void RestoreArguments(CLI::App& oApp)
+{
+    for (CLI::App* lCommand : oApp.get_subcommands({}))
+    {
+        for (CLI::Option* lOption : lCommand->get_options())
+        {
+            if (lOption->get_positional())
+            {
+                lOption->transform(
+                    [](const std::string& iArgument) {
+                        return iArgument.substr(!iArgument.empty() && iArgument[0] == gMark ? 1 : 0);
+                    },
+                    "", "");
+            }
+        }
+    }
 }
 
 } // namespace TalBaseTool

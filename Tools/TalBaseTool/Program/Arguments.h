@@ -18,6 +18,9 @@ namespace TalBaseTool
 // UsageError for what begins with no command, since CLI11 does not name it.
 std::vector<std::string> PrepareArguments(const CLI::App& iApp, const std::vector<std::string>& iArguments);
 
+// Has the parser take arguments as they were before that.
+void RestoreArguments(CLI::App& oApp);
+
 } // namespace TalBaseTool
 
 #endif

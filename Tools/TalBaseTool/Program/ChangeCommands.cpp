@@ -10,16 +10,27 @@ void AddSet(CLI::App& oApp, ChosenCommand& oChosen)
 {
     AddCommand<SetOptions>(
         oApp, oChosen, "set",
-        "Set one plain value\n"
-        "Nested bags on the way that are not there are made. A property that is there already moves to the end of its "
-        "bag, as it does in the library. A VALUE that begins with - goes behind --. With --value-from there is no "
-        "VALUE." +
+        "Set plain values\n"
+        "A VALUE stands behind each PATH; where one argument is left, it is the FILE. Either all of the changes are "
+        "made, "
+        "or none. Nested bags on the way that are not there are made. A property that is there already moves to the "
+        "end "
+        "of its bag, as it does in the library. A VALUE that begins with - goes behind --. With --value-from there is "
+        "no "
+        "VALUE, with --from-list no PATH." +
             std::string(gAboutPaths) + ".",
-        "talbase set --in-place Transport/Port 2121 job.bag", Set, [](CLI::App& oCommand, SetOptions& oOptions) {
-            oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
-            AddOptional(oCommand, "VALUE", oOptions.mValue, "Its value, which may not be empty");
-            AddFile(oCommand, oOptions.mFile);
+        "talbase set --in-place Job 18 Transport/Port 2121 job.bag", Set,
+        [](CLI::App& oCommand, SetOptions& oOptions) {
+            oCommand
+                .add_option("PATH VALUE", oOptions.mArguments, "Properties and their values, which may not be empty")
+                ->type_name("PATH");
+            AddFile(oCommand, oOptions.mFile); // for the help: the other arguments take it
             oCommand.add_option("--value-from", oOptions.mValueFile, "A file that holds the value, to the last byte")
+                ->type_name("FILE");
+            oCommand
+                .add_option("--from-list", oOptions.mListFile,
+                            "A file with lines as 'talbase list' writes them, each of which is a change; - is standard "
+                            "input. One with a masked value is refused")
                 ->type_name("FILE");
             AddPair(oCommand, oOptions.mPair);
             AddInPlace(oCommand, oOptions.mTarget);

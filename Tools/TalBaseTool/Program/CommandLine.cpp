@@ -135,6 +135,7 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen, std::size_t iWidth)
     {
         lAdd(*lApp, oChosen);
     }
+    RestoreArguments(*lApp);
     return lApp;
 }
 

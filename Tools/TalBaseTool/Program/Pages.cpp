@@ -163,8 +163,13 @@ std::string ZshArguments(const CommandHelp& iCommand)
     {
         const ArgumentHelp& lArgument = iCommand.mPositionals[lIndex];
         const bool lIsMany = lArgument.mPlaceholder.find("...") != std::string::npos;
+        const ArgumentHelp& lActing = lIsMany ? iCommand.mPositionals.back() : lArgument; // it may be the last one
         lText += " \\\n            " + QuoteForShell((lIsMany ? "*" : std::to_string(lIndex + 1)) +
-                                                     ZshAction(lArgument, ZshText(lArgument.mText)));
+                                                     ZshAction(lActing, ZshText(lArgument.mText)));
+        if (lIsMany)
+        {
+            break;
+        }
     }
     return lText + "\n";
 }
