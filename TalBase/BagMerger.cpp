@@ -61,6 +61,17 @@ void BagMerger::SetPlain(std::wstring_view iName, std::wstring_view iValue)
     hNumber(lPlace, mBag.mValueContent.GetCount() - 1, false);
 }
 
+void BagMerger::SetAnswer(std::wstring_view iName, std::wstring_view iValue)
+{
+    mIsDefaultPair = AreDefaultDelimiters(mBag.hPair());
+    if (iValue.empty())
+    {
+        SetText(iName, {}); // only removes
+        return;
+    }
+    SetPlain(iName, iValue);
+}
+
 void BagMerger::SetText(std::wstring_view iName, std::wstring_view iText)
 {
     hCheckName(iName);

@@ -216,9 +216,10 @@ public:
 
     // Returns a new bag, reference count 0, with the same delimiters and only the properties that the filter names, in
     // the filter's order. Nested bags are independent copies, made through their text form. Names that this bag lacks
-    // and empty values are left out. ipFilter may not be null; a name that it holds twice is applied twice.
-    // Throws what SetProperty and EmbedProperty throw, what GetString throws for an invalid pair of this bag, and what
-    // a filter of your own throws, for whose count nothing is set aside.
+    // and empty values are left out. ipFilter may not be null; a name that it holds twice is applied twice. What a
+    // filter of your own, or an overrider, changes while it is asked counts from then on. Throws what SetProperty and
+    // EmbedProperty throw, what GetString throws for an invalid pair of this bag, and what a filter of your own throws,
+    // for whose count nothing is set aside.
     virtual PropertyBag* FilteredClone(const QDataType::StringCollection* ipFilter) const = 0;
 
     // Swaps a property with the one at a position of the same kind; nothing is shifted. Does nothing for a null or

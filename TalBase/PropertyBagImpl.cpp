@@ -36,6 +36,20 @@ unsigned int AsPosition(std::size_t iIndex, std::size_t iCount)
     return iIndex < iCount ? static_cast<unsigned int>(iIndex) : gNotFoundPosition;
 }
 
+const std::type_info& ClassOfLibrarysFilters()
+{
+    const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
+    const QDataType::StringCollection& lOne = *lFilter;
+    return typeid(lOne);
+}
+
+// Whether asking a filter cannot change anything: a client's own class may do anything when it is asked.
+bool IsLibrarysOwn(const QDataType::StringCollection& iFilter)
+{
+    static const std::type_info& lClass = ClassOfLibrarysFilters();
+    return typeid(iFilter) == lClass;
+}
+
 QBase::ReturnWString AsReturned(std::wstring_view iText)
 {
     return {iText.data(), iText.size()};
@@ -469,7 +483,7 @@ PropertyBag* PropertyBagImpl::FilteredClone(const QDataType::StringCollection* i
 {
     hCheckOwnDelimiters();
     std::unique_ptr<PropertyBagImpl> lClone(new PropertyBagImpl(mBeginDelimiter, mEndDelimiter, true));
-    if (hIsExact())
+    if (hIsExact() && IsLibrarysOwn(*ipFilter))
     {
         hCopyNamed(*ipFilter, *lClone);
     }
@@ -504,13 +518,12 @@ void PropertyBagImpl::hCopyNamed(const QDataType::StringCollection& iFilter, Pro
 }
 
 // What a derived class has nobody knows before it was asked, so the merger is made anew whenever the names have
-// doubled.
+// doubled. Whoever is asked may change the bag, the filter or the defaults meanwhile.
 void PropertyBagImpl::hCopyNamedByCalls(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const
 {
-    const unsigned long lCount = iFilter.GetCount();
     std::optional<BagMerger> lMerger;
     unsigned long lRoom = 0;
-    for (unsigned long lIndex = 0; lIndex < lCount; ++lIndex)
+    for (unsigned long lIndex = 0; lIndex < iFilter.GetCount(); ++lIndex)
     {
         if (lIndex == lRoom)
         {
@@ -518,20 +531,22 @@ void PropertyBagImpl::hCopyNamedByCalls(const QDataType::StringCollection& iFilt
             lMerger.emplace(oClone, lMore);
             lRoom += lMore;
         }
-        const wchar_t* lName = iFilter.GetString(lIndex);
-        if (IsPropertyEmbedded(lName))
+        const std::wstring lName = iFilter.GetString(lIndex);
+        if (IsPropertyEmbedded(lName.c_str()))
         {
-            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName);
+            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName.c_str());
             if (lBag)
             {
-                lMerger->SetText(lName, lBag->GetString(false, mBeginDelimiter.c_str(), mEndDelimiter.c_str(), true));
+                const QBase::ReturnWString lText =
+                    lBag->GetString(false, oClone.GetBeginDelimiter(), oClone.GetEndDelimiter(), true);
+                lMerger->SetText(lName, lText.c_str());
             }
             continue;
         }
-        const QBase::ReturnWString lValue = GetProperty(lName);
+        const QBase::ReturnWString lValue = GetProperty(lName.c_str());
         if (lValue.GetLength() != 0)
         {
-            lMerger->SetPlain(lName, lValue.c_str());
+            lMerger->SetAnswer(lName, lValue.c_str());
         }
     }
 }

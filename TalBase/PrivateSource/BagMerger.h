@@ -31,6 +31,9 @@ public:
     void SetPlain(std::wstring_view iName, std::wstring_view iValue);
     void SetText(std::wstring_view iName, std::wstring_view iText);
 
+    // As SetProperty with any plain value, when the defaults may have changed since the last setting.
+    void SetAnswer(std::wstring_view iName, std::wstring_view iValue);
+
     // As SetText with the text of a nest, with header and each bag's own delimiters; or without header, with the
     // delimiters of the bag.
     void SetWritten(std::wstring_view iName, const PropertyBagImpl& iNest);

@@ -1,6 +1,8 @@
 # What clients rely on beyond single operations: overriders, exceptions across the library's border, lifetimes, threads,
 # start and stop, comparison in every language version.
-talbase_test(BagOverridersTest SOURCES BagComparingTest.cpp BagOverridersTest.cpp LINK TalBase::TalBase)
+talbase_test(BagOverridersTest
+    SOURCES BagComparingTest.cpp BagCopyingTest.cpp BagOverridersTest.cpp ../Support/PlainPropertyBag.cpp
+    LINK TalBase::TalBase)
 talbase_test(BagExceptionsTest SOURCES BagExceptionsTest.cpp LINK TalBase::TalBase)
 talbase_test(BagLifetimeTest
     SOURCES BagAllocationTest.cpp BagLifetimeTest.cpp ../Support/FailingNew.cpp

@@ -457,20 +457,20 @@ PropertyBag* PlainPropertyBag::FilteredClone(const QDataType::StringCollection* 
     UnownedBag lClone(new PlainPropertyBag(mBeginDelimiter.c_str(), mEndDelimiter.c_str()));
     for (unsigned long lIndex = 0; lIndex < ipFilter->GetCount(); ++lIndex)
     {
-        const wchar_t* lName = ipFilter->GetString(lIndex);
-        if (IsPropertyEmbedded(lName))
+        const std::wstring lName = ipFilter->GetString(lIndex); // an overrider may change the filter
+        if (IsPropertyEmbedded(lName.c_str()))
         {
-            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName);
+            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName.c_str());
             if (lBag)
             {
-                lClone->EmbedProperty(lName, lBag.get());
+                lClone->EmbedProperty(lName.c_str(), lBag.get());
             }
             continue;
         }
-        const QBase::ReturnWString lValue = GetProperty(lName);
+        const QBase::ReturnWString lValue = GetProperty(lName.c_str());
         if (lValue.GetLength() != 0)
         {
-            lClone->SetProperty(lName, lValue.c_str(), false);
+            lClone->SetProperty(lName.c_str(), lValue.c_str(), false);
         }
     }
     return lClone.release();
