@@ -13,7 +13,9 @@ namespace
 
 using Messages::Throw;
 
-const std::size_t gSmall = 32; // up to so many names, scans beat a table
+// Up to so many settings scans of the bag, of whatever size, cost less than a table of its names: 5.4 ms and 5.5 ms for
+// 32 settings in 200,000 names, 0.17 and 0.19 in 20,000. So a small text costs what its settings one by one would.
+const std::size_t gFewSettings = 32;
 
 } // namespace
 
@@ -23,11 +25,11 @@ BagMerger::BagMerger(PropertyBagImpl& oBag, std::size_t iCount)
       mBegin(oBag.mBeginDelimiter.View()),
       mEnd(oBag.mEndDelimiter.View())
 {
-    const std::size_t lCount = oBag.mValueContent.GetCount() + oBag.mEmbeddedContent.size();
-    if (lCount + iCount <= gSmall)
+    if (iCount <= gFewSettings)
     {
         return;
     }
+    const std::size_t lCount = oBag.mValueContent.GetCount() + oBag.mEmbeddedContent.size();
     mTable.emplace(lCount + iCount);
     for (std::size_t lIndex = 0; lIndex < oBag.mValueContent.GetCount(); ++lIndex)
     {

@@ -6,15 +6,18 @@
 #include "TalBase/PrivateSource/BagIndex.h"
 #include "TalBase/PrivateSource/BagMerger.h"
 #include "TalBase/PrivateSource/Messages.h"
+#include "TalBase/PrivateSource/NameTable.h"
 #include "TalBase/PrivateSource/TextPrimitives.h"
 #include "TalBase/PrivateSource/TextReader.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 #include "TalBase/PrivateSource/TextWriter.h"
 #include "TalBase/SensitiveNames.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <typeinfo>
+#include <utility>
 
 const wchar_t* BEGIN = QTalBase::SharedWString::gDefaultBegin;
 const wchar_t* END = QTalBase::SharedWString::gDefaultEnd;
@@ -30,6 +33,9 @@ using Messages::Throw;
 // The delimiters of a bag made from the empty text, whatever BEGIN and END point to.
 constexpr std::wstring_view gLiteralBegin = SharedWString::gDefaultBegin;
 constexpr std::wstring_view gLiteralEnd = SharedWString::gDefaultEnd;
+
+// So many names are looked up one by one as fast as all of them are compared with each other.
+const unsigned int gFewNames = 32;
 
 unsigned int AsPosition(std::size_t iIndex, std::size_t iCount)
 {
@@ -313,26 +319,22 @@ void PropertyBagImpl::AddString(const wchar_t* ipString)
 void PropertyBagImpl::AddPropertyBag(const PropertyBag* ipPropertyBag)
 {
     const PropertyBagImpl* lExact = hExactly(*ipPropertyBag);
-    // One of this bag's own nests may be replaced, and so let go, while it is merged.
-    const QBase::SmartPtrI<const PropertyBag> lHeld(lExact != nullptr && hHolds(*lExact) ? ipPropertyBag : nullptr);
+    // One of this bag's own nests, on which it has a reference, may be replaced, and so let go, while it is merged.
+    const bool lMayBeNest = lExact != nullptr && lExact->mRefCount.mCount.load(std::memory_order_relaxed) > 0;
+    const QBase::SmartPtrI<const PropertyBag> lHeld(lMayBeNest ? ipPropertyBag : nullptr);
+    if (lExact != nullptr && lExact->GetCount() > gFewNames)
+    {
+        hFindOutWhetherNamesRepeat();
+    }
     const PropertyBagImpl* lOther = hMayRepeatNames() ? nullptr : lExact;
     if (lOther == this)
     {
         BagMerger(*this, 0).SetAllOfItself();
         return;
     }
-    // A bag that has this one somewhere inside changes while it is merged.
-    if (lOther != nullptr && !lOther->hHolds(*this))
+    if (lOther != nullptr)
     {
-        BagMerger lMerger(*this, lOther->GetCount());
-        for (std::size_t lIndex = 0; lIndex < lOther->mValueContent.GetCount(); ++lIndex)
-        {
-            lMerger.SetPlain(lOther->mValueContent.GetName(lIndex), lOther->mValueContent.GetValue(lIndex));
-        }
-        for (const auto& [lName, lNest] : lOther->mEmbeddedContent)
-        {
-            lMerger.SetWritten(lName, *lNest);
-        }
+        hMergeExact(*lOther);
         return;
     }
     for (unsigned int lIndex = 0; lIndex < ipPropertyBag->GetCount(); ++lIndex)
@@ -492,6 +494,51 @@ PropertyBag* PropertyBagImpl::FilteredClone(const QDataType::StringCollection* i
         hCopyNamedByCalls(*ipFilter, *lClone);
     }
     return lClone.release();
+}
+
+// Merges another bag, which may have this one somewhere inside: then the nest that shows it is handed on as it is by
+// that time, without the marks of a merger. No bag stands in two places, so the merger is made anew once at most.
+void PropertyBagImpl::hMergeExact(const PropertyBagImpl& iOther)
+{
+    const bool lHoldsThis = iOther.hHolds(*this);
+    std::optional<BagMerger> lMerger(std::in_place, *this, iOther.GetCount());
+    for (std::size_t lIndex = 0; lIndex < iOther.mValueContent.GetCount(); ++lIndex)
+    {
+        lMerger->SetPlain(iOther.mValueContent.GetName(lIndex), iOther.mValueContent.GetValue(lIndex));
+    }
+    for (const auto& [lName, lNest] : iOther.mEmbeddedContent)
+    {
+        if (lHoldsThis && (lNest.get() == this || lNest->hHolds(*this)))
+        {
+            lMerger.reset();
+            lMerger.emplace(*this, iOther.mEmbeddedContent.size());
+        }
+        lMerger->SetWritten(lName, *lNest);
+    }
+}
+
+// A clone of a derived class's bag may repeat names, and mostly does not. Where it does, names are set one by one.
+void PropertyBagImpl::hFindOutWhetherNamesRepeat()
+{
+    if (!mMayRepeatNames || !hIsExact())
+    {
+        return;
+    }
+    const std::size_t lPlainCount = mValueContent.GetCount();
+    const auto lNameOf = [&](std::size_t iNumber) -> std::wstring_view {
+        return iNumber < lPlainCount ? mValueContent.GetName(iNumber)
+                                     : std::wstring_view(mEmbeddedContent[iNumber - lPlainCount].first);
+    };
+    NameTable lTable(GetCount());
+    mMayRepeatNames = false;
+    for (std::size_t lNumber = 0; lNumber < GetCount() && !mMayRepeatNames; ++lNumber)
+    {
+        const std::wstring_view lName = lNameOf(lNumber);
+        std::uint32_t* lPlace =
+            lTable.Place(lName, [&](std::size_t iOther) { return AreEqualTexts(lNameOf(iOther), lName); });
+        mMayRepeatNames = *lPlace != NameTable::gNone;
+        *lPlace = static_cast<std::uint32_t>(lNumber);
+    }
 }
 
 // Of a filter's names, those that this bag does not have are not set; and its count is only a claim.

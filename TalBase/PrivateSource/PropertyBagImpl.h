@@ -142,6 +142,8 @@ private:
     std::wstring hTextOfNest(const PropertyBagImpl& iNest) const;
     void hCopyNamed(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
     void hCopyNamedByCalls(const QDataType::StringCollection& iFilter, PropertyBagImpl& oClone) const;
+    void hMergeExact(const PropertyBagImpl& iOther);
+    void hFindOutWhetherNamesRepeat();
     void hSetPlain(const wchar_t* ipName, std::wstring_view iValue);
     TextReader hMakeReader(const DelimiterPair& iPair);
     void hAddTextOneByOne(std::wstring_view iText);

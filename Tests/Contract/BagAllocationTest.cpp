@@ -135,6 +135,34 @@ TEST(BagAllocation, MergeIntoManyNeverLosesAPlainProperty)
     EXPECT_EQ(Text(lBag->GetProperty(L"p0")), L"new");
 }
 
+// The same where so many are merged that a table finds them.
+TEST(BagAllocation, MergeOfManyIntoManyNeverLosesAPlainProperty)
+{
+    const auto lText = [](std::size_t iLength) {
+        std::wstring lProperties = gHeader;
+        for (int lIndex = 0; lIndex < 40; ++lIndex)
+        {
+            lProperties += L"p" + std::to_wstring(lIndex) + L"++++" + std::wstring(iLength, L'v') + L"***";
+        }
+        return lProperties;
+    };
+    BagPtr lBag;
+    const auto lRenew = [&] { lBag = ReadBag(lText(100)); };
+    lRenew();
+    const BagPtr lOther = ReadBag(lText(1));
+    FailEachAllocation([&] { lBag->AddPropertyBag(lOther.get()); },
+                       [&] {
+                           EXPECT_EQ(lBag->GetCount(), 40U);
+                           for (unsigned int lIndex = 0; lIndex < 40; ++lIndex)
+                           {
+                               EXPECT_NE(lBag->GetProperty(lOther->GetName(lIndex).c_str()).GetLength(), 0U);
+                           }
+                           lRenew();
+                       },
+                       lRenew);
+    EXPECT_TRUE(*lBag == *lOther);
+}
+
 TEST(BagAllocation, MergeOfItselfNeverLosesAPlainProperty)
 {
     const std::wstring lNestGone = L"'++++' '***' {'" LONG_A L"'='" STORED_V L"'}";

@@ -92,6 +92,52 @@ Bench::PreparedCase PrepareFilteringDerived(std::size_t iSize)
             [lClone, iSize] { EXPECT_EQ((*lClone)->GetCount(), iSize); }};
 }
 
+std::wstring TextOfNames(std::size_t iCount)
+{
+    std::wstring lText = L"EndDelimiter***BeginDelimiter++++***";
+    for (std::size_t lNumber = 0; lNumber < iCount; ++lNumber)
+    {
+        lText += L"name" + std::to_wstring(lNumber) + L"++++v***";
+    }
+    return lText;
+}
+
+using BagPtr = QBase::SmartPtrI<QTalBase::PropertyBag>;
+
+Bench::PreparedCase PrepareMergingIntoItsNest(std::size_t iSize)
+{
+    const BagPtr lBag(QTalBase::CreatePropertyBag((TextOfNames(iSize) + L"nest++++k++++v******").c_str()));
+    const BagPtr lNest = lBag->GetPropertyBag(L"nest");
+    return {[lBag, lNest] { lNest->AddPropertyBag(lBag.get()); },
+            [lNest, iSize] { EXPECT_EQ(lNest->GetCount(), iSize + 2); }};
+}
+
+Bench::PreparedCase PrepareAddingToACloneOfADerivedClass(std::size_t iSize)
+{
+    const BagPtr lOfDerived(new AnsweringBag());
+    const BagPtr lClone(lOfDerived->Clone());
+    const std::wstring lText = TextOfNames(iSize);
+    return {[lClone, lText] { lClone->AddString(lText.c_str()); },
+            [lClone, iSize] { EXPECT_EQ(lClone->GetCount(), iSize); }};
+}
+
+// Seconds that an operation on a fresh bag of many names takes, the least of several times.
+template <class Operation>
+double SecondsOnALargeBag(const Operation& iOperation)
+{
+    double lLeast = 1e9;
+    for (int lRound = 0; lRound < 5; ++lRound)
+    {
+        const BagPtr lBag(QTalBase::CreatePropertyBag(TextOfNames(100000).c_str()));
+        lBag->SetProperty(L"first", L"makes room for more", false);
+        const auto lStart = std::chrono::steady_clock::now();
+        iOperation(*lBag);
+        lLeast = std::min(lLeast, std::chrono::duration<double>(std::chrono::steady_clock::now() - lStart).count());
+        EXPECT_GT(lBag->GetCount(), 100000U);
+    }
+    return lLeast;
+}
+
 } // namespace
 
 TEST(Growth, HostileInputTakesTimeInProportionToItsLength)
@@ -107,4 +153,25 @@ TEST(Growth, HostileInputTakesTimeInProportionToItsLength)
 TEST(Growth, FilteredCloneOfADerivedClassTakesTimeInProportionToTheFilter)
 {
     ExpectNoSquare({"FilteredClone of a derived class", "names in the filter", PrepareFilteringDerived});
+}
+
+TEST(Growth, MergeIntoANestOfTheMergedBagTakesTimeInProportionToIt)
+{
+    ExpectNoSquare({"merge into a nest of the merged bag", "properties", PrepareMergingIntoItsNest});
+}
+
+TEST(Growth, AddStringIntoACloneOfADerivedClassTakesTimeInProportionToTheText)
+{
+    ExpectNoSquare({"AddString into a clone of a derived class", "properties", PrepareAddingToACloneOfADerivedClass});
+}
+
+TEST(Growth, SmallTextIntoALargeBagTakesTheTimeOfItsSettings)
+{
+    const double lText =
+        SecondsOnALargeBag([](QTalBase::PropertyBag& oBag) { oBag.AddString(L"new++++1***name7++++2***"); });
+    const double lSettings = SecondsOnALargeBag([](QTalBase::PropertyBag& oBag) {
+        oBag.SetProperty(L"new", L"1", false);
+        oBag.SetProperty(L"name7", L"2", false);
+    });
+    EXPECT_LT(lText, 4 * lSettings);
 }

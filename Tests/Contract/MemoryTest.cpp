@@ -90,6 +90,76 @@ TEST(Memory, PeaksStayWithinTheStatedMultiplesOfTheInput)
     EXPECT_EQ(lCompared, 11U * 15U + 4U * 2U + 3U);
 }
 
+// What receives a merge is input as well, of AddString and AddPropertyBag: its memory may be laid out anew, and its
+// names are looked up in a table.
+TEST(Memory, MergesStayWithinTheStatedMultiplesOfBothInputs)
+{
+    const std::vector<Table> lTables = ReadTables(ReadProjectFile("Docs/Limits.md"));
+    for (const std::size_t lCharacters : gCharacters)
+    {
+        std::wstring lText = L"EndDelimiter)BeginDelimiter()";
+        std::wstring lNames;
+        for (std::size_t lNumber = 0; lText.size() < lCharacters; ++lNumber)
+        {
+            lText += std::to_wstring(lNumber) + L"(1)";
+            lNames += lNumber < 100 ? L"n" + std::to_wstring(lNumber) + L"(1)" : L"";
+        }
+        for (const char* lOperation : {"AddString", "AddPropertyBag"})
+        {
+            const Support::BagPtr lBag = Support::ReadBag(lText);
+            const Support::BagPtr lOther = Support::ReadBag(L"EndDelimiter)BeginDelimiter()" + lNames);
+            const std::size_t lBefore = Support::BytesHeld();
+            Support::RestartPeak();
+            if (std::string(lOperation) == "AddString")
+            {
+                lBag->AddString(lNames.c_str());
+            }
+            else
+            {
+                lBag->AddPropertyBag(lOther.get());
+            }
+            const double lTaken = static_cast<double>(Support::PeakBytesHeld() - lBefore);
+            const double lMultiple = std::stod(Stated(lTables, {"tiny properties", lOperation, nullptr}));
+            EXPECT_LE(lTaken, lMultiple * static_cast<double>((lText.size() + lNames.size()) * sizeof(wchar_t)));
+            EXPECT_GT(lTaken, lMultiple * static_cast<double>(lNames.size() * sizeof(wchar_t))) << "of the text alone";
+        }
+    }
+}
+
+namespace
+{
+
+// The most that an operation takes beside a bag of many names.
+template <class Operation>
+std::size_t PeakOnALargeBag(const Operation& iOperation)
+{
+    std::wstring lText = Support::gHeader;
+    for (int lNumber = 0; lNumber < 50000; ++lNumber)
+    {
+        lText += L"name" + std::to_wstring(lNumber) + L"++++v***";
+    }
+    const Support::BagPtr lBag = Support::ReadBag(lText);
+    lBag->SetProperty(L"first", L"makes room for more", false);
+    const std::size_t lBefore = Support::BytesHeld();
+    Support::RestartPeak();
+    iOperation(*lBag);
+    return Support::PeakBytesHeld() - lBefore;
+}
+
+} // namespace
+
+// Nothing is set aside for the names that the bag has already.
+TEST(Memory, SmallTextIntoALargeBagTakesLittleMoreThanItsSettings)
+{
+    const std::size_t lText =
+        PeakOnALargeBag([](QTalBase::PropertyBag& oBag) { oBag.AddString(L"new++++1***name7++++2***"); });
+    const std::size_t lSettings = PeakOnALargeBag([](QTalBase::PropertyBag& oBag) {
+        oBag.SetProperty(L"new", L"1", false);
+        oBag.SetProperty(L"name7", L"2", false);
+    });
+    EXPECT_LT(lText, lSettings + 2000);
+}
+
 namespace
 {
 

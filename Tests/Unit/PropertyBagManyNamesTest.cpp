@@ -114,6 +114,32 @@ TEST(ManyNames, AddStringReplacesPropertiesOfEitherKind)
                                   L" 'p7'='new' 'n0'='plain' 'n2'={'k'='2'} 'n1'={'k'='w'} 'p9'={'k'='v'}}");
 }
 
+// So many at once that a table finds them.
+TEST(ManyNames, AddStringOfManyReplacesPropertiesOfEitherKind)
+{
+    const BagPtr lBag = ManyOfBoth(40, 3);
+    lBag->AddString((PlainText(100, 140) + L"p7++++new***n1++++k++++w******n0++++plain***p9++++k++++v******").c_str());
+    EXPECT_EQ(Describe(lBag), L"'++++' '***' {" + PlainDescription(0, 7).substr(1) + L" 'p8'='8'" +
+                                  PlainDescription(10, 40) + PlainDescription(100, 140) +
+                                  L" 'p7'='new' 'n0'='plain' 'n2'={'k'='2'} 'n1'={'k'='w'} 'p9'={'k'='v'}}");
+}
+
+// A clone of a derived class's bag may hold a name twice. Then the first plain property and the first nest of a name
+// go; and otherwise everything is as in any other bag.
+TEST(ManyNames, AddStringOfManyIntoACloneOfADerivedClass)
+{
+    const std::wstring lText = PlainText(0, 40) + L"n++++k++++w******";
+    const BagPtr lTwice =
+        RepeatingBag().Plain(L"p0", L"a").Plain(L"p0", L"b").Plain(L"n", L"c").Nest(L"n", L"k++++v***").Cloned();
+    lTwice->AddString(lText.c_str());
+    EXPECT_EQ(Describe(lTwice), L"'++++' '***' {'p0'='b'" + PlainDescription(0, 40) + L" 'n'={'k'='w'}}");
+
+    const BagPtr lOnce = RepeatingBag().Plain(L"p0", L"a").Plain(L"q", L"b").Nest(L"n", L"k++++v***").Cloned();
+    lOnce->AddString(lText.c_str());
+    lOnce->AddString(lText.c_str());
+    EXPECT_EQ(Describe(lOnce), L"'++++' '***' {'q'='b'" + PlainDescription(0, 40) + L" 'n'={'k'='w'}}");
+}
+
 TEST(ManyNames, AddPropertyBagReplacesPropertiesOfEitherKind)
 {
     const BagPtr lBag = ManyOfBoth(33, 2);

@@ -220,3 +220,50 @@ TEST(PropertyBagNest, AddPropertyBagOfTheNestThatItReplaces)
     lBag->AddPropertyBag(lNest);
     EXPECT_EQ(Describe(lBag), L"'++++' '***' {'n'='1' 'm'='2' 'o'={'p'='3'}}");
 }
+
+// The nest is handed on as it is when its turn comes: with the plain properties that it has just got, and the nests
+// before it.
+TEST(PropertyBagNest, AddPropertyBagOfTheContainer)
+{
+    const BagPtr lBag = BagBuilder()
+                            .Set(L"a", L"1")
+                            .Set(L"b", L"2")
+                            .Nest(L"m", BagBuilder().Set(L"x", L"y"))
+                            .Nest(L"n", BagBuilder().Set(L"a", L"old").Set(L"k", L"v"))
+                            .Nest(L"o", BagBuilder().Set(L"p", L"q"));
+    const BagPtr lNest = lBag->GetPropertyBag(L"n");
+    lNest->AddPropertyBag(lBag.get());
+    EXPECT_EQ(DescribeContent(*lNest), L"{'k'='v' 'a'='1' 'b'='2' 'm'={'x'='y'} "
+                                       L"'n'={'k'='v' 'a'='1' 'b'='2' 'm'={'x'='y'}} 'o'={'p'='q'}}");
+    EXPECT_EQ(lBag->GetCount(), 5U);
+}
+
+TEST(PropertyBagNest, AddPropertyBagOfAContainerFurtherOut)
+{
+    std::wstring lText = gHeader;
+    for (int lNumber = 0; lNumber < 100; ++lNumber) // as many as are looked up in a table
+    {
+        lText += L"name" + std::to_wstring(lNumber) + L"++++" + std::to_wstring(lNumber) + L"***";
+    }
+    const BagPtr lBag = ReadBag(lText + L"m++++n++++name7++++old***k++++v*********");
+    const BagPtr lNest = lBag->GetPropertyBag(L"m")->GetPropertyBag(L"n");
+    lNest->AddPropertyBag(lBag.get());
+    ASSERT_EQ(lNest->GetCount(), 102U);
+    EXPECT_EQ(Text(lNest->GetName(0)), L"k");
+    EXPECT_EQ(Text(lNest->GetProperty(L"name7")), L"7");
+    const BagPtr lCopy = lNest->GetPropertyBag(L"m")->GetPropertyBag(L"n");
+    EXPECT_EQ(lCopy->GetCount(), 101U);
+    EXPECT_EQ(Text(lCopy->GetProperty(L"name7")), L"7");
+    EXPECT_FALSE(lCopy->IsPropertyEmbedded(L"m"));
+}
+
+TEST(PropertyBagNest, AddPropertyBagOfAContainerThatCannotBeReadKeepsWhatCameBefore)
+{
+    const BagPtr lBag = BagBuilder()
+                            .Set(L"a", L"1")
+                            .Nest(L"n", BagBuilder().Set(L"", L"nameless"))
+                            .Nest(L"o", BagBuilder().Set(L"p", L"q"));
+    const BagPtr lNest = lBag->GetPropertyBag(L"n");
+    EXPECT_THROW(lNest->AddPropertyBag(lBag.get()), QTalBase::PropertyBagException);
+    EXPECT_EQ(DescribeContent(*lNest), L"{''='nameless' 'a'='1'}");
+}
