@@ -337,6 +337,32 @@ std::string ReadBytes(const std::string& iFile)
     return lBytes;
 }
 
+// Whether all of a text can be read.
+bool HasNoFault(const std::wstring& iText, const DelimiterTexts& iPair)
+{
+    using QTalBase::TextRemarkKind;
+    const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
+    return lResult.mIsValid &&
+           std::all_of(lResult.mRemarks.begin(), lResult.mRemarks.end(), [](const QTalBase::TextRemark& iRemark) {
+               return iRemark.mKind == TextRemarkKind::AmbiguousDelimiter;
+           });
+}
+
+// Writes what was built, if it is as a bag would write it: the bag would take as much memory again.
+bool WriteText(const std::wstring& iText, const DelimiterTexts& iPair, bool iHasHeader, const Streams& iStreams)
+{
+    if (!HasNoFault(iText, iPair))
+    {
+        return false;
+    }
+    const Progress lProgress("writing", iText.size());
+    const auto lWrite = [&](std::string_view iBytes) { iStreams.mOut << iBytes; };
+    EncodeBlocks(iHasHeader ? WriteHeader(iPair) : L"", lWrite);
+    EncodeBlocks(iText, lWrite);
+    iStreams.mOut << '\n';
+    return true;
+}
+
 } // namespace
 
 int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
@@ -349,6 +375,7 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
+        lBuilder.Reserve(lBytes.size() + lBytes.size() / 4);
         const char* const lpEncoding = FindForeignEncoding(lBytes);
         if (lpEncoding != nullptr)
         {
@@ -369,6 +396,10 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     if (iOptions.mIsStrict && lReport.HasLoss())
     {
         throw DataError(ShowFile(iOptions.mFile) + ": a bag cannot hold all of it");
+    }
+    if (lBuilder.IsAsWritten() && WriteText(lBuilder.GetText(), lPair, iOptions.mHasHeader, iStreams))
+    {
+        return ExitGood;
     }
     Document lDocument;
     lDocument.mBag = lBuilder.MakeBag();

@@ -154,7 +154,7 @@ void RemoveEmptyBags(const BagPtr& iBag)
 // Removing many of them one by one would take quadratic time; a bag that is built again lacks them.
 void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
 {
-    constexpr std::size_t lFew = 1000;
+    constexpr std::size_t lFew = 16;
     if (iCount > lFew)
     {
         try

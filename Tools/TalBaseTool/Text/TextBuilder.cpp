@@ -1,14 +1,23 @@
 #include "Text/TextBuilder.h"
 
 #include "Text/BagWalk.h"
+#include "Text/Delimiters.h"
 #include "Text/Errors.h"
 #include "Text/Messages.h"
 #include "Text/Text.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace TalBaseTool
 {
+
+namespace
+{
+
+constexpr const wchar_t* gHeaderWord = L"EndDelimiter"; // with which a header begins
+
+} // namespace
 
 const char* Describe(Fault iFault)
 {
@@ -98,17 +107,39 @@ void TextBuilder::Drop(const TextSpan& iSpan)
     }
 }
 
-std::wstring TextBuilder::TakeText()
+// Under a pair that no header can name, nested bags may be read as others.
+bool TextBuilder::IsAsWritten() const
+{
+    if (!mIsInBagOrder || mText.rfind(gHeaderWord, 0) == 0)
+    {
+        return false;
+    }
+    try
+    {
+        const BagPtr lBag(QTalBase::CreatePropertyBag(WriteHeader({mBegin, mEnd}).c_str()));
+        return mBegin == lBag->GetBeginDelimiter() && mEnd == lBag->GetEndDelimiter();
+    }
+    catch (const QBase::Message&)
+    {
+        return false;
+    }
+    catch (const std::out_of_range&)
+    {
+        return false;
+    }
+}
+
+const std::wstring& TextBuilder::GetText()
 {
     hCutDropped();
-    return std::move(mText);
+    return mText;
 }
 
 BagPtr TextBuilder::MakeBag()
 {
     hCutDropped();
     const BagPtr lBag(QTalBase::CreatePropertyBag(mBegin.c_str(), mEnd.c_str()));
-    if (mText.rfind(L"EndDelimiter", 0) == 0) // a name that would be taken for a header
+    if (mText.rfind(gHeaderWord, 0) == 0) // a name that would be taken for a header
     {
         mText.insert(0, lBag->GetString(true, nullptr, nullptr, true));
     }

@@ -71,14 +71,12 @@ public:
     // Leaves a property of the bag that is open out again.
     void Drop(const TextSpan& iSpan);
 
-    // Whether the text has its properties in the order in which a bag writes them: plain ones first, in each bag.
-    bool IsInBagOrder() const
-    {
-        return mIsInBagOrder;
-    }
+    // Whether the text is as the bag would write it that MakeBag makes, with a header or without: plain properties
+    // first in each bag, and what a reader takes neither for a header nor for other nested bags.
+    bool IsAsWritten() const;
 
-    // The text, without a header. The builder is used up.
-    std::wstring TakeText();
+    // The text, without a header.
+    const std::wstring& GetText();
 
     // Reads the text into a new bag with the pair. The builder is used up.
     BagPtr MakeBag();
