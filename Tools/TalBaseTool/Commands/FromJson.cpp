@@ -375,7 +375,8 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
-        lBuilder.Reserve(lBytes.size() + lBytes.size() / 4);
+        const auto lEscaped = std::count_if(lBytes.begin(), lBytes.end(), [](char i) { return i == '*' || i == '+'; });
+        lBuilder.Reserve(lBytes.size() + lBytes.size() / 4 + 4 * static_cast<std::size_t>(lEscaped));
         const char* const lpEncoding = FindForeignEncoding(lBytes);
         if (lpEncoding != nullptr)
         {

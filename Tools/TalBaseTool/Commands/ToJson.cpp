@@ -17,7 +17,7 @@ namespace TalBaseTool
 namespace
 {
 
-constexpr std::size_t gBuffer = std::size_t{1} << 20;
+constexpr std::size_t gBuffer = std::size_t{1} << 16;
 constexpr std::size_t gMostIndented = 40; // levels; deeper ones begin no further right
 
 // The positions of an array's elements in their order; empty where the bag is no array.
@@ -38,11 +38,11 @@ std::vector<unsigned int> FindElements(const QTalBase::PropertyBag& iBag)
 }
 
 // Whether a text, as it stands, is a JSON number, true, false or null.
-bool IsScalar(const std::wstring& iText)
+bool IsScalar(std::wstring_view iText)
 {
     const bool lMayBe = iText == L"true" || iText == L"false" || iText == L"null" || iText[0] == L'-' ||
                         (iText[0] >= L'0' && iText[0] <= L'9');
-    return lMayBe && iText.find_first_of(L" \t\r\n") == std::wstring::npos && AnyJson::accept(ToUtf8(iText));
+    return lMayBe && iText.find_first_of(L" \t\r\n") == std::wstring_view::npos && AnyJson::accept(ToUtf8(iText));
 }
 
 class JsonWriter
@@ -125,15 +125,36 @@ private:
             hOpen(iBag->GetValuePropertyBag(iIndex));
             return;
         }
-        const std::wstring lValue = mEscaping.Unescape(iBag->GetValue(iIndex));
-        if (mOptions.mIsTyped && IsScalar(lValue))
+        const QBase::ReturnWString lStored = iBag->GetValue(iIndex);
+        const std::wstring_view lView = lStored;
+        if (lView.find(L'&') == std::wstring_view::npos) // mostly
         {
-            AppendUtf8(lValue, mBuffer);
+            hWriteValue(lView);
         }
         else
         {
-            AppendJsonString(lValue, mBuffer);
+            hWriteValue(mEscaping.Unescape(lView));
         }
+    }
+
+    // In pieces: a value may be as large as all that has been written before.
+    void hWriteValue(std::wstring_view iValue)
+    {
+        if (mOptions.mIsTyped && IsScalar(iValue))
+        {
+            AppendUtf8(iValue, mBuffer);
+            return;
+        }
+        mBuffer += '"';
+        for (std::size_t lStart = 0; lStart < iValue.size(); lStart += gBuffer)
+        {
+            AppendJsonCharacters(iValue.substr(lStart, gBuffer), mBuffer);
+            if (mBuffer.size() > gBuffer)
+            {
+                hFlush();
+            }
+        }
+        mBuffer += '"';
     }
 
     void hBreakLine(std::size_t iDepth)

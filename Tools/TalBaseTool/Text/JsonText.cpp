@@ -50,6 +50,12 @@ void AppendEscape(wchar_t iCharacter, std::string& oUtf8)
 void AppendJsonString(std::wstring_view iText, std::string& oUtf8)
 {
     oUtf8 += '"';
+    AppendJsonCharacters(iText, oUtf8);
+    oUtf8 += '"';
+}
+
+void AppendJsonCharacters(std::wstring_view iText, std::string& oUtf8)
+{
     std::size_t lStart = 0; // of what stands for itself
     for (std::size_t lIndex = 0; lIndex < iText.size(); ++lIndex)
     {
@@ -62,7 +68,6 @@ void AppendJsonString(std::wstring_view iText, std::string& oUtf8)
         }
     }
     AppendUtf8(iText.substr(lStart), oUtf8);
-    oUtf8 += '"';
 }
 
 std::optional<std::wstring> ReadJsonString(std::wstring_view iQuoted)

@@ -15,6 +15,9 @@ namespace TalBaseTool
 // ASCII or of what can be seen.
 void AppendJsonString(std::wstring_view iText, std::string& oUtf8);
 
+// The same without the quotes, for a string in pieces.
+void AppendJsonCharacters(std::wstring_view iText, std::string& oUtf8);
+
 // The text of a JSON string with its quotes, or nothing where that is none.
 std::optional<std::wstring> ReadJsonString(std::wstring_view iQuoted);
 
