@@ -204,3 +204,34 @@ TEST(Terminal, GetsTreesOfItsWidth)
     EXPECT_GT(LongestLine(RunOnTerminal(lWorkplace, lLong + " --cut 0", 60)), 300U);
     EXPECT_GT(LongestLine(RunOnTerminal(lWorkplace, lLong + " | cat", 60)), 200U);
 }
+
+TEST(Terminal, GetsNoControlCharactersUnlessAsked)
+{
+    const Workplace lWorkplace;
+    const std::string lValue = "\033]0;title\007\r\xE2\x80\xAE";
+    lWorkplace.Write("evil.bag", "EndDelimiter***BeginDelimiter++++***a++++" + lValue + "\n\tb***");
+    lWorkplace.Write("evil.txt", lValue);
+    const std::string lShown = "\\x1b]0;title\\x07\\x0d\\u202e";
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase get a evil.bag"), lShown + "\r\n\tb\r\n");
+    for (const std::string lCommand :
+         {"talbase set b 1 evil.bag", "talbase merge evil.bag job.bag", "talbase window --set --close 1 evil.bag",
+          "talbase redact evil.bag", "talbase move a b/c evil.bag", "talbase set b --value-from evil.txt job.bag",
+          "talbase to-json evil.bag | talbase from-json"})
+    {
+        const std::string lScreen = RunOnTerminal(lWorkplace, lCommand);
+        EXPECT_NE(lScreen.find(lShown), std::string::npos) << lCommand << '\n' << lScreen;
+        EXPECT_NE(RunOnTerminal(lWorkplace, lCommand + " --raw").find(lValue), std::string::npos) << lCommand;
+        EXPECT_NE(RunOnTerminal(lWorkplace, lCommand + " | cat").find(lValue), std::string::npos) << lCommand;
+    }
+    EXPECT_NE(RunOnTerminal(lWorkplace, "talbase get --raw a evil.bag").find(lValue), std::string::npos);
+    EXPECT_NE(RunOnTerminal(lWorkplace, "talbase to-json evil.bag").find("\\u001b]0;title\\u0007\\r\\u202e"),
+              std::string::npos);
+    // Characters stay whole wherever the pieces end.
+    std::string lLong;
+    for (int lIndex = 0; lIndex < 50000; ++lIndex)
+    {
+        lLong += "\xE6\xBC\xA2";
+    }
+    lWorkplace.Write("long.bag", "EndDelimiter***BeginDelimiter++++***a++++" + lLong + "***");
+    EXPECT_EQ(RunOnTerminal(lWorkplace, "talbase get a long.bag"), lLong + "\r\n");
+}

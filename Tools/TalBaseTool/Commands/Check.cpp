@@ -2,6 +2,7 @@
 
 #include "File/Files.h"
 #include "File/Progress.h"
+#include "Text/Damage.h"
 #include "Text/Errors.h"
 #include "Text/Excerpts.h"
 #include "Text/Messages.h"
@@ -138,9 +139,10 @@ private:
             hWarnOf(0, 1, oExcerpts,
                     [] { return "the text begins with a byte-order mark, which belongs to no text form"; });
         }
-        if (iPair)
+        const std::optional<HeaderDamage> lHeader = iPair ? FindHeaderDamage(mText, iResult, *iPair) : std::nullopt;
+        if (lHeader)
         {
-            hWarnOfHeader(iResult, *iPair, oExcerpts);
+            hWarnOf(lHeader->mPosition, lHeader->mLength, oExcerpts, [&] { return lHeader->mDescription; });
         }
         for (const TextRemark& lRemark : iResult.mRemarks)
         {
@@ -150,6 +152,10 @@ private:
                         [&] { return Describe(lRemark, mText, oExcerpts.IsSecret(lRemark.mPosition)); });
             }
         }
+        if (iResult.mIsValid)
+        {
+            hWarnOfDamage(iResult, iPair.value_or(DelimiterTexts{BEGIN, END}), oExcerpts);
+        }
         if (mWarnings > mOptions.mMaxWarnings && mOptions.mMaxWarnings > 0)
         {
             mStreams.Remarks() << ShowFile(mFile) << ": " << Count(mWarnings - mOptions.mMaxWarnings, "more warning")
@@ -157,22 +163,12 @@ private:
         }
     }
 
-    // Reading a header is loose; what it takes for delimiters may have been meant otherwise.
-    void hWarnOfHeader(const TextCheckResult& iResult, const DelimiterTexts& iPair, Excerpts& oExcerpts)
+    void hWarnOfDamage(const TextCheckResult& iResult, const DelimiterTexts& iPair, Excerpts& oExcerpts)
     {
-        const HeaderKind lKind = FindHeaderKind(mText, iResult, iPair);
-        const bool lIsAll = mText.find_first_not_of(L"\r\n", iResult.mContentPosition) == std::wstring::npos;
-        if (lKind == HeaderKind::NotAsWritten)
+        for (const Damage& lDamage : FindDamage(mText, iResult.mContentPosition, iPair))
         {
-            const std::wstring lWritten = WriteHeader(iPair);
-            const std::size_t lPlace = static_cast<std::size_t>(
-                std::mismatch(mText.begin(), mText.end(), lWritten.begin(), lWritten.end()).first - mText.begin());
-            hWarnOf(lPlace, 1, oExcerpts, [] { return "the header is not as it would be written"; });
-        }
-        else if (lKind == HeaderKind::Swallowing && lIsAll)
-        {
-            hWarnOf(WriteHeader(iPair).size() - iPair.mEnd.size() - iPair.mBegin.size(), iPair.mBegin.size(), oExcerpts,
-                    [] { return "the header's begin delimiter takes what may have been properties"; });
+            hWarnOf(lDamage.mPosition, lDamage.mLength, oExcerpts,
+                    [&] { return TalBaseTool::Describe(lDamage.mKind); });
         }
     }
 

@@ -1,5 +1,6 @@
 #include "File/Losses.h"
 
+#include "Text/Damage.h"
 #include "Text/Display.h"
 #include "Text/Place.h"
 #include "Text/Text.h"
@@ -38,6 +39,17 @@ std::string Describe(const TextRemark& iRemark, const std::wstring& iText)
     return "";
 }
 
+// iText: one that can be read.
+std::optional<HeaderDamage> FindDamageOfHeader(const std::wstring& iText, const QTalBase::TextCheckResult& iResult)
+{
+    if (iResult.mContentPosition == 0)
+    {
+        return {};
+    }
+    const BagPtr lEmpty(QTalBase::CreatePropertyBag(iText.substr(0, iResult.mContentPosition).c_str()));
+    return FindHeaderDamage(iText, iResult, {lEmpty->GetBeginDelimiter(), lEmpty->GetEndDelimiter()});
+}
+
 } // namespace
 
 std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
@@ -45,7 +57,12 @@ std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring
 {
     std::vector<std::string> lLines;
     std::size_t lCount = 0;
-    for (const TextRemark& lRemark : CheckText(iText, iPair).mRemarks)
+    const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
+    if (const std::optional<HeaderDamage> lHeader = FindDamageOfHeader(iText, lResult))
+    {
+        lLines.push_back(ShowPlace(iFile, FindPlace(iText, lHeader->mPosition)) + lHeader->mDescription);
+    }
+    for (const TextRemark& lRemark : lResult.mRemarks)
     {
         const std::string lLoss = Describe(lRemark, iText);
         if (!lLoss.empty() && ++lCount <= gNamed)

@@ -2,10 +2,12 @@
 
 #include "File/OutputBuffer.h"
 #include "File/Progress.h"
+#include "File/TerminalBuffer.h"
 #include "Program/Arguments.h"
 #include "Program/CommandGroups.h"
 #include "Program/ExitStatus.h"
 #include "Program/Help.h"
+#include "Program/Options.h"
 #include "Text/Errors.h"
 #include "Text/Messages.h"
 #include "Text/Text.h"
@@ -61,9 +63,25 @@ int ReportParseError(const CLI::App& iApp, const CLI::ParseError& iError, const 
     return ExitTrouble;
 }
 
+// Calls a command with a stream for its data.
+int Call(const ChosenCommand& iChosen, std::ostream& oOut, const Streams& iStreams)
+{
+    const int lStatus = iChosen(
+        {oOut, iStreams.mErr, iStreams.mIsOutTerminal, iStreams.mIsErrTerminal, iStreams.mWidth, iStreams.mIsQuiet});
+    oOut.flush();
+    return lStatus;
+}
+
+int CallSafely(const ChosenCommand& iChosen, const Streams& iStreams)
+{
+    TerminalBuffer lBuffer(iStreams.mOut);
+    std::ostream lSafe(&lBuffer);
+    return Call(iChosen, lSafe, iStreams);
+}
+
 // Runs a command that is asked for its status only, or says nothing that only informs, where it is quiet. What is wrong
 // with the data gets the status that it has there.
-int Run(const ChosenCommand& iChosen, const ExitMeaning& iMeaning, const Streams& iStreams)
+int Run(const ChosenCommand& iChosen, const ExitMeaning& iMeaning, bool iIsSafe, const Streams& iStreams)
 {
     const bool lAnswersByStatus = iStreams.mIsQuiet && iMeaning.mIsQuestion;
     const int lUnreadable = iMeaning.mIsUnreadableTrouble ? ExitTrouble : ExitBad;
@@ -77,8 +95,9 @@ int Run(const ChosenCommand& iChosen, const ExitMeaning& iMeaning, const Streams
     try
     {
         Progress::Allow(!iStreams.mIsQuiet);
-        const int lStatus =
-            iChosen(lAnswersByStatus ? Streams{iStreams.Remarks(), iStreams.mErr, false, false, 0, true} : iStreams);
+        const int lStatus = lAnswersByStatus ? Call(iChosen, iStreams.Remarks(), iStreams)
+                            : iIsSafe        ? CallSafely(iChosen, iStreams)
+                                             : Call(iChosen, iStreams.mOut, iStreams);
         FlushOutput(iStreams);
         return lStatus;
     }
@@ -112,7 +131,10 @@ int ParseAndRun(const std::vector<std::string>& iArguments, const Streams& iStre
     const CLI::App& lCommand = *lApp->get_subcommands().front();
     Streams lStreams = iStreams;
     lStreams.mIsQuiet = lCommand.count(gQuiet) > 0;
-    return Run(lChosen, FindExitMeaning(lCommand.get_name()), lStreams);
+    const CLI::Option* const lpSet = lCommand.get_option_no_throw("--set"); // of window, which draws without it
+    const bool lWritesData = WritesData(lCommand) || (lpSet != nullptr && lpSet->count() > 0);
+    const bool lIsSafe = iStreams.mIsOutTerminal && lWritesData && lCommand.count(gRaw) == 0;
+    return Run(lChosen, FindExitMeaning(lCommand.get_name()), lIsSafe, lStreams);
 }
 
 } // namespace

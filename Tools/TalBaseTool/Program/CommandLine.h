@@ -29,6 +29,9 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen, std::size_t iWidth 
 // What every command has.
 inline constexpr const char* gQuiet = "--quiet";
 
+// What every command has that writes data and does not draw; for it, a terminal gets no control characters.
+inline constexpr const char* gRaw = "--raw";
+
 // Runs one command. iArguments: without the program's name. Returns the exit status; all trouble is reported.
 int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iStreams);
 

@@ -85,6 +85,17 @@ void AddQuiet(CLI::App& oApp)
     oApp.add_flag(std::string("-q,") + gQuiet, lText);
 }
 
+void AddRaw(CLI::App& oApp)
+{
+    const std::string lText = "Let a terminal have control characters, which otherwise are escapes there";
+    oApp.add_flag(std::string(gRaw), lText);
+}
+
+bool WritesData(const CLI::App& iApp)
+{
+    return iApp.get_option_no_throw("--color") == nullptr;
+}
+
 void AddInPlace(CLI::App& oApp, Target& oTarget)
 {
     CLI::Option* const lInPlace = oApp.add_flag(

@@ -26,6 +26,8 @@ void AddSensitiveNames(CLI::App& oApp, SecretOptions& oOptions); // --name
 void AddSecrets(CLI::App& oApp, SecretOptions& oOptions);        // the same, and --show-secrets
 void AddView(CLI::App& oApp, ViewOptions& oOptions);
 void AddQuiet(CLI::App& oApp);
+void AddRaw(CLI::App& oApp);
+bool WritesData(const CLI::App& iApp);              // and does not draw
 void AddInPlace(CLI::App& oApp, Target& oTarget);   // --in-place, and the same as AddReplacing
 void AddReplacing(CLI::App& oApp, Target& oTarget); // --wait and --backup
 
@@ -39,6 +41,10 @@ void AddCommand(CLI::App& oApp, ChosenCommand& oChosen, const char* ipName, cons
     lApp.footer(ipExample);
     iDefine(lApp, *lOptions);
     AddQuiet(lApp);
+    if (WritesData(lApp) && lApp.get_option_no_throw(gRaw) == nullptr)
+    {
+        AddRaw(lApp);
+    }
     lApp.callback([lOptions, ipRun, &oChosen] {
         oChosen = [lOptions, ipRun](const Streams& iStreams) { return ipRun(*lOptions, iStreams); };
     });

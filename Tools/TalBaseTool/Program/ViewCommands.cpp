@@ -59,7 +59,8 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
         "What is wrong is the library's own message, with the place in the text. Warnings are about what is read but "
         "gets lost: text behind the last delimiter, properties without a value, bags without properties, repeated "
         "names, delimiters that could also begin one character further on, and headers that are not as they would be "
-        "written. "
+        "written; and about what may be damage: an empty text, names that begin with a line end, and values that read "
+        "as the text of a bag. "
         "Sensitive values, and sensitive bags with all that is in them, are masked.",
         "talbase check job.bag route.bag", RunCheck, [](CLI::App& oCommand, CheckOptions& oOptions) {
             oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - or nothing is standard input")
@@ -86,7 +87,10 @@ void AddGet(CLI::App& oApp, ChosenCommand& oChosen)
             oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
             AddFile(oCommand, oOptions.mFile);
             AddPair(oCommand, oOptions.mPair);
-            oCommand.add_flag("--raw", oOptions.mIsRaw, "Print the value as it is stored, with its escapes");
+            oCommand.add_flag(
+                "--raw", oOptions.mIsRaw,
+                "Print the value as it is stored, with its escapes; also to a terminal, where control characters "
+                "otherwise are escapes");
             oCommand.add_flag("-n,--no-newline", oOptions.mHasNoLineEnd, "Print no line end behind the value");
         });
 }
@@ -161,6 +165,7 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
                 .add_option_function<unsigned int>(
                     "--at", [&oOptions](unsigned int iHour) { oOptions.mHour = iHour; }, "Mark another hour")
                 ->type_name("HOUR");
+            AddRaw(oCommand);
             oCommand.add_flag("--set", oOptions.mIsSet, "Write the bag with this window");
             AddInPlace(oCommand, oOptions.mTarget);
             AddColor(oCommand, oOptions.mColor);

@@ -29,8 +29,10 @@ constexpr Range gControls[] = {{0x0, 0x1F},      {0x7F, 0x9F},          {0xAD, 0
                                {0x2060, 0x206F}, {0xFEFF, 0xFEFF},      {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F},
                                {0xD800, 0xDFFF}, {0x110000, 0xFFFFFFFF}};
 
-// Writes controls as numbers, but those of iShort as a backslash and the letter in the same place.
-std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstring_view iLetters)
+// Writes controls as numbers, but those of iShort as a backslash and the letter in the same place, and those of iKept
+// as they are.
+std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstring_view iLetters,
+                    std::wstring_view iKept = {})
 {
     std::wstring lText;
     lText.reserve(iText.size());
@@ -42,7 +44,7 @@ std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstr
             lText += L'\\';
             lText += iLetters[lKnown];
         }
-        else if (IsInvisible(lCharacter))
+        else if (IsInvisible(lCharacter) && iKept.find(lCharacter) == std::wstring_view::npos)
         {
             wchar_t lNumber[16];
             const unsigned int lCode = static_cast<unsigned int>(lCharacter);
@@ -148,6 +150,11 @@ std::wstring MakePrintable(std::wstring_view iText)
 std::wstring MakeControlsPrintable(std::wstring_view iText)
 {
     return Escape(iText, L"\n\r\t", L"nrt");
+}
+
+std::wstring MakeSafe(std::wstring_view iText)
+{
+    return Escape(iText, L"", L"", L"\n\t");
 }
 
 std::size_t GetWidth(std::wstring_view iText)

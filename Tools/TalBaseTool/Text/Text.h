@@ -30,6 +30,9 @@ std::wstring MakePrintable(std::wstring_view iText);
 // The same with backslashes as they are, for a text that gives them a meaning of its own.
 std::wstring MakeControlsPrintable(std::wstring_view iText);
 
+// The same with line ends and tabs as they are, too, for whole texts.
+std::wstring MakeSafe(std::wstring_view iText);
+
 // The number of columns that a printable text takes on a terminal.
 std::size_t GetWidth(std::wstring_view iText);
 
