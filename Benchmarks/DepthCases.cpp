@@ -151,6 +151,13 @@ PreparedCase PrepareCheckTextForOther(std::size_t iLevels)
             [lChain] { Expect(lChain->mAnswer); }};
 }
 
+PreparedCase PrepareFindTextFault(std::size_t iLevels)
+{
+    const auto lChain = std::make_shared<Chain>(iLevels);
+    return {[lChain] { lChain->mAnswer = QTalBase::FindTextFault(*lChain->mBag, true, nullptr, nullptr).IsNone(); },
+            [lChain] { Expect(lChain->mAnswer); }};
+}
+
 PreparedCase PrepareDestroy(std::size_t iLevels)
 {
     const auto lChain = std::make_shared<Chain>(iLevels);
@@ -172,6 +179,7 @@ std::vector<HostileCase> MakeDepthCases()
             {"DeSerialize", "levels", PrepareDeSerialize},
             {"CheckText", "levels", PrepareCheckText},
             {"CheckText, other pair", "levels", PrepareCheckTextForOther},
+            {"FindTextFault", "levels", PrepareFindTextFault},
             {"destroy", "levels", PrepareDestroy}};
 }
 

@@ -70,6 +70,14 @@ PreparedCase PrepareChecking(std::wstring iText, std::size_t iExpectedRemarks)
             [lRemarks, iExpectedRemarks] { Expect(*lRemarks == iExpectedRemarks); }};
 }
 
+// The text of a bag gives it back.
+PreparedCase PrepareFindingNoFault(const BagPtr& iBag)
+{
+    const auto lIsNone = std::make_shared<bool>(false);
+    return {[iBag, lIsNone] { *lIsNone = QTalBase::FindTextFault(*iBag, true, nullptr, nullptr).IsNone(); },
+            [lIsNone] { Expect(*lIsNone); }};
+}
+
 BagPtr ReadBag(const Names& iNames)
 {
     return BagPtr(QTalBase::CreatePropertyBag(MakePropertiesText(iNames).c_str()));
@@ -328,6 +336,8 @@ std::vector<HostileCase> MakeNameCases()
     return {MakeNameCase("names, distinct: parse", MakeDistinctNames, PrepareReadingNames),
             {"names, distinct: CheckText", "properties",
              [](std::size_t iSize) { return PrepareChecking(MakePropertiesText(MakeDistinctNames(iSize)), 0); }},
+            {"names, distinct: FindTextFault", "properties",
+             [](std::size_t iSize) { return PrepareFindingNoFault(ReadBag(MakeDistinctNames(iSize))); }},
             MakeNameCase("names, distinct: merge", MakeDistinctNames, PrepareMergingEqualNames),
             MakeNameCase("names, distinct: compare", MakeDistinctNames, PrepareComparingNames),
             MakeNameCase("names, distinct: IsSubset", MakeDistinctNames, PrepareIsSubset),
@@ -354,6 +364,10 @@ std::vector<HostileCase> MakeTextCases()
          [](std::size_t iSize) { return PrepareReading(MakeLongHeaderText(iSize), 1); }},
         {"long delimiters: CheckText", "characters of each",
          [](std::size_t iSize) { return PrepareChecking(MakeLongHeaderText(iSize), 0); }},
+        {"long delimiters: FindTextFault", "characters of each",
+         [](std::size_t iSize) {
+             return PrepareFindingNoFault(BagPtr(QTalBase::CreatePropertyBag(MakeLongHeaderText(iSize).c_str())));
+         }},
         {"long delimiters: SetProperty", "characters of the value", PrepareAlmostDelimiterValue},
         {"long delimiters: ChangeDelimiters", "characters of begin", PrepareDelimiterCheck},
         {"long delimiters: DeSerialize nests", "characters of each", PrepareStreamedDelimiters},

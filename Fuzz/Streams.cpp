@@ -15,6 +15,7 @@
 #include "TalBase/PropertyBags.h"
 #include "TalBase/SerializableStringCollection.h"
 #include "TalBase/SerializationTemplates.h"
+#include "TalBase/TextCheck.h"
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/Twins.h"
 
@@ -78,7 +79,7 @@ std::wstring StateOf(const PropertyBag* ipBag)
 
 bool ComesBack(const PropertyBag* ipBag)
 {
-    return ipBag == nullptr || TalBaseTest::ComesBackFromText(*ipBag);
+    return ipBag == nullptr || QTalBase::FindTextFault(*ipBag, true, nullptr, nullptr).IsNone();
 }
 
 Observed ObserveBag(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)

@@ -3,50 +3,19 @@
 //
 // The text of a nest reads back as the nest itself, less the empty nests in it, where
 // - a header can carry the delimiters,
-// - every run of text ends where the delimiter behind it begins: none begins earlier, in the run or across its end,
-// - no value would be escaped, and no name is empty. None comes twice: nests are read from texts.
+// - the rule for names and values holds (TextRule.h). No name comes twice: nests are read from texts.
 // Invariant: a copy is made only where all of this is certain. Otherwise there is none, and the text has to be read.
 
 #ifndef TALBASE_PRIVATESOURCE_NESTCOPIER_H
 #define TALBASE_PRIVATESOURCE_NESTCOPIER_H
 
 #include "TalBase/PrivateSource/PropertyBagImpl.h"
-#include "TalBase/PrivateSource/TextSearch.h"
+#include "TalBase/PrivateSource/TextRule.h"
 
-#include <optional>
-#include <string_view>
 #include <vector>
 
 namespace QTalBase
 {
-
-// Whether runs of text end where their delimiters begin, in time linear in the runs. Holds views of the delimiters, of
-// which neither may occur in the other.
-class RunGuard
-{
-public:
-    // Throws std::bad_alloc.
-    RunGuard(std::wstring_view iBegin, std::wstring_view iEnd);
-
-    // Whether no delimiter begins inside a run that is followed by the begin delimiter (0) or the end delimiter (1).
-    bool IsKept(std::wstring_view iRun, std::size_t iFollower);
-
-private:
-    struct Delimiter
-    {
-        explicit Delimiter(std::wstring_view iText) : mText(iText), mSearcher(iText) {}
-
-        std::wstring_view mText;
-        TextSearcher mSearcher;
-        // For each follower and length: whether a run that ends with so much of this delimiter lets it go on in the
-        // follower.
-        std::vector<bool> mGoesOn[2];
-    };
-
-    static void hFindWhereItGoesOn(Delimiter& oDelimiter, Delimiter& oFollower, std::vector<bool>& oGoesOn);
-
-    Delimiter mDelimiters[2];
-};
 
 class NestCopier
 {
@@ -74,19 +43,15 @@ private:
         std::size_t mNextNest;
     };
 
-    static bool hMayBeginLikeHeader(const PropertyBagImpl& iNest);
     QBase::SmartPtrI<PropertyBagImpl> hCopy(const PropertyBagImpl& iNest, bool iIsWritten);
     QBase::SmartPtrI<PropertyBagImpl> hCopyPlain(const PropertyBagImpl& iBag, bool iIsWritten);
     bool hCopyNextNest(bool iIsWritten);
     void hFinishLevel();
-    bool hIsKept(const ValueContent& iContent);
-    bool hIsKept(std::wstring_view iRun, std::size_t iFollower);
 
     SharedWString mBegin;
     SharedWString mEnd;
-    bool mIsDefaultPair;
-    bool mCanCopy; // a header can carry the pair
-    std::optional<RunGuard> mGuard;
+    bool mCanCopy;  // a header can carry the pair
+    TextRule mRule; // of the texts above
     std::vector<Level> mLevels;
 };
 

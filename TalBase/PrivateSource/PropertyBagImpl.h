@@ -97,6 +97,7 @@ private:
     friend class BagMerger;
     friend class NestCopier;
     friend class TextChecker;
+    friend class TextFaultFinder;
     friend class TextReader;
     friend class TextWriter;
     friend PropertyBag* CreatePropertyBag(const wchar_t* ipString);

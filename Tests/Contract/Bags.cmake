@@ -46,4 +46,5 @@ talbase_test(DifferentialTest
         ../Support/Twins.cpp
     LINK TalBase::TalBase Q8::Stream)
 talbase_test(TextCheckDifferentialTest SOURCES TextCheckDifferentialTest.cpp LINK TalBase::TalBase)
+talbase_test(TextFaultDifferentialTest SOURCES TextFaultDifferentialTest.cpp LINK TalBase::TalBase)
 talbase_test(DepthTest SOURCES DepthTest.cpp LINK TalBase::TalBase Q8::Stream)

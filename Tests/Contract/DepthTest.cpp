@@ -4,6 +4,7 @@
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBags.h"
+#include "TalBase/TextCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -99,6 +100,19 @@ TEST(Depth, ComparingTakesNoStack)
         lRight->SetProperty(L"more", L"1", false);
         EXPECT_TRUE(*lLeft != *lRight);
         EXPECT_FALSE(lLeft->IsSubset(lRight.get()));
+    });
+}
+
+TEST(Depth, FindingTextFaultsTakesNoStack)
+{
+    OnSmallStack([] {
+        const BagPtr lBag = DeepBag();
+        EXPECT_TRUE(QTalBase::FindTextFault(*lBag, true, nullptr, nullptr).IsNone());
+        const QTalBase::TextFault lFault = QTalBase::FindTextFault(*lBag, true, L"k", L"***");
+        EXPECT_EQ(lFault.mKind, QTalBase::TextFaultKind::HoldsDelimiter);
+        EXPECT_EQ(lFault.mPath.size(), gLevels + 1);
+        lBag->ChangeDelimiters(L"[", L"end"); // no header can carry them, so the text is written, and read
+        EXPECT_EQ(QTalBase::FindTextFault(*lBag, false, nullptr, nullptr).mKind, QTalBase::TextFaultKind::NotCarried);
     });
 }
 

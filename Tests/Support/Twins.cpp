@@ -83,16 +83,6 @@ private:
 using PlainKeeper = Keeper<Plain::PlainPropertyBag>;
 using LibraryKeeper = Keeper<QTalBase::PropertyBagImpl>;
 
-bool SharesCharacter(const std::wstring& iText, const std::wstring& iCharacters)
-{
-    return iText.find_first_of(iCharacters) != std::wstring::npos;
-}
-
-bool HasPair(const PropertyBag& iBag, const std::wstring& iBegin, const std::wstring& iEnd)
-{
-    return iBag.GetBeginDelimiter() == iBegin && iBag.GetEndDelimiter() == iEnd;
-}
-
 } // namespace
 
 BagPtr MakeBag(Side iSide)
@@ -159,30 +149,6 @@ std::size_t CountAll(const PropertyBag& iBag)
     Walk(
         iBag, [](const PropertyBag&) {}, [&](const PropertyBag&, unsigned int) { ++lCount; }, [] {});
     return lCount;
-}
-
-bool ComesBackFromText(const PropertyBag& iBag)
-{
-    const std::wstring lBegin = iBag.GetBeginDelimiter();
-    const std::wstring lEnd = iBag.GetEndDelimiter();
-    bool lComesBack =
-        !lBegin.empty() && !lEnd.empty() && !SharesCharacter(lEnd, L"BeginDelimiter") && !SharesCharacter(lBegin, lEnd);
-    const std::wstring lBad = lBegin + lEnd + (HasPair(iBag, BEGIN, END) ? L"*+" : L"");
-    Walk(
-        iBag,
-        [&](const PropertyBag& iEntered) {
-            lComesBack =
-                lComesBack && HasPair(iEntered, lBegin, lEnd) && (&iEntered == &iBag || iEntered.GetCount() > 0);
-        },
-        [&](const PropertyBag& iVisited, unsigned int iIndex) {
-            const std::wstring lName = iVisited.GetName(iIndex).c_str();
-            const bool lIsGood = !lName.empty() && !SharesCharacter(lName, lBegin + lEnd) &&
-                                 lName.rfind(L"EndDelimiter", 0) == std::wstring::npos;
-            lComesBack = lComesBack && lIsGood &&
-                         (iVisited.IsEmbedded(iIndex) || !SharesCharacter(iVisited.GetValue(iIndex).c_str(), lBad));
-        },
-        [] {});
-    return lComesBack;
 }
 
 std::wstring Outcome(const std::function<std::wstring()>& iOperation)

@@ -43,11 +43,6 @@ std::wstring DescribeState(const QTalBase::PropertyBag& iBag);
 unsigned int DepthOf(const QTalBase::PropertyBag& iBag);
 std::size_t CountAll(const QTalBase::PropertyBag& iBag);
 
-// Returns whether a bag must come back from its text form, with or without header, and from its binary form exactly as
-// it is: one pair of delimiters throughout that a header can carry and that shares no character with a name or a value,
-// no empty names, no empty nests, nothing that a reader would escape, and no name that looks like a header.
-bool ComesBackFromText(const QTalBase::PropertyBag& iBag);
-
 // What one side answers: a result, or an exception's class and text. Exceptions that no operation promises pass on.
 std::wstring Outcome(const std::function<std::wstring()>& iOperation);
 

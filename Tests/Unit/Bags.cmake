@@ -21,10 +21,12 @@ talbase_test(PropertyBagTokenTest
 talbase_test(TextReaderTest SOURCES TextBoundsTest.cpp TextPrimitivesTest.cpp TextReaderTest.cpp LINK TalBaseInside)
 talbase_test(ValueContentTest SOURCES ValueContentTest.cpp ../Support/FailingNew.cpp LINK TalBaseInside)
 talbase_test(NestCopierTest SOURCES BagMergerTest.cpp NestCopierTest.cpp LINK TalBaseInside)
+talbase_test(TextRuleTest SOURCES TextRuleTest.cpp LINK TalBaseInside)
 talbase_test(NameTableTest SOURCES NameTableTest.cpp LINK TalBaseInside)
 talbase_test(TextCheckTest SOURCES TextCheckTest.cpp LINK TalBase::TalBase)
 talbase_test(BufferedWStringTest
     SOURCES BufferedWStringTest.cpp ../Support/FailingNew.cpp
     LINK TalBase::TalBase)
+talbase_test(TextFaultTest SOURCES TextFaultTest.cpp LINK TalBase::TalBase)
 talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
 talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)

@@ -8,52 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
-#include <vector>
 
-using QTalBase::RunGuard;
 using Support::BagPtr;
 
 namespace
 {
-
-using Texts = std::vector<std::wstring>;
-
-// All texts of up to so many of the letters a and b.
-Texts TextsUpTo(std::size_t iLength)
-{
-    Texts lTexts{L""};
-    for (std::size_t lIndex = 0; lTexts[lIndex].size() < iLength; ++lIndex)
-    {
-        lTexts.push_back(lTexts[lIndex] + L"a");
-        lTexts.push_back(lTexts[lIndex] + L"b");
-    }
-    lTexts.erase(lTexts.begin());
-    return lTexts;
-}
-
-bool AreAllowed(const std::wstring& iBegin, const std::wstring& iEnd)
-{
-    return iBegin.find(iEnd) == std::wstring::npos && iEnd.find(iBegin) == std::wstring::npos;
-}
-
-void ExpectGuardFindsWhatSearchingFinds(const std::wstring& iBegin, const std::wstring& iEnd, const Texts& iRuns)
-{
-    RunGuard lGuard(iBegin, iEnd);
-    for (const std::wstring& lRun : iRuns)
-    {
-        for (const std::size_t lFollower : {0U, 1U})
-        {
-            const std::wstring lText = lRun + (lFollower == 0 ? iBegin : iEnd);
-            const bool lIsKept = std::min(lText.find(iBegin), lText.find(iEnd)) == lRun.size();
-            ASSERT_EQ(lGuard.IsKept(lRun, lFollower), lIsKept)
-                << testing::PrintToString(iBegin) << " " << testing::PrintToString(iEnd) << " "
-                << testing::PrintToString(lRun);
-        }
-    }
-}
 
 BagPtr Read(const std::wstring& iText)
 {
@@ -139,31 +100,6 @@ void ExpectHandedOnAsText(const BagPtr& iSource)
 }
 
 } // namespace
-
-TEST(RunGuard, FindsEveryDelimiterThatBeginsTooEarly)
-{
-    const Texts lRuns = TextsUpTo(5);
-    const Texts lDelimiters = TextsUpTo(4);
-    for (const std::wstring& lBegin : lDelimiters)
-    {
-        for (const std::wstring& lEnd : lDelimiters)
-        {
-            if (AreAllowed(lBegin, lEnd))
-            {
-                ExpectGuardFindsWhatSearchingFinds(lBegin, lEnd, lRuns);
-            }
-        }
-    }
-}
-
-TEST(RunGuard, FindsLongDelimitersToo)
-{
-    const std::wstring lLong(20, L'a');
-    const Texts lRuns{L"a", L"ba", L"ab", lLong, lLong + L"b", L"b" + lLong, std::wstring(19, L'a'), L"bab", L"xaxa"};
-    ExpectGuardFindsWhatSearchingFinds(lLong + L"b", L"b" + lLong, lRuns);
-    ExpectGuardFindsWhatSearchingFinds(lLong + L"b", L"c", lRuns);
-    ExpectGuardFindsWhatSearchingFinds(L"x" + lLong + L"x", lLong + L"c", lRuns);
-}
 
 TEST(NestCopier, NestsOfManyLevels)
 {

@@ -5,6 +5,7 @@
 #include "TalBase/DeliveryWindow.h"
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBags.h"
+#include "TalBase/TextCheck.h"
 
 #include "Tests/Contract/Documents/Provoker.h"
 #include "Tests/Support/BagBuilder.h"
@@ -162,6 +163,7 @@ void ProvokeGivenDelimiters(Provoker& oProvoker, const Pair& iPair)
     const WindowPtr lWindow(CreateDeliveryWindow());
     oProvoker.Provoke("DeliveryWindow::SerializeToPropertyBag",
                       [&] { lWindow->SerializeToPropertyBag(L"Day", lBegin, lEnd); });
+    oProvoker.Provoke("PropertyTextCheck::PropertyTextCheck", [&] { PropertyTextCheck(lBegin, lEnd); });
 }
 
 // A stream brings delimiters unchecked; the text that comes with them is then refused.

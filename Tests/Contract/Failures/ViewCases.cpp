@@ -219,6 +219,45 @@ void AddTextChecks(Cases& oCases)
     }
 }
 
+long NumberOf(const QTalBase::TextFault& iFault)
+{
+    return static_cast<long>(iFault.mKind) * 1000 + static_cast<long>(iFault.mPart) * 100 +
+           static_cast<long>(iFault.mPath.size());
+}
+
+// A bag whose text is not written, and some whose text is; with the fault of a name three levels down.
+void AddTextFaults(Cases& oCases)
+{
+    const char* const lFind =
+        "QTalBase::FindTextFault(QTalBase::PropertyBag const&, bool, wchar_t const*, wchar_t const*)";
+    const auto lFound = [](bool iWithHeader, const wchar_t* ipBegin, const wchar_t* ipEnd) {
+        return [=](BagSubject& oSubject) {
+            oSubject.mNumber = NumberOf(QTalBase::FindTextFault(*oSubject.mBag, iWithHeader, ipBegin, ipEnd));
+        };
+    };
+    for (const MakeBag& lMake : {MakeBag(Filled), MakeBag(Derived), MakeBag(Many), MakeBag(Raw), MakeBag(Foreign)})
+    {
+        oCases.push_back(OnBag(lFind, "its own delimiters", lMake, lFound(true, nullptr, nullptr)));
+        oCases.push_back(OnBag(lFind, "others", lMake, lFound(true, LONG_BEGIN, LONG_END)));
+        oCases.push_back(OnBag(lFind, "a name that holds one", lMake, lFound(false, L"name", LONG_END)));
+        oCases.push_back(OnBag(lFind, "a header cannot name them", lMake, lFound(false, LONG_BEGIN L"!", L"e!")));
+    }
+    const char* const lMade = "QTalBase::PropertyTextCheck::PropertyTextCheck(wchar_t const*, wchar_t const*)";
+    const char* const lName =
+        "QTalBase::PropertyTextCheck::CheckName(std::basic_string_view<wchar_t, std::char_traits<wchar_t> >)";
+    const char* const lValue =
+        "QTalBase::PropertyTextCheck::CheckStoredValue(std::basic_string_view<wchar_t, std::char_traits<wchar_t> >)";
+    const auto lChecked = [](BagSubject& oSubject) {
+        QTalBase::PropertyTextCheck lCheck(LONG_BEGIN, LONG_END);
+        oSubject.mNumber = 100 * static_cast<long>(lCheck.CheckName(LONG_A L"<")) +
+                           static_cast<long>(lCheck.CheckStoredValue(LONG_V L">"));
+    };
+    for (const char* const lOperation : {lMade, lName, lValue})
+    {
+        oCases.push_back(OnBag(lOperation, "", Nothing, lChecked));
+    }
+}
+
 void AddSensitiveNames(Cases& oCases)
 {
     const auto lCount = [](BagSubject& oSubject) {
@@ -241,6 +280,7 @@ Cases MakeViewCases()
     AddEntries(lCases);
     AddLoops(lCases);
     AddTextChecks(lCases);
+    AddTextFaults(lCases);
     AddSensitiveNames(lCases);
     return lCases;
 }

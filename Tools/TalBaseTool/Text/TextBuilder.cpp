@@ -43,8 +43,50 @@ const char* Describe(Fault iFault)
     return "nothing";
 }
 
+namespace
+{
+
+using QTalBase::TextFaultKind;
+
+Fault NameFault(TextFaultKind iKind)
+{
+    switch (iKind)
+    {
+    case TextFaultKind::None:
+        return Fault::None;
+    case TextFaultKind::Empty:
+        return Fault::EmptyName;
+    case TextFaultKind::HoldsZero:
+        return Fault::NameHasZero;
+    default:
+        return Fault::NameHasDelimiter;
+    }
+}
+
+Fault ValueFault(TextFaultKind iKind)
+{
+    switch (iKind)
+    {
+    case TextFaultKind::None:
+    case TextFaultKind::NotEscaped: // reading escapes it, and a caller sees the same
+        return Fault::None;
+    case TextFaultKind::Empty:
+        return Fault::EmptyValue;
+    case TextFaultKind::HoldsZero:
+        return Fault::ValueHasZero;
+    default:
+        return Fault::ValueHasDelimiter;
+    }
+}
+
+} // namespace
+
 TextBuilder::TextBuilder(const std::wstring& iBegin, const std::wstring& iEnd)
-    : mBegin(iBegin), mEnd(iEnd), mEscaping(iBegin.c_str(), iEnd.c_str()), mOpened{OpenedBag{0, 0, 0, false}}
+    : mBegin(iBegin),
+      mEnd(iEnd),
+      mEscaping(iBegin.c_str(), iEnd.c_str()),
+      mCheck(iBegin.c_str(), iEnd.c_str()),
+      mOpened{OpenedBag{0, 0, 0, false}}
 {
 }
 
@@ -197,52 +239,23 @@ Fault TextBuilder::hAddPlain(std::wstring_view iName, const Append& iAppend, boo
 Fault TextBuilder::hFinishValue(std::size_t iStart, bool iIsStored)
 {
     const auto lGet = [&] { return std::wstring_view(mText).substr(iStart); };
-    if (lGet().empty())
-    {
-        return Fault::EmptyValue;
-    }
-    if (lGet().find(L'\0') != std::wstring_view::npos)
-    {
-        return Fault::ValueHasZero;
-    }
     const bool lHoldsEscape = !iIsStored && mEscaping.HoldsEscape(lGet());
     if (!iIsStored)
     {
         mEscaping.EscapeFrom(iStart, mText);
     }
-    if (hRunsInto(lGet(), mEnd))
+    const Fault lFault = ValueFault(mCheck.CheckStoredValue(lGet()));
+    if (lFault != Fault::None)
     {
-        return Fault::ValueHasDelimiter;
+        return lFault;
     }
     mText.append(mEnd);
     return lHoldsEscape ? Fault::ValueHasEscape : Fault::None;
 }
 
-Fault TextBuilder::hCheckName(std::wstring_view iName) const
+Fault TextBuilder::hCheckName(std::wstring_view iName)
 {
-    if (iName.empty())
-    {
-        return Fault::EmptyName;
-    }
-    if (iName.find(L'\0') != std::wstring_view::npos)
-    {
-        return Fault::NameHasZero;
-    }
-    return hRunsInto(iName, mBegin) ? Fault::NameHasDelimiter : Fault::None;
-}
-
-// Whether a reader finds a delimiter before the one that ends the run.
-bool TextBuilder::hRunsInto(std::wstring_view iRun, const std::wstring& iDelimiter) const
-{
-    if (iRun.find(mBegin) != std::wstring_view::npos || iRun.find(mEnd) != std::wstring_view::npos)
-    {
-        return true;
-    }
-    const std::size_t lReach = std::max(mBegin.size(), mEnd.size()) - 1;
-    std::wstring lBorder(iRun.substr(iRun.size() - std::min(iRun.size(), lReach)));
-    const std::size_t lRun = lBorder.size();
-    lBorder += iDelimiter;
-    return std::min(lBorder.find(mBegin), lBorder.find(mEnd)) != lRun;
+    return NameFault(mCheck.CheckName(iName));
 }
 
 namespace

@@ -5,6 +5,7 @@
 #ifndef TALBASETOOL_TEXT_TEXTBUILDER_H
 #define TALBASETOOL_TEXT_TEXTBUILDER_H
 
+#include "TalBase/TextCheck.h"
 #include "Text/Escaping.h"
 
 #include <cstddef>
@@ -85,8 +86,7 @@ private:
     template <class Append>
     Fault hAddPlain(std::wstring_view iName, const Append& iAppend, bool iIsStored);
     Fault hFinishValue(std::size_t iStart, bool iIsStored);
-    Fault hCheckName(std::wstring_view iName) const;
-    bool hRunsInto(std::wstring_view iRun, const std::wstring& iDelimiter) const;
+    Fault hCheckName(std::wstring_view iName);
 
     struct OpenedBag
     {
@@ -101,6 +101,7 @@ private:
     std::wstring mBegin;
     std::wstring mEnd;
     Escaping mEscaping;
+    QTalBase::PropertyTextCheck mCheck;
     std::wstring mText;
     std::vector<OpenedBag> mOpened; // the first one is the text itself
     bool mIsInBagOrder = true;

@@ -96,7 +96,8 @@ inline std::vector<Step> Read(std::wstring_view iPath)
         }
         if (iPath[lIndex] == L'\\' && (++lIndex == iPath.size() || (iPath[lIndex] != L'/' && iPath[lIndex] != L'\\')))
         {
-            Throw(L"QTalBase::GetBagAt; A backslash may only stand before a slash or another one: ", iPath);
+            Throw(L"QTalBase::GetBagAt; A backslash may only stand before a slash or another one: ",
+                  iPath.substr(0, lIndex));
         }
         lSteps.back().mName += iPath[lIndex];
     }
