@@ -55,8 +55,8 @@ TEST(Deep, DiffHidesWholeBags)
     const std::string lSecond =
         lWorkplace.Write("second.bag", gHeader + "m++++FTPServerPassword++++k++++other*********");
     EXPECT_EQ(RunTool({"diff", lFirst, lSecond}).mOut, "- n/\n- n/x = 1\n- n/FTPServerPassword/\n"
-                                                       "- m/FTPServerPassword/k = (hidden)\n"
-                                                       "+ m/FTPServerPassword/k = (hidden)\n");
+                                                       "- m/FTPServerPassword/(hidden) = (hidden)\n"
+                                                       "+ m/FTPServerPassword/(hidden) = (hidden)\n");
 }
 
 // Taking them out one by one took half a minute, and a line for each megabytes.

@@ -20,16 +20,17 @@ using QTalBase::TextCheckResult;
 using QTalBase::TextRemark;
 using QTalBase::TextRemarkKind;
 
-std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsSecret)
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsHidden)
 {
     const std::string lName =
-        iIsSecret ? gHidden
+        iIsHidden ? gHidden
                   : "'" + ShowValue(std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength), 60) + "'";
     switch (iRemark.mKind)
     {
     case TextRemarkKind::IgnoredTail:
-        return Count(iRemark.mLength, "character") + " behind the last delimiter " +
-               (iRemark.mLength == 1 ? "is" : "are") + " ignored";
+        return iIsHidden ? "what stands behind the last delimiter is ignored" // not even how long it is
+                         : Count(iRemark.mLength, "character") + " behind the last delimiter " +
+                               (iRemark.mLength == 1 ? "is" : "are") + " ignored";
     case TextRemarkKind::EmptyValue:
         return lName + " has no value, and a bag cannot hold that";
     case TextRemarkKind::EmptyBag:
@@ -85,12 +86,13 @@ public:
         }
         catch (const EncodingError& lError) // not even UTF-8
         {
-            hShowUnreadable(lError, lGiven);
+            hShowUnreadable(lError);
             return ExitBad;
         }
         const TextCheckResult lResult = hCheck(lGiven);
         const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, lGiven);
-        Excerpts lExcerpts(mText, lResult, lPair, mOptions.mSecrets.mShowSecrets);
+        const Gate lGate(mOptions.mSecrets, mText, HasHeader(mText) ? std::nullopt : lGiven, lResult.mIsValid);
+        Excerpts lExcerpts(mText, lGate);
         hWarn(lResult, lPair, lExcerpts);
         if (!lResult.mIsValid)
         {
@@ -100,7 +102,12 @@ public:
                                                  ShowReason(mText, lGiven.has_value(), lResult.mMessage.c_str()))
                                << '\n'
                                << lExcerpts.Make(lPosition, 1, mPalette, Style::Error);
+            ReportHidden(mFile, lGate, mStreams.Remarks());
             return ExitBad;
+        }
+        if (std::min(mWarnings, mOptions.mMaxWarnings) > 0)
+        {
+            ReportHidden(mFile, lGate, mStreams.Remarks());
         }
         mStreams.mOut << ShowFile(mFile) << ": valid"
                       << (mWarnings > 0 ? ", " + Count(mWarnings, "warning") : std::string()) << '\n';
@@ -118,17 +125,13 @@ private:
         return CheckText(mText, iGiven);
     }
 
-    // A zero character ends the text for who checks it, and only the beginning matters for what is secret.
-    void hShowUnreadable(const EncodingError& iError, const std::optional<DelimiterTexts>& iGiven)
+    // A sensitive name may stand anywhere around the fault.
+    void hShowUnreadable(const EncodingError& iError)
     {
-        mText = iError.GetText();
-        TextCheckResult lResult = hCheck(iGiven);
-        const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, iGiven);
-        lResult.mIsValid = false;
-        lResult.mPosition = iError.GetPlace();
+        const Gate lGate(mOptions.mSecrets, iError.GetText(), {}, false);
         mStreams.Remarks() << mPalette.Paint(Style::Error, iError.what()) << '\n'
-                           << Excerpts(mText, lResult, lPair, mOptions.mSecrets.mShowSecrets)
-                                  .Make(iError.GetPlace(), 1, mPalette, Style::Error);
+                           << Excerpts(iError.GetText(), lGate).Make(iError.GetPlace(), 1, mPalette, Style::Error);
+        ReportHidden(mFile, lGate, mStreams.Remarks());
     }
 
     // Counts the warnings; not all of them are shown.
@@ -149,7 +152,7 @@ private:
             if (!IsLineEnd(lRemark, mText))
             {
                 hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts,
-                        [&] { return Describe(lRemark, mText, oExcerpts.IsSecret(lRemark.mPosition)); });
+                        [&] { return Describe(lRemark, mText, oExcerpts.IsHidden(lRemark.mPosition)); });
             }
         }
         if (iResult.mIsValid)

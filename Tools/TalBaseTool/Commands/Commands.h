@@ -117,6 +117,8 @@ struct ToJsonOptions
     RawPair mPair;
     int mIndent = 2; // negative for all on one line
     bool mIsTyped = false;
+    bool mIsRedacted = false; // without sensitive properties
+    SecretOptions mSecrets;
 };
 int ToJson(const ToJsonOptions& iOptions, const Streams& iStreams);
 
@@ -133,6 +135,7 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams);
 struct RedactOptions : ChangeOptions
 {
     SecretOptions mSecrets;
+    bool mIsForced = false; // also where it is not known what is secret, or a secret stays elsewhere
 };
 int Redact(const RedactOptions& iOptions, const Streams& iStreams);
 
@@ -159,6 +162,7 @@ struct WindowOptions : ChangeOptions
     bool mHasNow = false;
     std::optional<unsigned int> mHour;
     ColorChoice mColor = ColorChoice::Auto;
+    SecretOptions mSecrets;
 };
 int Window(const WindowOptions& iOptions, const Streams& iStreams);
 

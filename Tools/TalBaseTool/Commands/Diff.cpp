@@ -56,13 +56,12 @@ std::vector<bool> FindMoved(const std::vector<unsigned int>& iPlaces)
 struct Side
 {
     explicit Side(const Document& iDocument)
-        : mBag(iDocument.mBag), mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter()), mGate(iDocument.mGate)
+        : mBag(iDocument.mBag), mEscaping(mBag->GetBeginDelimiter(), mBag->GetEndDelimiter())
     {
     }
 
     BagPtr mBag;
     Escaping mEscaping;
-    Gate mGate;
 };
 
 class Comparison
@@ -72,9 +71,11 @@ public:
         : mOptions(iOptions),
           mFirst(iFirst),
           mSecond(iSecond),
+          mGate(iFirst.mGate),
           mOut(iStreams.mOut),
           mPalette(iOptions.mColor, iStreams.mIsOutTerminal)
     {
+        mGate.Join(iSecond.mGate);
     }
 
     // Returns the number of differences.
@@ -123,12 +124,18 @@ private:
     std::string hShowPath(std::size_t iNest, const std::wstring& iName) const
     {
         Path lPath{iName};
-        for (std::size_t lNest = iNest; lNest != gNone && lPath.size() < gMostNames; lNest = mNests[lNest].mAround)
+        std::size_t lNest = iNest;
+        for (; lNest != gNone && lPath.size() < gMostNames; lNest = mNests[lNest].mAround)
         {
             lPath.push_back(mNests[lNest].mName);
         }
         std::reverse(lPath.begin(), lPath.end());
-        return ShowPath(lPath, iNest != gNone ? mNests[iNest].mDepth + 1 : 1);
+        return mGate.ShowPath(lPath, iNest != gNone ? mNests[iNest].mDepth + 1 : 1, hIsNestHidden(lNest));
+    }
+
+    bool hIsNestHidden(std::size_t iNest) const
+    {
+        return iNest != gNone && mNests[iNest].mIsHidden;
     }
 
     void hCompare(const Level& iLevel)
@@ -253,15 +260,14 @@ private:
     // Whether the property, or a bag around it, is sensitive.
     bool hIsHidden(std::size_t iNest, const std::wstring& iName) const
     {
-        return (iNest != gNone && mNests[iNest].mIsHidden) || mFirst.mGate.HidesBag(iName) ||
-               mSecond.mGate.HidesBag(iName);
+        return hIsNestHidden(iNest) || mGate.HidesBag(iName);
     }
 
     void hWriteLine(char iSign, std::size_t iNest, const std::wstring& iName, const std::wstring& iValue,
                     std::size_t iPlace)
     {
-        const std::string lValue =
-            hIsHidden(iNest, iName) ? std::string(gHidden) : ShowValueAround(iValue, iPlace, gLongest);
+        const bool lIsHidden = hIsHidden(iNest, iName) || mGate.HidesValue(iName, iValue);
+        const std::string lValue = lIsHidden ? std::string(gHidden) : ShowValueAround(iValue, iPlace, gLongest);
         hWrite(iSign, hShowPath(iNest, iName) + " = " + lValue);
     }
 
@@ -274,6 +280,7 @@ private:
     const DiffOptions& mOptions;
     Side mFirst;
     Side mSecond;
+    Gate mGate; // for both
     std::ostream& mOut;
     Palette mPalette;
     std::vector<Level> mLevels; // still to be compared, the next one last
@@ -291,6 +298,8 @@ int Diff(const DiffOptions& iOptions, const Streams& iStreams)
     }
     const Document lFirst = Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
     const Document lSecond = Load(iOptions.mOther, iOptions.mPair, iOptions.mSecrets);
+    ReportHidden(iOptions.mFile, lFirst.mGate, iStreams.Remarks());
+    ReportHidden(iOptions.mOther, lSecond.mGate, iStreams.Remarks());
     return Comparison(iOptions, lFirst, lSecond, iStreams).Run() == 0 ? ExitGood : ExitBad;
 }
 

@@ -166,6 +166,20 @@ SetOptions Arranged(SetOptions iOptions)
     return iOptions;
 }
 
+// Without the one line end that an editor or echo puts behind a value, as shells take it off.
+std::wstring WithoutLineEnd(std::wstring iValue)
+{
+    for (const std::wstring_view lLineEnd : {L"\r\n", L"\n"})
+    {
+        if (iValue.size() >= lLineEnd.size() && iValue.substr(iValue.size() - lLineEnd.size()) == lLineEnd)
+        {
+            iValue.resize(iValue.size() - lLineEnd.size());
+            break;
+        }
+    }
+    return iValue;
+}
+
 // The changes that the arguments tell.
 std::vector<Change> ReadChanges(const SetOptions& iOptions)
 {
@@ -178,7 +192,8 @@ std::vector<Change> ReadChanges(const SetOptions& iOptions)
     if (!iOptions.mValueFile.empty())
     {
         Path lPath = ParsePath(iOptions.mArguments.front());
-        lChanges.push_back({std::move(lPath), CheckedValue(ReadText(iOptions.mValueFile, "the value"))});
+        lChanges.push_back(
+            {std::move(lPath), CheckedValue(WithoutLineEnd(ReadText(iOptions.mValueFile, "the value")))});
     }
     return lChanges;
 }
@@ -286,16 +301,18 @@ int Embed(const EmbedOptions& iOptions, const Streams& iStreams)
         throw UsageError("the text and the bag cannot both come from standard input");
     }
     Document lNest = LoadToChange(iOptions.mBagFile, iOptions.mPair);
-    const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
     ReportLosses(lNest, iStreams.Remarks());
-    LeaveOutEmptyBags(lNest.mBag, iStreams.Remarks());
+    LeaveOutEmptyBags(lNest.mBag, lNest.mGate, iStreams.Remarks());
     if (lNest.mBag->GetCount() == 0)
     {
         throw DataError(ShowFile(iOptions.mBagFile) + ": a text cannot hold a bag without properties");
     }
     CheckReplaces(lDocument.mBag, lPath, Kind::Bag);
     const BagPtr lRoot = lDocument.mBag;
-    PutBag(lRoot, lPath, WithDelimiters(std::move(lNest.mBag), lRoot->GetBeginDelimiter(), lRoot->GetEndDelimiter()));
+    PutBag(lRoot, lPath,
+           WithDelimiters(std::move(lNest.mBag), lRoot->GetBeginDelimiter(), lRoot->GetEndDelimiter(), lNest.mGate));
+    lDocument.mGate.Join(lNest.mGate);
     Save(lDocument, iOptions.mTarget, iStreams);
     return ExitGood;
 }

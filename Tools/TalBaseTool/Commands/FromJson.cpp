@@ -39,7 +39,10 @@ struct JsonError
 class JsonReader : public nlohmann::json_sax<AnyJson>
 {
 public:
-    JsonReader(TextBuilder& oBuilder, JsonReport& oReport) : mBuilder(oBuilder), mReport(oReport) {}
+    JsonReader(TextBuilder& oBuilder, JsonReport& oReport, const Gate& iGate)
+        : mBuilder(oBuilder), mReport(oReport), mGate(iGate)
+    {
+    }
 
     const JsonError& GetError() const
     {
@@ -124,6 +127,7 @@ private:
     struct Frame
     {
         std::wstring mName; // of the property that is read
+        bool mIsHidden;     // with all that is in it, in messages
         bool mIsArray;
         bool mIsLeftOut;    // with all that is in it
         std::size_t mCount; // of its properties so far
@@ -150,20 +154,15 @@ private:
     }
 
     // The last names of the place.
-    Path hPath() const
+    void hCount(Loss iLoss)
     {
         Path lPath;
-        for (std::size_t lFrame = mFrames.size() - std::min(mFrames.size(), gMostNames); lFrame < mFrames.size();
-             ++lFrame)
+        const std::size_t lFirst = mFrames.size() - std::min(mFrames.size(), gMostNames);
+        for (std::size_t lFrame = lFirst; lFrame < mFrames.size() && mReport.WantsPlace(iLoss); ++lFrame)
         {
             lPath.push_back(mFrames[lFrame].mName);
         }
-        return lPath;
-    }
-
-    void hCount(Loss iLoss)
-    {
-        mReport.Add(iLoss, mReport.WantsPlace(iLoss) ? hPath() : Path(), mFrames.size());
+        mReport.Add(iLoss, lPath, mFrames.size(), lFirst < mFrames.size() && mFrames[lFirst].mIsHidden);
     }
 
     // Comes before every value. Returns whether it is kept.
@@ -260,7 +259,8 @@ private:
                 lIsLeftOut = true;
             }
         }
-        mFrames.push_back(Frame{{}, iIsArray, lIsLeftOut, 0, 0, false, false, false, {}});
+        const bool lIsHidden = !mFrames.empty() && (mFrames.back().mIsHidden || mGate.HidesBag(mFrames.back().mName));
+        mFrames.push_back(Frame{{}, lIsHidden, iIsArray, lIsLeftOut, 0, 0, false, false, false, {}});
         return true;
     }
 
@@ -298,6 +298,7 @@ private:
 
     TextBuilder& mBuilder;
     JsonReport& mReport;
+    const Gate& mGate;
     std::vector<Frame> mFrames;
     JsonError mError;
 };
@@ -370,8 +371,9 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     const DelimiterTexts lPair = ReadPair(iOptions.mPair).value_or(DelimiterTexts{BEGIN, END});
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
     TextBuilder lBuilder(lPair.mBegin, lPair.mEnd);
-    JsonReport lReport(iOptions.mIsVerbose);
-    JsonReader lReader(lBuilder, lReport);
+    const Gate lGate = Gate::ForNames({});
+    JsonReport lReport(lGate, iOptions.mIsVerbose);
+    JsonReader lReader(lBuilder, lReport, lGate);
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
@@ -405,6 +407,7 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     Document lDocument;
     lDocument.mBag = lBuilder.MakeBag();
     lDocument.mHasHeader = iOptions.mHasHeader;
+    lDocument.mGate = lGate;
     lDocument.mLineEnd = L"\n";
     Save(lDocument, {}, iStreams);
     return ExitGood;

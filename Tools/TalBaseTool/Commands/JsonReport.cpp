@@ -40,13 +40,13 @@ bool JsonReport::WantsPlace(Loss iLoss) const
     return mIsVerbose || mKinds[static_cast<std::size_t>(iLoss)].mPlaces.size() < gShown;
 }
 
-void JsonReport::Add(Loss iLoss, const Path& iLast, std::size_t iLevel)
+void JsonReport::Add(Loss iLoss, const Path& iLast, std::size_t iLevel, bool iIsBelowHidden)
 {
     Kind& lKind = mKinds[static_cast<std::size_t>(iLoss)];
     ++lKind.mCount;
     if (WantsPlace(iLoss))
     {
-        const std::string lPath = ShowPath(iLast, iLevel);
+        const std::string lPath = mGate.ShowPath(iLast, iLevel, iIsBelowHidden);
         lKind.mPlaces.push_back(iLevel == 0 ? "the document" : lPath.empty() ? "\"\"" : lPath);
     }
 }

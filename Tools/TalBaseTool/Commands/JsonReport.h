@@ -31,15 +31,15 @@ enum class Loss
 class JsonReport
 {
 public:
-    // iIsVerbose: shows every place.
-    explicit JsonReport(bool iIsVerbose) : mIsVerbose(iIsVerbose) {}
+    // iGate: for what is shown. iIsVerbose: shows every place.
+    JsonReport(const Gate& iGate, bool iIsVerbose) : mGate(iGate), mIsVerbose(iIsVerbose) {}
 
     // Whether the next one of a kind will be shown with its place.
     bool WantsPlace(Loss iLoss) const;
 
     // iLast: the last names of its place, as many as ShowPath wants; iLevel: how many there are. The document's own
-    // place has none.
-    void Add(Loss iLoss, const Path& iLast, std::size_t iLevel);
+    // place has none. iIsBelowHidden: whether the first of those names is in something hidden.
+    void Add(Loss iLoss, const Path& iLast, std::size_t iLevel, bool iIsBelowHidden);
 
     // Whether something of the content is lost; the order alone does not count, since JSON gives it no meaning.
     bool HasLoss() const;
@@ -54,6 +54,7 @@ private:
         std::vector<std::string> mPlaces;
     };
 
+    Gate mGate;
     bool mIsVerbose;
     std::array<Kind, static_cast<std::size_t>(Loss::Order) + 1> mKinds;
 };

@@ -1,5 +1,7 @@
 #include "Commands/Commands.h"
 
+#include "Commands/Redaction.h"
+#include "File/InPlace.h"
 #include "Text/BagWalk.h"
 #include "Text/Errors.h"
 #include "Text/Merge.h"
@@ -19,15 +21,16 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
     {
         throw UsageError("standard input can be read only once");
     }
-    const Document lDocument = LoadToChange(iOptions.mFiles.front(), iOptions.mPair);
+    Document lDocument = LoadToChange(iOptions.mFiles.front(), iOptions.mPair);
     const BagPtr lInto = lDocument.mBag;
     for (std::size_t lIndex = 1; lIndex < iOptions.mFiles.size(); ++lIndex)
     {
         Document lOther = LoadToChange(iOptions.mFiles[lIndex], iOptions.mPair);
         ReportLosses(lOther, iStreams.Remarks());
-        LeaveOutEmptyBags(lOther.mBag, iStreams.Remarks());
+        LeaveOutEmptyBags(lOther.mBag, lOther.mGate, iStreams.Remarks());
         const BagPtr lFrom =
-            WithDelimiters(std::move(lOther.mBag), lInto->GetBeginDelimiter(), lInto->GetEndDelimiter());
+            WithDelimiters(std::move(lOther.mBag), lInto->GetBeginDelimiter(), lInto->GetEndDelimiter(), lOther.mGate);
+        lDocument.mGate.Join(lOther.mGate);
         if (iOptions.mIsDeep)
         {
             MergeDeep(lInto, lFrom, OtherKind::Replaced);
@@ -44,25 +47,14 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams)
 int Redact(const RedactOptions& iOptions, const Streams& iStreams)
 {
     CheckTarget(iOptions.mFile, iOptions.mTarget);
-    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets, iOptions.mTarget);
-    const auto lSensitive = ReadSensitiveNames(iOptions.mSecrets);
-    std::size_t lCount = 0;
-    for (BagWalk lWalk(lDocument.mBag); lWalk.Next();)
+    if (iOptions.mTarget.mIsInPlace && !iOptions.mIsForced && HasOtherNames(iOptions.mFile))
     {
-        if (!lSensitive->FindWord(lWalk.GetName()))
-        {
-            continue;
-        }
-        if (lWalk.GetStep() == Step::Enter)
-        {
-            lWalk.Skip();
-            continue; // taken out when it ends
-        }
-        lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
-        lWalk.Removed();
-        ++lCount;
+        throw RefusedError(ShowFile(iOptions.mFile) +
+                           " has other names (hard links), which would keep the old text; nothing is written (--force "
+                           "writes it)");
     }
-    LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
+    Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets, iOptions.mTarget);
+    const std::size_t lCount = TakeOutSecrets(lDocument, iOptions.mIsForced, iStreams);
     iStreams.Remarks() << "talbase: " << Count(lCount, "property", "properties") << " taken out\n";
     Save(std::move(lDocument), iOptions.mTarget, iStreams);
     return ExitGood;
@@ -74,8 +66,8 @@ int Delimiters(const DelimitersOptions& iOptions, const Streams& iStreams)
     const DelimiterTexts lPair{ReadArgument(iOptions.mBegin, "--begin"), ReadArgument(iOptions.mEnd, "--end")};
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
     Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget);
-    LeaveOutEmptyBags(lDocument.mBag, iStreams.Remarks());
-    lDocument.mBag = WithDelimiters(std::move(lDocument.mBag), lPair.mBegin, lPair.mEnd);
+    LeaveOutEmptyBags(lDocument.mBag, lDocument.mGate, iStreams.Remarks());
+    lDocument.mBag = WithDelimiters(std::move(lDocument.mBag), lPair.mBegin, lPair.mEnd, lDocument.mGate);
     Save(std::move(lDocument), iOptions.mTarget, iStreams);
     return ExitGood;
 }

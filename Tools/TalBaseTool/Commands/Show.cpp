@@ -148,7 +148,9 @@ private:
 
 int Show(const ShowOptions& iOptions, const Streams& iStreams)
 {
-    Tree(iOptions, Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets), iStreams).Draw();
+    const Document lDocument = Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
+    Tree(iOptions, lDocument, iStreams).Draw();
+    ReportHidden(iOptions.mFile, lDocument.mGate, iStreams.Remarks());
     return ExitGood;
 }
 

@@ -4,6 +4,7 @@
 #include "Commands/Commands.h"
 
 #include "Commands/JsonValues.h"
+#include "Commands/Redaction.h"
 #include "Text/Errors.h"
 #include "Text/Escaping.h"
 #include "Text/JsonText.h"
@@ -183,7 +184,11 @@ private:
 
 int ToJson(const ToJsonOptions& iOptions, const Streams& iStreams)
 {
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
+    Document lDocument = Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
+    if (iOptions.mIsRedacted)
+    {
+        TakeOutSecrets(lDocument, false, iStreams);
+    }
     JsonWriter(iOptions, lDocument.mBag, iStreams.mOut).Write();
     return ExitGood;
 }

@@ -6,6 +6,7 @@
 
 #include "TalBase/DeliveryWindow.h"
 
+#include <algorithm>
 #include <ctime>
 
 namespace TalBaseTool
@@ -156,6 +157,21 @@ std::string DrawMark(unsigned int iPlace, bool iIsOpen, std::size_t iWidth)
                                   : std::string(lBefore, ' ') + "^^";
 }
 
+// A window is shown as a whole or not at all.
+void CheckIsShown(const Document& iDocument, const WindowOptions& iOptions, const std::wstring& iName,
+                  const QTalBase::PropertyBag& iBag)
+{
+    const Path lPath = iOptions.mBagPath.empty() ? Path() : ParsePath(iOptions.mBagPath);
+    const Gate& lGate = iDocument.mGate;
+    if (lGate.HidesValue(iName, iBag.GetProperty(iName.c_str()).c_str()) ||
+        std::any_of(lPath.begin(), lPath.end(), [&lGate](const std::wstring& iStep) { return lGate.HidesBag(iStep); }))
+    {
+        const std::string lReason = lGate.GetReason();
+        throw RefusedError(ShowFile(iOptions.mFile) + ": " +
+                           (lReason.empty() ? "the window is hidden; --show-secrets shows it" : lReason));
+    }
+}
+
 void Draw(const QTalBase::DeliveryWindow& iWindow, const WindowOptions& iOptions, const Streams& iStreams)
 {
     const Palette lPalette(iOptions.mColor, iStreams.mIsOutTerminal);
@@ -256,9 +272,14 @@ int Window(const WindowOptions& iOptions, const Streams& iStreams)
         Draw(*ReadWindow(iOptions, lPrefix, {}), iOptions, iStreams);
         return ExitGood;
     }
-    const Document lDocument = iOptions.mIsSet ? LoadToChange(iOptions.mFile, iOptions.mPair, {}, iOptions.mTarget)
-                                               : Load(iOptions.mFile, iOptions.mPair);
+    const Document lDocument = iOptions.mIsSet
+                                   ? LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets, iOptions.mTarget)
+                                   : Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
     const BagPtr lBag = FindWindowBag(lDocument, iOptions);
+    if (!iOptions.mIsSet)
+    {
+        CheckIsShown(lDocument, iOptions, lPrefix + L"DeliveryWindow", *lBag);
+    }
     const WindowPtr lWindow = ReadWindow(iOptions, lPrefix, lBag);
     if (!iOptions.mIsSet)
     {

@@ -72,7 +72,7 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOpt
     }
     lDocument.mGate = Gate(iSecrets, lText, lPair, true);
     lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
-    lDocument.mLosses = iFindLosses(lText, lPair);
+    lDocument.mLosses = iFindLosses(lText, lPair, lDocument.mGate);
     lDocument.mLock = iLock;
     return lDocument;
 }
@@ -98,25 +98,33 @@ void CheckReadsBack(const Document& iDocument)
     }
     if (const std::optional<Path> lPath = FindChange(iDocument.mBag, lReadBack))
     {
-        throw DataError(ShowPath(*lPath) + " would not be read back as it is");
+        throw DataError(iDocument.mGate.ShowPath(*lPath) + " would not be read back as it is");
     }
 }
 
 constexpr std::size_t gShownBags = 3;
 
-struct EmptyBags
+// Of what is left out.
+struct LeftOut
 {
-    std::size_t mCount = 0;
-    std::vector<std::string> mFirst;
+    std::size_t mProperties = 0;
+    std::size_t mEmptyBags = 0;
+    std::vector<std::string> mFirst; // of the empty bags
 };
 
-// Those without properties, and those with nothing but such bags.
-EmptyBags FindEmptyBags(const BagPtr& iBag)
+// What is not kept, the bags without properties, and those with nothing but such.
+LeftOut FindLeftOut(const BagPtr& iBag, const Gate& iGate, const Keeps& iKeeps)
 {
-    EmptyBags lEmpty;
+    LeftOut lLeftOut;
     std::vector<bool> lIsEmpty; // for each bag around the step, so far
     for (BagWalk lWalk(iBag); lWalk.Next();)
     {
+        if (iKeeps && !iKeeps(lWalk))
+        {
+            lLeftOut.mProperties += lWalk.GetStep() != Step::Leave ? 1 : 0;
+            lWalk.GetStep() == Step::Enter ? lWalk.Skip() : void();
+            continue;
+        }
         if (lWalk.GetStep() == Step::Enter)
         {
             lIsEmpty.push_back(true);
@@ -127,23 +135,28 @@ EmptyBags FindEmptyBags(const BagPtr& iBag)
         {
             lIsEmpty.pop_back();
         }
-        if (lIsGone && lEmpty.mCount++ < gShownBags)
+        if (lIsGone && lLeftOut.mEmptyBags++ < gShownBags)
         {
-            lEmpty.mFirst.push_back(ShowPath(lWalk.GetPath()));
+            lLeftOut.mFirst.push_back(iGate.ShowPath(lWalk.GetPath()));
         }
         if (!lIsGone && !lIsEmpty.empty())
         {
             lIsEmpty.back() = false;
         }
     }
-    return lEmpty;
+    return lLeftOut;
 }
 
-void RemoveEmptyBags(const BagPtr& iBag)
+void RemoveLeftOut(const BagPtr& iBag, const Keeps& iKeeps)
 {
     for (BagWalk lWalk(iBag); lWalk.Next();)
     {
-        if (lWalk.GetStep() == Step::Leave && lWalk.GetBag()->GetCount() == 0)
+        const bool lIsKept = !iKeeps || iKeeps(lWalk);
+        if (lWalk.GetStep() == Step::Enter && !lIsKept)
+        {
+            lWalk.Skip(); // taken out when it ends
+        }
+        else if (!lIsKept || (lWalk.GetStep() == Step::Leave && lWalk.GetBag()->GetCount() == 0))
         {
             lWalk.GetHolder()->RemoveProperty(lWalk.GetName());
             lWalk.Removed();
@@ -151,15 +164,16 @@ void RemoveEmptyBags(const BagPtr& iBag)
     }
 }
 
-// Removing many of them one by one would take quadratic time; a bag that is built again lacks them.
-void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
+// Removing many one by one would take quadratic time; a bag that is built again lacks them.
+void TakeOut(BagPtr& oBag, const Gate& iGate, const Keeps& iKeeps, std::size_t iCount)
 {
     constexpr std::size_t lFew = 16;
     if (iCount > lFew)
     {
         try
         {
-            Rebuild(oBag, std::wstring(oBag->GetBeginDelimiter()), std::wstring(oBag->GetEndDelimiter()));
+            Rebuild(oBag, std::wstring(oBag->GetBeginDelimiter()), std::wstring(oBag->GetEndDelimiter()), iGate,
+                    iKeeps);
             return;
         }
         catch (const DataError&) // its text would not give it back; who writes it will tell
@@ -170,7 +184,26 @@ void TakeOutEmptyBags(BagPtr& oBag, std::size_t iCount)
             }
         }
     }
-    RemoveEmptyBags(oBag);
+    RemoveLeftOut(oBag, iKeeps);
+}
+
+void ReportEmptyBags(const LeftOut& iLeftOut, std::ostream& oErr)
+{
+    if (iLeftOut.mEmptyBags <= gShownBags)
+    {
+        for (const std::string& lPath : iLeftOut.mFirst)
+        {
+            oErr << "talbase: " << lPath << " is left out: a text cannot hold a bag without properties\n";
+        }
+        return;
+    }
+    oErr << "talbase: " << iLeftOut.mEmptyBags
+         << " bags are left out, since a text cannot hold a bag without properties (";
+    for (const std::string& lPath : iLeftOut.mFirst)
+    {
+        oErr << lPath << ", ";
+    }
+    oErr << "…)\n";
 }
 
 } // namespace
@@ -183,7 +216,7 @@ std::ostream& Streams::Remarks() const
 
 Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets)
 {
-    return LoadAnd(iFile, iPair, iSecrets, [](const std::wstring&, const std::optional<DelimiterTexts>&) {
+    return LoadAnd(iFile, iPair, iSecrets, [](const std::wstring&, const std::optional<DelimiterTexts>&, const Gate&) {
         return std::vector<std::string>();
     });
 }
@@ -193,8 +226,8 @@ Document LoadToChange(const std::string& iFile, const RawPair& iPair, const Secr
 {
     return LoadAnd(
         iFile, iPair, iSecrets,
-        [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair) {
-            return FindLosses(iFile, iText, iTextPair);
+        [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair, const Gate& iGate) {
+            return FindLosses(iFile, iText, iTextPair, iGate);
         },
         iTarget.mIsInPlace ? std::make_shared<const FileLock>(iFile, iTarget.mWait) : nullptr);
 }
@@ -207,36 +240,25 @@ void ReportLosses(const Document& iDocument, std::ostream& oErr)
     }
 }
 
-void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr)
+std::size_t LeaveOut(BagPtr& oBag, const Gate& iGate, std::ostream& oErr, const Keeps& iKeeps)
 {
-    const EmptyBags lEmpty = FindEmptyBags(oBag);
-    if (lEmpty.mCount == 0)
+    const LeftOut lLeftOut = FindLeftOut(oBag, iGate, iKeeps);
+    ReportEmptyBags(lLeftOut, oErr);
+    if (lLeftOut.mProperties + lLeftOut.mEmptyBags > 0)
     {
-        return;
+        TakeOut(oBag, iGate, iKeeps, lLeftOut.mProperties + lLeftOut.mEmptyBags);
     }
-    if (lEmpty.mCount <= gShownBags)
-    {
-        for (const std::string& lPath : lEmpty.mFirst)
-        {
-            oErr << "talbase: " << lPath << " is left out: a text cannot hold a bag without properties\n";
-        }
-    }
-    else
-    {
-        oErr << "talbase: " << lEmpty.mCount
-             << " bags are left out, since a text cannot hold a bag without properties (";
-        for (const std::string& lPath : lEmpty.mFirst)
-        {
-            oErr << lPath << ", ";
-        }
-        oErr << "…)\n";
-    }
-    TakeOutEmptyBags(oBag, lEmpty.mCount);
+    return lLeftOut.mProperties;
+}
+
+void LeaveOutEmptyBags(BagPtr& oBag, const Gate& iGate, std::ostream& oErr)
+{
+    LeaveOut(oBag, iGate, oErr, {});
 }
 
 void Save(Document iDocument, const Target& iTarget, const Streams& iStreams)
 {
-    LeaveOutEmptyBags(iDocument.mBag, iStreams.Remarks());
+    LeaveOutEmptyBags(iDocument.mBag, iDocument.mGate, iStreams.Remarks());
     CheckReadsBack(iDocument);
     ReportLosses(iDocument, iStreams.Remarks());
     Progress lProgress("writing");

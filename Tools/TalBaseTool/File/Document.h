@@ -4,6 +4,7 @@
 #define TALBASETOOL_FILE_DOCUMENT_H
 
 #include "File/FileLock.h"
+#include "Text/BagWalk.h"
 #include "Text/Delimiters.h"
 #include "Text/Gate.h"
 
@@ -61,9 +62,12 @@ Document LoadToChange(const std::string& iFile, const RawPair& iPair, const Secr
 // Shows the losses of a text. Save does so for the one that it writes.
 void ReportLosses(const Document& iDocument, std::ostream& oErr);
 
-// Takes nested bags without properties out, with a word about them, since no text can hold them. The bag may become
-// another one.
-void LeaveOutEmptyBags(BagPtr& oBag, std::ostream& oErr);
+// Takes out what is not kept, and then the nested bags without properties, with a word about those, since no text can
+// hold them. The bag may become another one. iGate: for what is shown of it. Returns how many properties were not kept.
+std::size_t LeaveOut(BagPtr& oBag, const Gate& iGate, std::ostream& oErr, const Keeps& iKeeps);
+
+// The same where all is kept.
+void LeaveOutEmptyBags(BagPtr& oBag, const Gate& iGate, std::ostream& oErr);
 
 // Writes the text form where it is wanted, without empty nested bags, and shows the losses. Throws DataError for
 // anything else that the text would not give back, and IoError; nothing has been written then.

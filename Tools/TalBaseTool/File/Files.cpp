@@ -23,7 +23,6 @@ namespace
 {
 
 constexpr wchar_t gReplacement = L'\uFFFD'; // for a byte that is no character
-constexpr std::size_t gShownBehind = 200;   // bytes
 constexpr std::size_t gBlock = std::size_t{1} << 16;
 
 // The number of bytes at the end that begin a character whose rest is still to come.
@@ -71,6 +70,10 @@ public:
     {
         hCheckEncoding();
         hDecode(mLeft);
+        if (!mFault.empty())
+        {
+            throw EncodingError(mFault, std::move(mText), mPlace);
+        }
         return std::move(mText);
     }
 
@@ -82,12 +85,18 @@ private:
         if (lpEncoding != nullptr)
         {
             mText = gReplacement;
-            hThrow(std::string("this is ") + lpEncoding + ", but a text form is in UTF-8", 0);
+            hKeep(std::string("this is ") + lpEncoding + ", but a text form is in UTF-8", 0);
+            throw EncodingError(mFault, std::move(mText), mPlace);
         }
     }
 
     void hDecode(std::string_view iBytes)
     {
+        if (!mFault.empty())
+        {
+            mText += QBase::UTF8ToWideChar(iBytes, false);
+            return;
+        }
         try
         {
             mText += QBase::UTF8ToWideChar(iBytes, true);
@@ -96,34 +105,38 @@ private:
         {
             hRefuse(iBytes, lMessage.GetMessage());
         }
-        if (iBytes.find('\0') != std::string_view::npos)
+        const std::size_t lZero = iBytes.find('\0') != std::string_view::npos ? mText.find(L'\0') : mText.npos;
+        if (lZero < (mFault.empty() ? mText.size() : mPlace))
         {
-            hThrow("a zero character, which ends a text form", mText.find(L'\0'));
+            hKeep("a zero character, which ends a text form", lZero);
         }
     }
 
     // The message ends with the place of the bad byte.
-    [[noreturn]] void hRefuse(std::string_view iBytes, const std::wstring& iMessage)
+    void hRefuse(std::string_view iBytes, const std::wstring& iMessage)
     {
         const std::size_t lBad = std::stoul(iMessage.substr(iMessage.rfind(L' ') + 1));
         mText += QBase::UTF8ToWideChar(iBytes.substr(0, lBad), true);
         const std::size_t lPlace = mText.size();
         mText += gReplacement;
-        mText += QBase::UTF8ToWideChar(iBytes.substr(lBad + 1, gShownBehind), false);
+        mText += QBase::UTF8ToWideChar(iBytes.substr(lBad + 1), false);
         const unsigned int lByte = static_cast<unsigned char>(iBytes[lBad]);
         const char* const lDigits = "0123456789abcdef";
-        hThrow(std::string("byte 0x") + lDigits[lByte / 16] + lDigits[lByte % 16] + " is not UTF-8", lPlace);
+        hKeep(std::string("byte 0x") + lDigits[lByte / 16] + lDigits[lByte % 16] + " is not UTF-8", lPlace);
     }
 
-    [[noreturn]] void hThrow(const std::string& iWhat, std::size_t iPlace)
+    // The first fault is told when all is decoded, because whoever shows it has to know what stands behind it.
+    void hKeep(const std::string& iWhat, std::size_t iPlace)
     {
-        const std::string lMessage = ShowPlace(mFile, FindPlace(mText, iPlace)) + iWhat;
-        throw EncodingError(lMessage, std::move(mText), iPlace);
+        mFault = ShowPlace(mFile, FindPlace(mText, iPlace)) + iWhat;
+        mPlace = iPlace;
     }
 
     std::string mFile;
     std::string mLeft;
     std::wstring mText;
+    std::string mFault; // empty where there is none
+    std::size_t mPlace = 0;
 };
 
 // A text that grows takes twice its size whenever it moves, and characters four times that of bytes; so the bytes come

@@ -101,6 +101,11 @@ void CheckIsRegular(const std::string& iFile)
     ReadStatus(iFile);
 }
 
+bool HasOtherNames(const std::string& iFile)
+{
+    return ReadStatus(iFile).st_nlink > 1;
+}
+
 std::vector<std::string> ReplaceText(const FileLock& iLock, const std::function<void(const TakeBytes&)>& iWrite,
                                      const std::optional<std::string>& iBackup)
 {

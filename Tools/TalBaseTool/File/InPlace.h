@@ -17,6 +17,9 @@ namespace TalBaseTool
 // Throws IoError where a name stands for no regular file: a device or a pipe would be gone, with a file in its place.
 void CheckIsRegular(const std::string& iFile);
 
+// Whether a file has other names (hard links), which keep the old text when one of them is given a new one.
+bool HasOtherNames(const std::string& iFile);
+
 // Puts what iWrite hands on under the name of a file that is locked, in place of that file: it is written beside it
 // first, forced to the disk and renamed, so that after a crash at any moment the name stands for the old text or for
 // the new one. Mode, owner, group and extended attributes stay where the system allows it, and a link stays a link;

@@ -2,6 +2,7 @@
 
 #include "Text/Damage.h"
 #include "Text/Display.h"
+#include "Text/Excerpts.h"
 #include "Text/Place.h"
 #include "Text/Text.h"
 
@@ -19,14 +20,15 @@ constexpr std::size_t gLongestName = 60;
 
 // Empty for what is no loss, or is told elsewhere: of an empty bag, what was in it is told here, and the bag itself
 // when it is left out of the text that is written.
-std::string Describe(const TextRemark& iRemark, const std::wstring& iText)
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsHidden)
 {
     const std::wstring_view lPart = std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength);
-    const std::string lName = "'" + ShowValue(lPart, gLongestName) + "'";
+    const std::string lName = iIsHidden ? gHidden : "'" + ShowValue(lPart, gLongestName) + "'";
     switch (iRemark.mKind)
     {
     case TextRemarkKind::IgnoredTail:
         return lPart == L"\n" || lPart == L"\r\n" ? ""
+               : iIsHidden                        ? "what stands behind the last delimiter" // not even how long it is
                                                   : Count(lPart.size(), "character") + " behind the last delimiter";
     case TextRemarkKind::EmptyValue:
         return lName + ", which has no value";
@@ -53,8 +55,9 @@ std::optional<HeaderDamage> FindDamageOfHeader(const std::wstring& iText, const 
 } // namespace
 
 std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
-                                    const std::optional<DelimiterTexts>& iPair)
+                                    const std::optional<DelimiterTexts>& iPair, const Gate& iGate)
 {
+    Excerpts lExcerpts(iText, iGate);
     std::vector<std::string> lLines;
     std::size_t lCount = 0;
     const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
@@ -64,7 +67,7 @@ std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring
     }
     for (const TextRemark& lRemark : lResult.mRemarks)
     {
-        const std::string lLoss = Describe(lRemark, iText);
+        const std::string lLoss = Describe(lRemark, iText, lExcerpts.IsHidden(lRemark.mPosition));
         if (!lLoss.empty() && ++lCount <= gNamed)
         {
             lLines.push_back(ShowPlace(iFile, FindPlace(iText, lRemark.mPosition)) + "not kept: " + lLoss);

@@ -4,6 +4,7 @@
 #define TALBASETOOL_FILE_LOSSES_H
 
 #include "Text/Delimiters.h"
+#include "Text/Gate.h"
 
 #include <string>
 #include <vector>
@@ -12,9 +13,9 @@ namespace TalBaseTool
 {
 
 // A line for each of the first few losses and one that counts the rest; none for a line end behind the text, which is
-// kept. No values: they may be passwords.
+// kept. No values, and of names what the gate of the text shows.
 std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
-                                    const std::optional<DelimiterTexts>& iPair);
+                                    const std::optional<DelimiterTexts>& iPair, const Gate& iGate);
 
 } // namespace TalBaseTool
 

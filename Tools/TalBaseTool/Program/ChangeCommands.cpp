@@ -16,16 +16,17 @@ void AddSet(CLI::App& oApp, ChosenCommand& oChosen)
         "or none. Nested bags on the way that are not there are made. A property that is there already moves to the "
         "end "
         "of its bag, as it does in the library. A VALUE that begins with - goes behind --. With --value-from there is "
-        "no "
-        "VALUE, with --from-list no PATH." +
+        "no VALUE; that is the way for a secret, because an argument is seen by everybody who looks at the running "
+        "programs with ps. With --from-list there is no PATH." +
             std::string(gAboutPaths) + ".",
-        "talbase set --in-place Job 18 Transport/Port 2121 job.bag", Set,
-        [](CLI::App& oCommand, SetOptions& oOptions) {
+        "talbase set --in-place Job 18 Transport/Port 2121 job.bag", Set, [](CLI::App& oCommand, SetOptions& oOptions) {
             oCommand
                 .add_option("PATH VALUE", oOptions.mArguments, "Properties and their values, which may not be empty")
                 ->type_name("PATH");
             AddFile(oCommand, oOptions.mFile); // for the help: the other arguments take it
-            oCommand.add_option("--value-from", oOptions.mValueFile, "A file that holds the value, to the last byte")
+            oCommand
+                .add_option("--value-from", oOptions.mValueFile,
+                            "A file that holds the value; one line end behind it is taken off")
                 ->type_name("FILE");
             oCommand
                 .add_option("--from-list", oOptions.mListFile,
@@ -110,11 +111,17 @@ void AddRedact(CLI::App& oApp, ChosenCommand& oChosen)
     AddCommand<RedactOptions>(
         oApp, oChosen, "redact",
         "Take sensitive properties out at every depth\n"
-        "The library knows which names are sensitive; --name adds others. A nested bag of such a name goes whole.",
+        "The library knows which names are sensitive; --name adds others. What goes is what 'talbase show' hides: the "
+        "properties of such a name or of one that holds it as a word, a nested bag with all that is in it, and plain "
+        "values that hold it as a word. A text with such a name that is not in good order is refused, because there a "
+        "secret may stand anywhere, and so is --in-place for a file with other hard links, which would keep it.",
         "talbase redact --name Token job.bag", Redact, [](CLI::App& oCommand, RedactOptions& oOptions) {
             AddFile(oCommand, oOptions.mFile);
             AddPair(oCommand, oOptions.mPair);
             AddSensitiveNames(oCommand, oOptions.mSecrets);
+            oCommand.add_flag("--force", oOptions.mIsForced,
+                              "Write also where that is refused: of a text that is not in good order, take out what "
+                              "stands where it should; of a file with other hard links, leave them as they are");
             AddInPlace(oCommand, oOptions.mTarget);
         });
 }

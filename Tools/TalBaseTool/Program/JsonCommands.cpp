@@ -21,6 +21,9 @@ void AddToJson(CLI::App& oApp, ChosenCommand& oChosen)
                 ->type_name("N")
                 ->check(CLI::Range(-1, 16))
                 ->capture_default_str();
+            oCommand.add_flag("--redact", oOptions.mIsRedacted,
+                              "Leave sensitive properties out, as 'talbase redact' does");
+            AddSensitiveNames(oCommand, oOptions.mSecrets);
             oCommand.add_flag("--typed", oOptions.mIsTyped, "Write numbers, true, false and null without quotes");
         });
 }

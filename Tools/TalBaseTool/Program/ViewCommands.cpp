@@ -169,6 +169,7 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen)
             oCommand.add_flag("--set", oOptions.mIsSet, "Write the bag with this window");
             AddInPlace(oCommand, oOptions.mTarget);
             AddColor(oCommand, oOptions.mColor);
+            AddSecrets(oCommand, oOptions.mSecrets);
         });
 }
 

@@ -10,6 +10,7 @@
 #include "Text/Path.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -113,6 +114,9 @@ private:
     QBase::ReturnWString mName{L""};
     BagPtr mBag;
 };
+
+// Says at each step of a walk whether the property is kept; of a bag at its beginning and at its end, in the same way.
+using Keeps = std::function<bool(const BagWalk&)>;
 
 // Finds the properties of a bag by name without a scan for each.
 class NameIndex

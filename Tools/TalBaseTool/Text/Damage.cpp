@@ -1,7 +1,6 @@
 #include "Text/Damage.h"
 
 #include "Text/Escaping.h"
-#include "Text/Secrets.h"
 
 #include <algorithm>
 

@@ -21,6 +21,11 @@ std::optional<DelimiterTexts> ReadPair(const RawPair& iPair)
                           ReadArgument(*iPair.mEnd, "the end delimiter")};
 }
 
+bool HasHeader(std::wstring_view iText)
+{
+    return iText.rfind(L"EndDelimiter", 0) == 0;
+}
+
 std::optional<DelimiterTexts> PairOf(const std::wstring& iText, const RawPair& iPair)
 {
     const std::optional<DelimiterTexts> lPair = ReadPair(iPair);
@@ -28,7 +33,7 @@ std::optional<DelimiterTexts> PairOf(const std::wstring& iText, const RawPair& i
     {
         MakeBag(*lPair); // refuses a pair that no bag may have
     }
-    return iText.rfind(L"EndDelimiter", 0) == 0 ? std::nullopt : lPair;
+    return HasHeader(iText) ? std::nullopt : lPair;
 }
 
 BagPtr MakeBag(const DelimiterTexts& iPair)
@@ -63,6 +68,23 @@ QTalBase::TextCheckResult CheckText(const std::wstring& iText, const std::option
 std::wstring WriteHeader(const DelimiterTexts& iPair)
 {
     return L"EndDelimiter" + iPair.mEnd + L"BeginDelimiter" + iPair.mBegin + iPair.mEnd;
+}
+
+HeaderKind FindHeaderKind(std::wstring_view iText, const QTalBase::TextCheckResult& iResult,
+                          const DelimiterTexts& iPair)
+{
+    if (iResult.mContentPosition == 0)
+    {
+        return HeaderKind::Usual;
+    }
+    if (iText.substr(0, iResult.mContentPosition) != WriteHeader(iPair))
+    {
+        return HeaderKind::NotAsWritten;
+    }
+    const std::size_t lOther = iPair.mBegin.find_first_not_of(iPair.mBegin[0]);
+    return lOther != std::wstring::npos && iPair.mBegin.find(iPair.mBegin[0], lOther) != std::wstring::npos
+               ? HeaderKind::Swallowing
+               : HeaderKind::Usual;
 }
 
 } // namespace TalBaseTool

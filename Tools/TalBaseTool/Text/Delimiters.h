@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace TalBaseTool
 {
@@ -30,6 +31,9 @@ struct DelimiterTexts
 // Throws UsageError where only one of the two is given or a text is not UTF-8.
 std::optional<DelimiterTexts> ReadPair(const RawPair& iPair);
 
+// Whether a text has a header, as the library sees it.
+bool HasHeader(std::wstring_view iText);
+
 // The pair to read a text with: none for one that has a header, as the library sees it. Throws what ReadPair and
 // MakeBag throw.
 std::optional<DelimiterTexts> PairOf(const std::wstring& iText, const RawPair& iPair);
@@ -45,6 +49,15 @@ QTalBase::TextCheckResult CheckText(const std::wstring& iText, const std::option
 
 // The header that the library writes for a pair.
 std::wstring WriteHeader(const DelimiterTexts& iPair);
+
+enum class HeaderKind
+{
+    Usual,        // or none
+    NotAsWritten, // the library would write another one for the pair that it names
+    Swallowing    // its begin delimiter looks as if properties had become part of it: "++++a++++1"
+};
+HeaderKind FindHeaderKind(std::wstring_view iText, const QTalBase::TextCheckResult& iResult,
+                          const DelimiterTexts& iPair);
 
 } // namespace TalBaseTool
 

@@ -33,7 +33,7 @@ public:
     using DataError::DataError;
 };
 
-// A text that is none because of a byte, with what was read of it and a little more. Nothing of it is in the message.
+// A text that is none because of a byte, with all that was read of it. Nothing of it is in the message.
 class EncodingError : public TextError
 {
 public:
@@ -60,6 +60,13 @@ private:
 
 // The arguments make no sense.
 class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// What was asked for may not be done, lest a secret gets out.
+class RefusedError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;

@@ -12,14 +12,11 @@ namespace
 
 constexpr std::size_t gBefore = 40; // characters of a line that are shown before a place, and at it and behind
 constexpr std::size_t gBehind = 36;
+constexpr std::wstring_view gMask = L"(hidden)"; // of one width, whatever it stands for
 
 } // namespace
 
-Excerpts::Excerpts(const std::wstring& iText, const QTalBase::TextCheckResult& iResult,
-                   std::optional<DelimiterTexts> iPair, bool iShowSecrets)
-    : mText(iText), mResult(iResult), mPair(std::move(iPair)), mShowSecrets(iShowSecrets)
-{
-}
+Excerpts::Excerpts(const std::wstring& iText, const Gate& iGate) : mText(iText), mGate(iGate) {}
 
 Place Excerpts::FindPlace(std::size_t iPosition)
 {
@@ -36,49 +33,94 @@ Place Excerpts::FindPlace(std::size_t iPosition)
     return mPlace;
 }
 
-bool Excerpts::IsSecret(std::size_t iPosition)
+bool Excerpts::IsHidden(std::size_t iPosition)
 {
-    if (mShowSecrets)
-    {
-        return false;
-    }
-    if (!mSecrets)
-    {
-        mSecrets.emplace(mText, mResult, mPair);
-    }
-    return mSecrets->Has(iPosition);
+    return mGate.GetOpening() == Gate::Opening::Nothing || hFindPart(iPosition) != nullptr;
 }
 
 std::string Excerpts::Make(std::size_t iPosition, std::size_t iLength, const Palette& iPalette, Style iStyle)
 {
-    const std::wstring_view lText = mText;
-    const std::size_t lFirst = iPosition - std::min(iPosition, gBefore);
-    const std::size_t lLineEnd = lText.substr(lFirst, iPosition - lFirst).rfind(L'\n');
-    const std::size_t lStart = lLineEnd != std::wstring_view::npos ? lFirst + lLineEnd + 1 : lFirst;
-    const std::size_t lStop =
-        iPosition + std::min({lText.substr(iPosition, gBehind).find(L'\n'), lText.size() - iPosition, gBehind});
-    const std::wstring lShown = hMasked(lStart, lStop);
-    const std::wstring_view lView = lShown;
-    const bool lIsCutBefore = lStart > 0 && lText[lStart - 1] != L'\n';
-    const bool lIsCutBehind = lStop < lText.size() && lText[lStop] != L'\n';
-    const std::wstring lBefore = (lIsCutBefore ? L"…" : L"") + MakePrintable(lView.substr(0, iPosition - lStart));
-    const std::wstring lAt = MakePrintable(lView.substr(iPosition - lStart, iLength));
-    const std::wstring lBehind =
-        MakePrintable(lView.substr(std::min(lView.size(), iPosition - lStart + iLength))) + (lIsCutBehind ? L"…" : L"");
-    const std::string lCaret = "^" + std::string(std::max<std::size_t>(GetWidth(lAt), 1) - 1, '~');
-    return "  " + ToUtf8(lBefore + lAt + lBehind) + "\n  " + std::string(GetWidth(lBefore), ' ') +
+    if (mGate.GetOpening() == Gate::Opening::Nothing)
+    {
+        return "";
+    }
+    const TextPart* const lPart = hFindPart(iPosition);
+    const std::size_t lAt = lPart != nullptr ? lPart->mStart : iPosition;
+    std::size_t lStart = lAt;
+    for (std::size_t lCount = 0; lStart > 0 && lCount < gBefore;)
+    {
+        const std::size_t lStep = hStepBack(lStart);
+        if (lStep + 1 == lStart && mText[lStep] == L'\n')
+        {
+            break;
+        }
+        lCount += lStep + 1 == lStart ? 1 : gMask.size();
+        lStart = lStep;
+    }
+    std::size_t lStop = lAt;
+    std::size_t lBehindAt = lAt;
+    for (std::size_t lCount = 0; lStop < mText.size() && lCount < gBehind;)
+    {
+        const std::size_t lStep = hStepOn(lStop);
+        if (lStep == lStop + 1 && mText[lStop] == L'\n')
+        {
+            break;
+        }
+        lCount += lStep == lStop + 1 ? 1 : gMask.size();
+        lStop = lStep;
+        lBehindAt = lBehindAt < iPosition + iLength ? lStop : lBehindAt;
+    }
+    const bool lIsCutBefore = lStart > 0 && mText[lStart - 1] != L'\n';
+    const bool lIsCutBehind = lStop < mText.size() && mText[lStop] != L'\n';
+    const std::wstring lBefore = (lIsCutBefore ? L"…" : L"") + hShow(lStart, lAt);
+    const std::wstring lShownAt = hShow(lAt, lBehindAt);
+    const std::wstring lBehind = hShow(lBehindAt, lStop) + (lIsCutBehind ? L"…" : L"");
+    const std::string lCaret = "^" + std::string(std::max<std::size_t>(GetWidth(lShownAt), 1) - 1, '~');
+    return "  " + ToUtf8(lBefore + lShownAt + lBehind) + "\n  " + std::string(GetWidth(lBefore), ' ') +
            iPalette.Paint(iStyle, lCaret) + "\n";
 }
 
-std::wstring Excerpts::hMasked(std::size_t iStart, std::size_t iStop)
+// The hidden part that a character belongs to, or null.
+const TextPart* Excerpts::hFindPart(std::size_t iPosition)
 {
-    std::wstring lPart = mText.substr(iStart, iStop - iStart);
-    if (!mShowSecrets)
+    if (!mParts)
     {
-        IsSecret(iStart); // looks for them
-        mSecrets->Mask(iStart, lPart);
+        mParts = mGate.FindParts(mText);
     }
-    return lPart;
+    const auto lPart = std::upper_bound(mParts->begin(), mParts->end(), iPosition,
+                                        [](std::size_t iValue, const TextPart& iPart) { return iValue < iPart.mStop; });
+    return lPart != mParts->end() && lPart->mStart <= iPosition ? &*lPart : nullptr;
+}
+
+// Over a character, or over a hidden part as a whole.
+std::size_t Excerpts::hStepBack(std::size_t iPosition)
+{
+    const TextPart* const lPart = hFindPart(iPosition - 1);
+    return lPart != nullptr ? lPart->mStart : iPosition - 1;
+}
+
+std::size_t Excerpts::hStepOn(std::size_t iPosition)
+{
+    const TextPart* const lPart = hFindPart(iPosition);
+    return lPart != nullptr ? lPart->mStop : iPosition + 1;
+}
+
+std::wstring Excerpts::hShow(std::size_t iStart, std::size_t iStop)
+{
+    std::wstring lShown;
+    for (std::size_t lPlace = iStart; lPlace < iStop;)
+    {
+        const TextPart* const lHidden = hFindPart(lPlace);
+        std::size_t lStop = lPlace;
+        while (lHidden == nullptr && lStop < iStop && hFindPart(lStop) == nullptr)
+        {
+            ++lStop;
+        }
+        lShown += lHidden != nullptr ? std::wstring(gMask)
+                                     : MakePrintable(std::wstring_view(mText).substr(lPlace, lStop - lPlace));
+        lPlace = lHidden != nullptr ? lHidden->mStop : lStop;
+    }
+    return lShown;
 }
 
 } // namespace TalBaseTool

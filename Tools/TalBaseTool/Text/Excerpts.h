@@ -1,15 +1,16 @@
-// Places of a text and what stands around them, without secrets.
+// Places of a text and what of it may be shown around them.
 
 #ifndef TALBASETOOL_TEXT_EXCERPTS_H
 #define TALBASETOOL_TEXT_EXCERPTS_H
 
 #include "Text/Display.h"
+#include "Text/Gate.h"
 #include "Text/Place.h"
-#include "Text/Secrets.h"
 
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace TalBaseTool
 {
@@ -17,29 +18,29 @@ namespace TalBaseTool
 class Excerpts
 {
 public:
-    // iText, iResult: must outlive this. iPair: the delimiters, or null where they are not known.
-    Excerpts(const std::wstring& iText, const QTalBase::TextCheckResult& iResult, std::optional<DelimiterTexts> iPair,
-             bool iShowSecrets);
+    // iText: must outlive this. iGate: the one that was made for it.
+    Excerpts(const std::wstring& iText, const Gate& iGate);
 
     // The place of the character at an index. Counts on from the last one where that stands before it, so that many
     // places in order take no longer than one.
     Place FindPlace(std::size_t iPosition);
 
-    // Whether what stands at an index must not be shown.
-    bool IsSecret(std::size_t iPosition);
+    // Whether what stands at an index is hidden.
+    bool IsHidden(std::size_t iPosition);
 
-    // Two lines: an excerpt of the line, and a caret under the place.
+    // Two lines: an excerpt of the line, and a caret under the place. Nothing where nothing of the text is shown.
     std::string Make(std::size_t iPosition, std::size_t iLength, const Palette& iPalette, Style iStyle);
 
 private:
-    std::wstring hMasked(std::size_t iStart, std::size_t iStop);
+    const TextPart* hFindPart(std::size_t iPosition);
+    std::size_t hStepBack(std::size_t iPosition);
+    std::size_t hStepOn(std::size_t iPosition);
+    std::wstring hShow(std::size_t iStart, std::size_t iStop);
 
     const std::wstring& mText;
-    const QTalBase::TextCheckResult& mResult;
-    std::optional<DelimiterTexts> mPair;
-    bool mShowSecrets;
-    std::optional<Secrets> mSecrets; // looked for when something is to be shown
-    std::size_t mPosition = 0;       // of the last place
+    Gate mGate;
+    std::optional<std::vector<TextPart>> mParts; // that are hidden; looked for when something is to be shown
+    std::size_t mPosition = 0;                   // of the last place
     Place mPlace;
 };
 

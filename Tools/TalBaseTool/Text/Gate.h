@@ -4,9 +4,10 @@
 //
 //   - A text without a sensitive name is shown as it is, however damaged.
 //   - In good order is a text that reads without an error, with a header as the library writes it, or without one and
-//     with the pair that it was given, and with delimiters that hold no sensitive name. There a sensitive name counts
-//     where it is a word of its own: as a name, or inside a longer one, it hides the value or the bag that it names,
-//     and what follows it in the longer name; inside a value it hides that value. Nothing else is hidden.
+//     with the pair that it was given, with delimiters that hold no sensitive name and with none inside one. There a
+//     sensitive name counts where it is a word of its own: as a name, or inside a longer one, it hides the value or the
+//     bag that it names, and what follows it in the longer name; inside a value it hides that value. Nothing else is
+//     hidden, but for what HiddenParts.h says of delimiters of one character.
 //   - Of any other text with a sensitive name in it, also as a part of a longer word, nothing is shown: no name, value,
 //     delimiter or excerpt; only places, counts, structure, and the reason.
 
@@ -14,10 +15,12 @@
 #define TALBASETOOL_TEXT_GATE_H
 
 #include "Text/Delimiters.h"
+#include "Text/HiddenParts.h"
 #include "Text/SensitiveNames.h"
 
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +55,15 @@ public:
     Gate(const SecretOptions& iOptions, const std::wstring& iText, const std::optional<DelimiterTexts>& iPair,
          bool iIsRead);
 
+    // For what comes from no text form but has names that were read without an error, such as a JSON document.
+    static Gate ForNames(const SecretOptions& iOptions);
+
+    // Hides also what another gate hides: for a bag that is made of several texts.
+    void Join(const Gate& iOther);
+
+    // Shows and hides as in a text in good order, whatever the text: for those who know it.
+    void TakeForGood();
+
     Opening GetOpening() const
     {
         return mOpening;
@@ -66,20 +78,36 @@ public:
     // Whether a nested bag is hidden, with all that is in it.
     bool HidesBag(std::wstring_view iName) const;
 
-    // Whether a name is shown whole.
+    // Whether a name, or a part of it, is hidden.
     bool HidesName(std::wstring_view iName) const;
 
-    // What of a name, of a delimiter, or of a text from no certain place may be shown, fit to be shown.
+    // Where something is hidden in the text that the gate was made for, in order. Goes through all of it.
+    std::vector<TextPart> FindParts(std::wstring_view iText) const;
+
+    // What of a name or of a delimiter may be shown, fit to be shown.
     std::string ShowName(std::wstring_view iName) const;
     std::string ShowDelimiter(std::wstring_view iDelimiter) const;
 
     // The path of a property; what stands below a hidden bag is hidden.
     std::string ShowPath(const Path& iPath) const;
 
+    // The same where only the last gMostNames names are at hand, or all that there are, and the number of names.
+    // iIsBelowHidden: whether the first of those names stands in a hidden bag.
+    std::string ShowPath(const Path& iLast, std::size_t iLevel, bool iIsBelowHidden) const;
+
 private:
+    bool hIsNeighbour(std::wstring_view iName) const;
+    std::wstring_view hShownPart(std::wstring_view iName) const;
+
     std::shared_ptr<const SensitiveNames> mNames;
     Opening mOpening = Opening::Everything;
+    DelimiterTexts mPair; // of a text in good order
+    std::size_t mContent = 0;
+    std::unordered_set<std::wstring> mNeighbours; // names of properties that are hidden for what stands before them
 };
+
+// Says why nothing of a text is shown, where that is so.
+void ReportHidden(const std::string& iFile, const Gate& iGate, std::ostream& oErr);
 
 } // namespace TalBaseTool
 

@@ -2,7 +2,6 @@
 
 #include "Text/Text.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace TalBaseTool
@@ -19,12 +18,9 @@ std::string ShowMessage(const std::wstring& iMessage)
     {
         return ToUtf8(MakePrintable(lMessage));
     }
-    // The first label is the message's, another one belongs to the secret. The delimiters behind a value are none.
-    const std::size_t lStart = lText < lValue ? lText + lTextLabel.size() : lValue + lValueLabel.size();
-    const std::size_t lBehind = lMessage.rfind(L", begin delimiter: ");
-    const std::size_t lStop = lText < lValue || lBehind == lMessage.npos ? lMessage.size() : std::max(lStart, lBehind);
-    return ToUtf8(MakePrintable(lMessage.substr(0, lStart))) + "(" + Count(lStop - lStart, "character") +
-           " not shown)" + ToUtf8(MakePrintable(lMessage.substr(lStop)));
+    // The first label is the message's, another one belongs to the secret.
+    const std::size_t lStop = lText < lValue ? lText + lTextLabel.size() : lValue + lValueLabel.size();
+    return ToUtf8(MakePrintable(lMessage.substr(0, lStop))) + "(not shown)";
 }
 
 std::string ShowReason(std::wstring_view iText, bool iHasPair, const std::wstring& iMessage)

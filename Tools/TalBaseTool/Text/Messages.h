@@ -9,8 +9,8 @@
 namespace TalBaseTool
 {
 
-// A library message without the property texts that some messages carry, which can hold a password ("…; String must be
-// malformed - lPropertyString: (312 characters not shown)").
+// A library message without the texts, values and delimiters that some messages carry, which can hold a password ("…;
+// String must be malformed - lPropertyString: (not shown)").
 std::string ShowMessage(const std::wstring& iMessage);
 
 // Why a text could not be read: the same, behind what a person can do about it where that is known. iHasPair: whether

@@ -22,12 +22,17 @@ locale_t LetterLocale()
     return lLocale;
 }
 
-bool IsWordCharacter(wchar_t iCharacter)
+// What has no shape of its own, and is neither a blank, a control nor a mark to the C library.
+bool IsInvisible(unsigned long iCode)
 {
-    return iCharacter == L'_' || ::iswalnum_l(static_cast<wint_t>(iCharacter), LetterLocale()) != 0;
+    return iCode == 0xA0 || iCode == 0xAD || iCode == 0x61C || iCode == 0x115F || iCode == 0x1160 ||
+           (iCode >= 0x180B && iCode <= 0x180F) || (iCode >= 0x2000 && iCode <= 0x200F) ||
+           (iCode >= 0x2028 && iCode <= 0x202F) || (iCode >= 0x205F && iCode <= 0x206F) || iCode == 0x2800 ||
+           iCode == 0x3164 || (iCode >= 0xFE00 && iCode <= 0xFE0F) || iCode == 0xFEFF || iCode == 0xFFA0 ||
+           (iCode >= 0xFFF9 && iCode <= 0xFFFB) || (iCode >= 0xE0000 && iCode <= 0xE0FFF);
 }
 
-// Blanks, line ends, controls, marks, and what has no shape of its own.
+// Blanks, line ends, controls, marks, and what is invisible.
 bool IsPassedOver(wchar_t iCharacter)
 {
     const unsigned long lCode = static_cast<unsigned int>(iCharacter);
@@ -35,12 +40,23 @@ bool IsPassedOver(wchar_t iCharacter)
     {
         return lCode <= 0x20 || lCode == 0x7F;
     }
-    return lCode == 0xA0 || lCode == 0xAD || (lCode >= 0x80 && lCode <= 0x9F) || (lCode >= 0x300 && lCode <= 0x36F) ||
-           lCode == 0x61C || lCode == 0x1680 || (lCode >= 0x180B && lCode <= 0x180F) ||
-           (lCode >= 0x2000 && lCode <= 0x200F) || (lCode >= 0x2028 && lCode <= 0x202F) ||
-           (lCode >= 0x205F && lCode <= 0x206F) || (lCode >= 0x20D0 && lCode <= 0x20FF) || lCode == 0x3000 ||
-           (lCode >= 0xFE00 && lCode <= 0xFE0F) || (lCode >= 0xFE20 && lCode <= 0xFE2F) || lCode == 0xFEFF ||
-           (lCode >= 0xFFF9 && lCode <= 0xFFFB) || (lCode >= 0xE0000 && lCode <= 0xE0FFF);
+    static const wctype_t lMark = ::wctype_l("combining", LetterLocale());
+    const wint_t lCharacter = static_cast<wint_t>(iCharacter);
+    return IsInvisible(lCode) || ::iswspace_l(lCharacter, LetterLocale()) != 0 ||
+           ::iswcntrl_l(lCharacter, LetterLocale()) != 0 || ::iswctype_l(lCharacter, lMark, LetterLocale()) != 0;
+}
+
+bool IsLetter(wchar_t iCharacter)
+{
+    return iCharacter == L'_' ||
+           (::iswalnum_l(static_cast<wint_t>(iCharacter), LetterLocale()) != 0 && !IsPassedOver(iCharacter));
+}
+
+// Upper case first: there are small letters, such as the long s, that only that makes equal to others.
+wchar_t WithoutCase(wchar_t iCharacter)
+{
+    const wint_t lUpper = ::towupper_l(static_cast<wint_t>(iCharacter), LetterLocale());
+    return static_cast<wchar_t>(::towlower_l(lUpper, LetterLocale()));
 }
 
 int DigitOf(wchar_t iCharacter)
@@ -49,6 +65,77 @@ int DigitOf(wchar_t iCharacter)
            : iCharacter >= L'a' && iCharacter <= L'f' ? static_cast<int>(iCharacter - L'a') + 10
            : iCharacter >= L'A' && iCharacter <= L'F' ? static_cast<int>(iCharacter - L'A') + 10
                                                       : -1;
+}
+
+// What an escape of JSON stands for, in a text; nothing where there is none. Several backslashes come from JSON within
+// JSON.
+struct Escape
+{
+    wchar_t mCharacter = 0;
+    std::size_t mStop = 0; // 0 where there is none
+};
+
+std::optional<unsigned int> ReadCode(std::wstring_view iText, std::size_t iPlace)
+{
+    if (iPlace + 4 > iText.size())
+    {
+        return {};
+    }
+    unsigned int lCode = 0;
+    for (const wchar_t lCharacter : iText.substr(iPlace, 4))
+    {
+        const int lDigit = DigitOf(lCharacter);
+        if (lDigit < 0)
+        {
+            return {};
+        }
+        lCode = lCode * 16 + static_cast<unsigned int>(lDigit);
+    }
+    return lCode;
+}
+
+std::size_t PassBackslashes(std::wstring_view iText, std::size_t iPlace)
+{
+    return std::min(iText.find_first_not_of(L'\\', iPlace), iText.size());
+}
+
+// Two codes in a row may be the halves of one character.
+Escape ReadCodes(std::wstring_view iText, std::size_t iPlace)
+{
+    const std::optional<unsigned int> lCode = ReadCode(iText, iPlace);
+    if (!lCode)
+    {
+        return {};
+    }
+    const std::size_t lSecond = PassBackslashes(iText, iPlace + 4);
+    const bool lMayBePair = *lCode >= 0xD800 && *lCode < 0xDC00 && lSecond > iPlace + 4 && lSecond < iText.size();
+    const std::optional<unsigned int> lLow =
+        lMayBePair && iText[lSecond] == L'u' ? ReadCode(iText, lSecond + 1) : std::nullopt;
+    if (lLow && *lLow >= 0xDC00 && *lLow < 0xE000)
+    {
+        return {static_cast<wchar_t>(0x10000 + ((*lCode - 0xD800) << 10) + (*lLow - 0xDC00)), lSecond + 5};
+    }
+    return {static_cast<wchar_t>(*lCode), iPlace + 4};
+}
+
+// iPlace: of the first backslash.
+Escape ReadEscape(std::wstring_view iText, std::size_t iPlace)
+{
+    const std::size_t lLetter = PassBackslashes(iText, iPlace);
+    if (lLetter == iText.size())
+    {
+        return {};
+    }
+    if (iText[lLetter] == L'u')
+    {
+        return ReadCodes(iText, lLetter + 1);
+    }
+    if (iText[lLetter] == L'/' || iText[lLetter] == L'"')
+    {
+        return {iText[lLetter], lLetter + 1};
+    }
+    const bool lIsBlank = std::wstring_view(L"nrtbf").find(iText[lLetter]) != std::wstring_view::npos;
+    return lIsBlank ? Escape{L' ', lLetter + 1} : Escape{};
 }
 
 // Reads a text character by character as names are compared.
@@ -62,82 +149,45 @@ public:
     {
         while (mPlace < mText.size())
         {
-            mStart = mPlace;
-            const wchar_t lCharacter = hTake();
-            if (lCharacter != 0 && !IsPassedOver(lCharacter))
+            const wchar_t lCharacter = Take();
+            if (!IsPassedOver(lCharacter))
             {
-                mCharacter = static_cast<wchar_t>(::towlower_l(static_cast<wint_t>(lCharacter), LetterLocale()));
+                mCharacter = WithoutCase(lCharacter);
                 return true;
             }
         }
         return false;
     }
 
+    // The next character, whatever it is.
+    wchar_t Take()
+    {
+        const Escape lEscape = mText[mPlace] == L'\\' ? ReadEscape(mText, mPlace) : Escape{};
+        if (lEscape.mStop != 0)
+        {
+            mPlace = lEscape.mStop;
+            return lEscape.mCharacter;
+        }
+        const wchar_t lCharacter = mText[mPlace];
+        mPlace = lCharacter == L'\\' ? PassBackslashes(mText, mPlace) : mPlace + 1;
+        return lCharacter;
+    }
+
+    // As it is compared.
     wchar_t GetCharacter() const
     {
         return mCharacter;
     }
 
-    // Where the character begins, and the place behind it.
-    std::size_t GetStart() const
-    {
-        return mStart;
-    }
-
+    // The place behind it.
     std::size_t GetStop() const
     {
         return mPlace;
     }
 
 private:
-    // A character, or what an escape of JSON stands for; 0 for one that stands for a blank or for nothing. Several
-    // backslashes come from JSON within JSON.
-    wchar_t hTake()
-    {
-        if (mText[mPlace] != L'\\')
-        {
-            return mText[mPlace++];
-        }
-        std::size_t lPlace = mPlace;
-        while (lPlace < mText.size() && mText[lPlace] == L'\\')
-        {
-            ++lPlace;
-        }
-        const wchar_t lLetter = lPlace < mText.size() ? mText[lPlace] : L'\0';
-        const std::optional<wchar_t> lCode = lLetter == L'u' ? hReadCode(lPlace + 1) : std::nullopt;
-        if (lCode)
-        {
-            mPlace = lPlace + 5;
-            return *lCode;
-        }
-        const bool lIsBlank = lLetter != 0 && std::wstring_view(L"nrtbf").find(lLetter) != std::wstring_view::npos;
-        const bool lIsItself = lLetter == L'/' || lLetter == L'"';
-        mPlace = lIsBlank || lIsItself ? lPlace + 1 : lPlace;
-        return lIsItself ? lLetter : lIsBlank ? L'\0' : L'\\';
-    }
-
-    std::optional<wchar_t> hReadCode(std::size_t iPlace) const
-    {
-        if (iPlace + 4 > mText.size())
-        {
-            return {};
-        }
-        int lCode = 0;
-        for (std::size_t lIndex = iPlace; lIndex < iPlace + 4; ++lIndex)
-        {
-            const int lDigit = DigitOf(mText[lIndex]);
-            if (lDigit < 0)
-            {
-                return {};
-            }
-            lCode = lCode * 16 + lDigit;
-        }
-        return static_cast<wchar_t>(lCode);
-    }
-
     std::wstring_view mText;
     std::size_t mPlace;
-    std::size_t mStart = 0;
     wchar_t mCharacter = 0;
 };
 
@@ -151,7 +201,39 @@ std::wstring AsCompared(std::wstring_view iName)
     return lName;
 }
 
+// Whether a letter, a digit or an underscore stands right before a place. The last character of an escape is none.
+bool IsTouchedBefore(std::wstring_view iText, std::size_t iPlace)
+{
+    constexpr std::size_t lLongest = 12; // "\uXXXX" twice
+    if (iPlace == 0 || !IsLetter(iText[iPlace - 1]))
+    {
+        return false;
+    }
+    for (std::size_t lStart = iPlace - 1; lStart > 0 && iPlace - lStart < lLongest; --lStart)
+    {
+        if (iText[lStart - 1] == L'\\')
+        {
+            const Escape lEscape = ReadEscape(iText.substr(0, iPlace), lStart - 1);
+            if (lEscape.mStop == iPlace)
+            {
+                return IsLetter(lEscape.mCharacter);
+            }
+        }
+    }
+    return true;
+}
+
+bool IsTouchedBehind(std::wstring_view iText, std::size_t iPlace)
+{
+    return iPlace < iText.size() && IsLetter(NameReader(iText, iPlace).Take());
+}
+
 } // namespace
+
+bool IsWordCharacter(wchar_t iCharacter)
+{
+    return IsLetter(iCharacter);
+}
 
 SensitiveNames::SensitiveNames(const std::vector<std::wstring>& iOthers)
 {
@@ -170,9 +252,8 @@ SensitiveNames::SensitiveNames(const std::vector<std::wstring>& iOthers)
     }
     for (const std::wstring& lName : lNames)
     {
-        mNames.push_back(AsCompared(lName));
+        hAdd(AsCompared(lName));
     }
-    mNames.erase(std::remove(mNames.begin(), mNames.end(), std::wstring()), mNames.end());
 }
 
 bool SensitiveNames::Is(std::wstring_view iText) const
@@ -182,35 +263,90 @@ bool SensitiveNames::Is(std::wstring_view iText) const
 
 std::optional<NamePlace> SensitiveNames::FindWord(std::wstring_view iText) const
 {
-    return hFind(iText, true);
+    return hFind(iText, 0, true);
 }
 
-bool SensitiveNames::IsIn(std::wstring_view iText) const
+std::optional<NamePlace> SensitiveNames::Find(std::wstring_view iText, std::size_t iFrom) const
 {
-    return hFind(iText, false).has_value();
+    return hFind(iText, iFrom, false);
 }
 
-std::optional<NamePlace> SensitiveNames::hFind(std::wstring_view iText, bool iAsWord) const
+void SensitiveNames::hAdd(const std::wstring& iName)
 {
-    for (NameReader lFirst(iText, 0); lFirst.Next();)
+    if (iName.empty())
     {
-        for (const std::wstring& lName : mNames)
+        return;
+    }
+    mNames.push_back(iName);
+    for (std::size_t lCode = 0; lCode < mMayBegin.size(); ++lCode)
+    {
+        mMayBegin[lCode] = mMayBegin[lCode] || lCode == L'\\' || WithoutCase(static_cast<wchar_t>(lCode)) == iName[0];
+    }
+    // Beyond ASCII, the letter itself, its large one, and those that are a case of none but themselves: the dotted and
+    // the dotless i, the long s, the large sharp s, and the signs of ohm, kelvin and angstrom.
+    const wchar_t lUpper = static_cast<wchar_t>(::towupper_l(static_cast<wint_t>(iName[0]), LetterLocale()));
+    for (const wchar_t lLetter :
+         {iName[0], lUpper, L'\u0130', L'\u0131', L'\u017F', L'\u1E9E', L'\u2126', L'\u212A', L'\u212B'})
+    {
+        if (WithoutCase(lLetter) == iName[0] && lLetter >= static_cast<wchar_t>(mMayBegin.size()))
         {
-            NameReader lReader = lFirst;
-            std::size_t lCount = 0;
-            while (lReader.GetCharacter() == lName[lCount] && ++lCount < lName.size() && lReader.Next())
-            {
-            }
-            const std::size_t lStart = lFirst.GetStart();
-            const std::size_t lStop = lReader.GetStop();
-            if (lCount == lName.size() && (!iAsWord || ((lStart == 0 || !IsWordCharacter(iText[lStart - 1])) &&
-                                                        (lStop == iText.size() || !IsWordCharacter(iText[lStop])))))
-            {
-                return NamePlace{lStart, lStop};
-            }
+            mOthers += lLetter;
+        }
+    }
+}
+
+// Most texts hold no name, so this comes down to a look at each character.
+bool SensitiveNames::hMayBegin(wchar_t iCharacter) const
+{
+    const unsigned long lCode = static_cast<unsigned int>(iCharacter);
+    return lCode < mMayBegin.size() ? mMayBegin[lCode] : mOthers.find(iCharacter) != std::wstring::npos;
+}
+
+// A character behind a backslash may be a part of an escape or itself, so a name may begin there in two ways.
+std::optional<NamePlace> SensitiveNames::hFind(std::wstring_view iText, std::size_t iFrom, bool iAsWord) const
+{
+    for (std::size_t lStart = iFrom; lStart < iText.size(); ++lStart)
+    {
+        if (!hMayBegin(iText[lStart]))
+        {
+            continue;
+        }
+        const std::size_t lStop = hMatch(iText, lStart, iAsWord);
+        if (lStop != 0)
+        {
+            return NamePlace{lStart, lStop};
+        }
+        if (iText[lStart] == L'\\')
+        {
+            lStart = PassBackslashes(iText, lStart) - 1;
         }
     }
     return {};
+}
+
+// The place behind the longest name that begins at a place; 0 where there is none.
+std::size_t SensitiveNames::hMatch(std::wstring_view iText, std::size_t iStart, bool iAsWord) const
+{
+    if (iText[iStart] == L'\\' && IsPassedOver(NameReader(iText, iStart).Take()))
+    {
+        return 0; // what comes behind the escape begins there
+    }
+    std::size_t lLongest = 0;
+    for (const std::wstring& lName : mNames)
+    {
+        NameReader lReader(iText, iStart);
+        std::size_t lCount = 0;
+        while (lCount < lName.size() && lReader.Next() && lReader.GetCharacter() == lName[lCount])
+        {
+            ++lCount;
+        }
+        const std::size_t lStop = lReader.GetStop();
+        if (lCount == lName.size() && (!iAsWord || (!IsTouchedBefore(iText, iStart) && !IsTouchedBehind(iText, lStop))))
+        {
+            lLongest = std::max(lLongest, lStop);
+        }
+    }
+    return lLongest;
 }
 
 } // namespace TalBaseTool

@@ -7,6 +7,7 @@
 #ifndef TALBASETOOL_TEXT_SENSITIVENAMES_H
 #define TALBASETOOL_TEXT_SENSITIVENAMES_H
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -35,14 +36,29 @@ public:
     // The first one that stands in a text as a word of its own: no letter, digit or underscore touches it.
     std::optional<NamePlace> FindWord(std::wstring_view iText) const;
 
-    // Whether one stands anywhere in a text, also as a part of a longer word.
-    bool IsIn(std::wstring_view iText) const;
+    // The next one that stands anywhere in a text from a place on, also as a part of a longer word; of several that
+    // begin in one place, the longest.
+    std::optional<NamePlace> Find(std::wstring_view iText, std::size_t iFrom) const;
+
+    // Whether there is one.
+    bool IsIn(std::wstring_view iText) const
+    {
+        return Find(iText, 0).has_value();
+    }
 
 private:
-    std::optional<NamePlace> hFind(std::wstring_view iText, bool iAsWord) const;
+    void hAdd(const std::wstring& iName);
+    bool hMayBegin(wchar_t iCharacter) const;
+    std::optional<NamePlace> hFind(std::wstring_view iText, std::size_t iFrom, bool iAsWord) const;
+    std::size_t hMatch(std::wstring_view iText, std::size_t iStart, bool iAsWord) const;
 
-    std::vector<std::wstring> mNames; // as they are compared
+    std::vector<std::wstring> mNames;     // as they are compared
+    std::array<bool, 128> mMayBegin = {}; // for each character of ASCII, whether a name may begin with it
+    std::wstring mOthers;                 // the same beyond ASCII
 };
+
+// Whether a character is a letter, a digit or an underscore.
+bool IsWordCharacter(wchar_t iCharacter);
 
 } // namespace TalBaseTool
 

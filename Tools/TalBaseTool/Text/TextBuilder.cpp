@@ -1,6 +1,5 @@
 #include "Text/TextBuilder.h"
 
-#include "Text/BagWalk.h"
 #include "Text/Delimiters.h"
 #include "Text/Errors.h"
 #include "Text/Messages.h"
@@ -281,11 +280,16 @@ std::size_t Measure(const BagPtr& iBag, const std::wstring& iBegin, const std::w
     return lSize;
 }
 
-void AddContent(TextBuilder& oBuilder, const BagPtr& iBag, bool iIsSame)
+void AddContent(TextBuilder& oBuilder, const BagPtr& iBag, bool iIsSame, const Gate& iGate, const Keeps& iKeeps)
 {
     const Escaping lEscaping(iBag->GetBeginDelimiter(), iBag->GetEndDelimiter());
     for (BagWalk lWalk(iBag); lWalk.Next();)
     {
+        if (iKeeps && !iKeeps(lWalk))
+        {
+            lWalk.GetStep() == Step::Enter ? lWalk.Skip() : void();
+            continue;
+        }
         Fault lFault = Fault::None;
         switch (lWalk.GetStep())
         {
@@ -302,18 +306,19 @@ void AddContent(TextBuilder& oBuilder, const BagPtr& iBag, bool iIsSame)
         }
         if (lFault != Fault::None)
         {
-            throw DataError(ShowPath(lWalk.GetPath()) + ": with these delimiters it would be " + Describe(lFault));
+            throw DataError(iGate.ShowPath(lWalk.GetPath()) + ": with these delimiters it would be " +
+                            Describe(lFault));
         }
     }
 }
 
 } // namespace
 
-void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd)
+void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd, const Gate& iGate, const Keeps& iKeeps)
 {
     TextBuilder lBuilder(iBegin, iEnd);
     lBuilder.Reserve(Measure(oBag, iBegin, iEnd));
-    AddContent(lBuilder, oBag, iBegin == oBag->GetBeginDelimiter() && iEnd == oBag->GetEndDelimiter());
+    AddContent(lBuilder, oBag, iBegin == oBag->GetBeginDelimiter() && iEnd == oBag->GetEndDelimiter(), iGate, iKeeps);
     oBag = {};
     try
     {
@@ -325,11 +330,11 @@ void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd)
     }
 }
 
-BagPtr WithDelimiters(BagPtr iBag, const std::wstring& iBegin, const std::wstring& iEnd)
+BagPtr WithDelimiters(BagPtr iBag, const std::wstring& iBegin, const std::wstring& iEnd, const Gate& iGate)
 {
     if (iBegin != iBag->GetBeginDelimiter() || iEnd != iBag->GetEndDelimiter())
     {
-        Rebuild(iBag, iBegin, iEnd);
+        Rebuild(iBag, iBegin, iEnd, iGate);
     }
     return iBag;
 }

@@ -6,7 +6,9 @@
 #define TALBASETOOL_TEXT_TEXTBUILDER_H
 
 #include "TalBase/TextCheck.h"
+#include "Text/BagWalk.h"
 #include "Text/Escaping.h"
+#include "Text/Gate.h"
 
 #include <cstddef>
 #include <string>
@@ -109,14 +111,15 @@ private:
 };
 
 // The same properties in a bag with other delimiters, its values stored as that pair wants it. Throws DataError, with
-// the path, where the text of that bag would not give them back. Hand a bag over that is not needed any more: it is let
-// go before the new one is made.
-BagPtr WithDelimiters(BagPtr iBag, const std::wstring& iBegin, const std::wstring& iEnd);
+// the path as the gate shows it, where the text of that bag would not give them back. Hand a bag over that is not
+// needed any more: it is let go before the new one is made.
+BagPtr WithDelimiters(BagPtr iBag, const std::wstring& iBegin, const std::wstring& iEnd, const Gate& iGate);
 
-// Puts a new bag with the pair in the place of a bag in any case, without empty nested bags. Values stay as stored
-// where the pair is the bag's own. Throws as WithDelimiters does. The bag is still there then, or null where its text
-// could not even be read.
-void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd);
+// Puts a new bag with the pair in the place of a bag in any case, without empty nested bags, and without the properties
+// that are not kept. Values stay as stored where the pair is the bag's own. Throws as WithDelimiters does. The bag is
+// still there then, or null where its text could not even be read.
+void Rebuild(BagPtr& oBag, const std::wstring& iBegin, const std::wstring& iEnd, const Gate& iGate,
+             const Keeps& iKeeps = {});
 
 } // namespace TalBaseTool
 

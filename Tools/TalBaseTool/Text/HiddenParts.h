@@ -1,0 +1,47 @@
+// Where something is hidden in a text in good order. Its delimiters alone tell, since the text reads without an error.
+//
+// Hidden are the value or the bag of a name that holds a sensitive name as a word, what follows the word in that name,
+// values that hold one, and a tail behind the last delimiter that does.
+//
+// Where one changed or lost character makes another text of the same delimiters, such as of "[" and "]", that is not
+// enough: two slips, and what was a sensitive bag is an empty property or somebody's value, with the secret behind it
+// as the next property. So there the property, or the tail, that follows an empty sensitive property or a value that is
+// a sensitive name and nothing else is hidden, its name, too.
+
+#ifndef TALBASETOOL_TEXT_HIDDENPARTS_H
+#define TALBASETOOL_TEXT_HIDDENPARTS_H
+
+#include "Text/Delimiters.h"
+#include "Text/SensitiveNames.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace TalBaseTool
+{
+
+struct TextPart
+{
+    std::size_t mStart;
+    std::size_t mStop;
+};
+
+struct HiddenParts
+{
+    // A delimiter stands inside a sensitive name: then nothing of the text is in its place, and the rest is not filled.
+    bool mIsNameCut = false;
+
+    std::unordered_set<std::wstring> mNames; // of properties that are hidden for what stands before them
+    std::vector<TextPart> mParts;            // in order, where they were asked for
+};
+
+// iContent: where the properties begin, behind the header. The text reads without an error with the pair.
+HiddenParts FindHiddenParts(std::wstring_view iText, std::size_t iContent, const DelimiterTexts& iPair,
+                            const SensitiveNames& iNames, bool iWithParts);
+
+} // namespace TalBaseTool
+
+#endif
