@@ -1,7 +1,8 @@
-// What the commands cost: time that grows with the length of
+// What the commands cost: memory on a file of mails as a multiple of its size, and time that grows with the length of
 // hostile input and not with its square. `./dev bench tool` measures both on large files; here each case has to stay
 // far below a square, on any machine and under any load.
 
+#include "Tests/Support/FailingNew.h"
 #include "Tests/Tools/Hostile.h"
 #include "Tests/Tools/RunTool.h"
 #include "Tests/Tools/Screens.h"
@@ -44,6 +45,14 @@ void Run(const std::vector<std::string>& iArguments)
     std::ostream lOut(&lBuffer);
     std::ostream lErr(&lBuffer);
     TalBaseTool::RunCommandLine(iArguments, {lOut, lErr, false, false});
+}
+
+double PeakMultiple(const std::vector<std::string>& iArguments, std::size_t iBytes)
+{
+    const std::size_t lBefore = Support::BytesHeld();
+    Support::RestartPeak();
+    Run(iArguments);
+    return static_cast<double>(Support::PeakBytesHeld() - lBefore) / static_cast<double>(iBytes);
 }
 
 constexpr std::size_t gShort = 1 << 10;
@@ -100,6 +109,35 @@ std::string First(const std::vector<std::string>& iArguments)
 }
 
 } // namespace
+
+// The multiples that Docs/Limits.md states.
+TEST(Cost, MemoryStaysWithinTheStatedMultiplesOfAFileOfMails)
+{
+    const Workplace lWorkplace;
+    const std::string lText = MakeMails(500000);
+    const std::string lFile = lWorkplace.Write("mails.bag", lText);
+    const std::string lJson = lWorkplace.Write("mails.json", RunTool({"to-json", lFile}).mOut);
+    struct Case
+    {
+        double mMost;
+        std::vector<std::string> mArguments;
+    };
+    const Case lCases[] = {{7, {"check", lFile}},
+                           {9, {"show", lFile}},
+                           {9, {"get", "Job 0", lFile}},
+                           {9, {"to-json", lFile}},
+                           {8, {"from-json", lJson}},
+                           {11, {"set", "Job 0/Subject", "x", lFile}},
+                           {11, {"set", "New/Subject", "x", lFile}},
+                           {11, {"remove", "Job 0/Subject", lFile}},
+                           {11, {"move", "Job 0/Subject", "Subject", lFile}},
+                           {11, {"redact", lFile}},
+                           {11, {"delimiters", "--begin", "<=", "--end", ";;>", lFile}}};
+    for (const Case& lCase : lCases)
+    {
+        EXPECT_LE(PeakMultiple(lCase.mArguments, lText.size()), lCase.mMost) << First(lCase.mArguments);
+    }
+}
 
 TEST(Cost, HostileFilesTakeTimeInProportionToTheirLength)
 {

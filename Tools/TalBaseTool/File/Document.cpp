@@ -77,29 +77,22 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOpt
     return lDocument;
 }
 
-// A text that could not be read again is never written.
+// A text that would not give the bag back is never written.
 void CheckReadsBack(const Document& iDocument)
 {
-    const QBase::ReturnWString lText = iDocument.mBag->GetString(iDocument.mHasHeader, nullptr, nullptr, true);
-    const Progress lProgress("reading back", lText.GetLength());
-    BagPtr lReadBack;
-    try
+    const Progress lProgress("checking what is written");
+    const QTalBase::TextFault lFault = QTalBase::FindTextFault(*iDocument.mBag, iDocument.mHasHeader, nullptr, nullptr);
+    if (lFault.IsNone())
     {
-        const DelimiterTexts lPair{iDocument.mBag->GetBeginDelimiter(), iDocument.mBag->GetEndDelimiter()};
-        lReadBack = ReadBag(lText.c_str(), iDocument.mHasHeader ? std::nullopt : std::make_optional(lPair));
+        return;
     }
-    catch (const QBase::Message& lMessage)
+    Path lPath;
+    for (const QBase::ReturnWString& lName : lFault.mPath)
     {
-        throw DataError("the text could not be read back: " + ShowMessage(lMessage.GetMessage()));
+        lPath.emplace_back(lName.c_str());
     }
-    catch (const std::out_of_range&)
-    {
-        throw DataError("the text could not be read back: its header ends too early");
-    }
-    if (const std::optional<Path> lPath = FindChange(iDocument.mBag, lReadBack))
-    {
-        throw DataError(iDocument.mGate.ShowPath(*lPath) + " would not be read back as it is");
-    }
+    throw DataError(lPath.empty() ? "with these delimiters the text could not be read back"
+                                  : iDocument.mGate.ShowPath(lPath) + " would not be read back as it is");
 }
 
 constexpr std::size_t gShownBags = 3;
