@@ -119,8 +119,17 @@ std::string RunScreen(const std::string& iScreen)
     std::string lScreen;
     for (const std::string& lCommand : FindCommands(iScreen))
     {
-        const Workplace lWorkplace;
-        const Finished lFinished = RunShell(lWorkplace.GetFolder(), "exec 2>&1; " + lCommand);
+        lScreen += RunScreenIn(Workplace().GetFolder(), "$ " + lCommand);
+    }
+    return lScreen;
+}
+
+std::string RunScreenIn(const fs::path& iFolder, const std::string& iScreen)
+{
+    std::string lScreen;
+    for (const std::string& lCommand : FindCommands(iScreen))
+    {
+        const Finished lFinished = RunShell(iFolder, "exec 2>&1; " + lCommand);
         lScreen += "$ " + lCommand + "\n" + WithVisibleEscapes(lFinished.mOutput);
         lScreen += lScreen.back() != '\n' ? "\n" : "";
         lScreen += lFinished.mStatus != 0 ? "[exit " + std::to_string(lFinished.mStatus) + "]\n" : "";

@@ -52,6 +52,9 @@ std::vector<std::string> FindCommands(const std::string& iScreen);
 // What the commands of a screen really give, in the same form.
 std::string RunScreen(const std::string& iScreen);
 
+// The same in one folder for all commands, which see what those before them left there.
+std::string RunScreenIn(const std::filesystem::path& iFolder, const std::string& iScreen);
+
 } // namespace ToolTests
 
 #endif

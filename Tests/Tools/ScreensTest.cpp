@@ -42,19 +42,19 @@ class Screens : public testing::TestWithParam<std::string>
 {
 };
 
-// The blocks of the README that begin with a command of the tool.
-std::vector<std::string> ReadmeScreens()
+// The blocks of a language in the README that begin with a command of the tool.
+std::vector<std::string> ReadmeBlocks(const std::string& iLanguage, const std::string& iCommand)
 {
     const std::string lReadme = Documents::ReadProjectFile("README.md");
-    const std::string lStart = "\n```text\n";
-    std::vector<std::string> lScreens;
-    for (std::size_t lPlace = lReadme.find(lStart + "$ talbase"); lPlace != std::string::npos;
-         lPlace = lReadme.find(lStart + "$ talbase", lPlace + 1))
+    const std::string lStart = "\n```" + iLanguage + "\n";
+    std::vector<std::string> lBlocks;
+    for (std::size_t lPlace = lReadme.find(lStart + iCommand); lPlace != std::string::npos;
+         lPlace = lReadme.find(lStart + iCommand, lPlace + 1))
     {
         const std::size_t lText = lPlace + lStart.size();
-        lScreens.push_back(lReadme.substr(lText, lReadme.find("```\n", lText) - lText));
+        lBlocks.push_back(lReadme.substr(lText, lReadme.find("```\n", lText) - lText));
     }
-    return lScreens;
+    return lBlocks;
 }
 
 } // namespace
@@ -68,12 +68,21 @@ TEST_P(Screens, AreAsWritten)
 
 INSTANTIATE_TEST_SUITE_P(Golden, Screens, testing::ValuesIn(ScreenNames()), TestName);
 
+// Typed in order in an empty folder, as a reader does: first what makes the bags, then the screens.
 TEST(ReadmeScreens, AreWhatTheToolPrints)
 {
+    const Workplace lWorkplace;
+    const fs::path lFolder = fs::path(lWorkplace.GetFolder()) / "of-the-reader";
+    fs::create_directory(lFolder);
+    const std::vector<std::string> lMaking = ReadmeBlocks("sh", "talbase ");
+    ASSERT_EQ(lMaking.size(), 1U);
+    const Finished lMade = RunShell(lFolder, "exec 2>&1; set -e -o pipefail; " + lMaking[0]);
+    EXPECT_EQ(lMade.mOutput, "");
+    ASSERT_EQ(lMade.mStatus, 0);
     std::set<std::string> lShown;
-    for (const std::string& lScreen : ReadmeScreens())
+    for (const std::string& lScreen : ReadmeBlocks("text", "$ talbase "))
     {
-        EXPECT_EQ(RunScreen(lScreen), lScreen);
+        EXPECT_EQ(RunScreenIn(lFolder, lScreen), lScreen);
         for (const std::string& lCommand : FindCommands(lScreen))
         {
             lShown.insert(lCommand.substr(0, lCommand.find(' ', 8)));
