@@ -113,7 +113,7 @@ TEST(ManualPages, HaveEveryOptionOfTheirCommand)
         const std::string lPage = ReadFile(TALBASE_TOOL_SHARE "/man/man1/talbase-" + Word(lCommand) + ".1");
         EXPECT_EQ(lPage, MakeManualPage(lCommand, {}));
         for (const char* lSection : {".SH NAME\n", ".SH SYNOPSIS\n", ".SH DESCRIPTION\n", ".SH OPTIONS\n",
-                                     ".SH EXIT STATUS\n", ".SH EXAMPLE\n", ".SH SEE ALSO\n"})
+                                     ".SH EXIT STATUS\n", ".TP\n\\fBCOLUMNS\\fR\n", ".SH EXAMPLE\n", ".SH SEE ALSO\n"})
         {
             EXPECT_NE(lPage.find(lSection), std::string::npos) << lCommand.mName << ": " << lSection;
         }
@@ -129,6 +129,8 @@ TEST(ManualPages, HaveEveryOptionOfTheirCommand)
         }
     }
     const std::string lPage = ReadFile(TALBASE_TOOL_SHARE "/man/man1/talbase.1");
+    EXPECT_NE(lPage.find("\ncheck                 valid     invalid              trouble\n"), std::string::npos)
+        << lPage;
     for (const CommandHelp& lCommand : Commands())
     {
         EXPECT_NE(lPage.find(lCommand.mSummary), std::string::npos) << lCommand.mName;

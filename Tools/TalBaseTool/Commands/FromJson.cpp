@@ -16,6 +16,7 @@
 #include "QBase/Convert.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <unordered_map>
 
@@ -36,12 +37,60 @@ struct JsonError
     std::string mText;
 };
 
+// Goes through the bytes of a document and tells how far it is.
+class Reading
+{
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    Reading(const char* ipAt, const char** oppRead) : mpAt(ipAt), mppRead(oppRead) {}
+
+    const char& operator*() const
+    {
+        return *mpAt;
+    }
+
+    Reading& operator++()
+    {
+        *mppRead = ++mpAt;
+        return *this;
+    }
+
+    Reading operator++(int)
+    {
+        const Reading lBefore = *this;
+        ++*this;
+        return lBefore;
+    }
+
+    bool operator==(const Reading& iOther) const
+    {
+        return mpAt == iOther.mpAt;
+    }
+
+private:
+    const char* mpAt;
+    const char** mppRead;
+};
+
 class JsonReader : public nlohmann::json_sax<AnyJson>
 {
 public:
-    JsonReader(TextBuilder& oBuilder, JsonReport& oReport, const Gate& iGate)
-        : mBuilder(oBuilder), mReport(oReport), mGate(iGate)
+    // ippRead: where the bytes that were read end, as they are read.
+    JsonReader(TextBuilder& oBuilder, JsonReport& oReport, const Gate& iGate, const char* const* ippRead)
+        : mBuilder(oBuilder), mReport(oReport), mGate(iGate), mppRead(ippRead), mpDone(*ippRead)
     {
+    }
+
+    // Where the first of what a bag cannot hold begins, but for what stands behind a value; an object or array that is
+    // not held as it is has its end there. Null where all can be held.
+    const char* GetFirstLoss() const
+    {
+        return mpFirstLoss;
     }
 
     const JsonError& GetError() const
@@ -76,7 +125,7 @@ public:
 
     bool string(string_t& iValue) override
     {
-        return hTake(iValue, false);
+        return hDone(hTake(iValue, false));
     }
 
     bool binary(binary_t&) override
@@ -86,28 +135,28 @@ public:
 
     bool start_object(std::size_t) override
     {
-        return hOpen(false);
+        return hDone(hOpen(false));
     }
 
     bool key(string_t& iName) override
     {
         mFrames.back().mName = QBase::UTF8ToWideChar(iName, true);
-        return true;
+        return hDone(true);
     }
 
     bool end_object() override
     {
-        return hClose();
+        return hDone(hClose());
     }
 
     bool start_array(std::size_t) override
     {
-        return hOpen(true);
+        return hDone(hOpen(true));
     }
 
     bool end_array() override
     {
-        return hClose();
+        return hDone(hClose());
     }
 
     // The message is "[json.exception.…] parse error at line 1, column 10: …; last read: …", where the last piece is
@@ -153,6 +202,13 @@ private:
         });
     }
 
+    // Ends each event.
+    bool hDone(bool iIsGood)
+    {
+        mpDone = *mppRead;
+        return iIsGood;
+    }
+
     // The last names of the place.
     void hCount(Loss iLoss)
     {
@@ -161,6 +217,10 @@ private:
         for (std::size_t lFrame = lFirst; lFrame < mFrames.size() && mReport.WantsPlace(iLoss); ++lFrame)
         {
             lPath.push_back(mFrames[lFrame].mName);
+        }
+        if (mpFirstLoss == nullptr && iLoss != Loss::Order)
+        {
+            mpFirstLoss = mpDone;
         }
         mReport.Add(iLoss, lPath, mFrames.size(), lFirst < mFrames.size() && mFrames[lFirst].mIsHidden);
     }
@@ -217,7 +277,7 @@ private:
 
     bool hTakeScalar(const std::string& iText)
     {
-        return hTake(iText, true);
+        return hDone(hTake(iText, true));
     }
 
     bool hTake(const std::string& iValue, bool iIsScalar)
@@ -266,6 +326,7 @@ private:
 
     bool hClose()
     {
+        mpDone = *mppRead - 1; // a number before it was known to end only there
         const Frame lFrame = std::move(mFrames.back());
         mFrames.pop_back();
         if (lFrame.mIsLeftOut)
@@ -301,6 +362,9 @@ private:
     const Gate& mGate;
     std::vector<Frame> mFrames;
     JsonError mError;
+    const char* const* mppRead;
+    const char* mpDone; // where the event before this one ended
+    const char* mpFirstLoss = nullptr;
 };
 
 // The place of a byte as editors count it.
@@ -373,7 +437,6 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     TextBuilder lBuilder(lPair.mBegin, lPair.mEnd);
     const Gate lGate = Gate::ForNames({});
     JsonReport lReport(lGate, iOptions.mIsVerbose);
-    JsonReader lReader(lBuilder, lReport, lGate);
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
@@ -390,15 +453,19 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
         {
             ThrowJsonError(iOptions.mFile, lBytes, {lZero, "a zero character, which JSON does not allow"});
         }
-        if (!AnyJson::sax_parse(lBytes, &lReader))
+        const char* lpRead = lBytes.data();
+        JsonReader lReader(lBuilder, lReport, lGate, &lpRead);
+        if (!AnyJson::sax_parse(Reading(lpRead, &lpRead), Reading(lpRead + lBytes.size(), &lpRead), &lReader))
         {
             ThrowJsonError(iOptions.mFile, lBytes, lReader.GetError());
         }
-    }
-    lReport.Write(iStreams.Remarks());
-    if (iOptions.mIsStrict && lReport.HasLoss())
-    {
-        throw DataError(ShowFile(iOptions.mFile) + ": a bag cannot hold all of it");
+        lReport.Write(iStreams.Remarks());
+        if (iOptions.mIsStrict && lReport.HasLoss())
+        {
+            const auto lBefore = static_cast<std::size_t>(lReader.GetFirstLoss() - lBytes.data());
+            const std::size_t lPlace = std::min(lBytes.find_first_not_of(" \t\r\n,:", lBefore), lBytes.size());
+            ThrowJsonError(iOptions.mFile, lBytes, {lPlace, "a bag cannot hold all of it, this for one"});
+        }
     }
     if (lBuilder.IsAsWritten() && WriteText(lBuilder.GetText(), lPair, iOptions.mHasHeader, iStreams))
     {

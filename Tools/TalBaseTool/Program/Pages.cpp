@@ -236,7 +236,8 @@ std::string MakeManualPage(const CommandHelp& iCommand, const std::vector<Comman
              (iCommands.empty() ? Roff(iCommand.mExit) + "\n" : ".nf\n" + Roff(iCommand.mExit) + ".fi\n.PP\n") +
              Roff(gAboutExits) + ".\n";
     lPage +=
-        ".SH ENVIRONMENT\n.TP\n\\fBNO_COLOR\\fR\nIf it is set, nothing is coloured unless an option asks for it.\n";
+        ".SH ENVIRONMENT\n.TP\n\\fBNO_COLOR\\fR\nIf it is set, nothing is coloured unless an option asks for it.\n"
+        ".TP\n\\fBCOLUMNS\\fR\nHow many columns a line on a terminal has, in the place of what the terminal says.\n";
     lPage += ".SH EXAMPLE\n.nf\n" + Roff(iCommand.mExample) + "\n.fi\n";
     return lPage + ".SH SEE ALSO\n" +
            (iCommands.empty() ? "\\fBtalbase\\fR(1)\n" : "\\fBtalbase COMMAND \\-\\-help\\fR\n");
