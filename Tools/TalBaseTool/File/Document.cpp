@@ -47,9 +47,8 @@ std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDeli
     throw TextError(ShowPlace(iFile, lPlace) + ShowReason(iText, iPair.has_value(), lResult.mMessage.c_str()));
 }
 
-template <class FindTextLosses>
-Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
-                 FindTextLosses iFindLosses, const std::shared_ptr<const FileLock>& iLock = {})
+Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets, bool iWithLosses,
+                 const std::shared_ptr<const FileLock>& iLock = {})
 {
     ReadPair(iPair); // a wrong command line is told before anything is read
     const std::wstring lText = ReadText(iFile, gTextForm, iLock ? iLock->GetFile() : -1);
@@ -58,6 +57,11 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOpt
     lDocument.mFile = iFile;
     lDocument.mHasHeader = !lPair;
     const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
+    std::optional<QTalBase::TextCheckResult> lChecked; // before there is a bag, since both take much memory
+    if (iWithLosses)
+    {
+        lChecked = CheckText(lText, lPair);
+    }
     try
     {
         lDocument.mBag = ReadBag(lText.c_str(), lPair);
@@ -72,7 +76,10 @@ Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOpt
     }
     lDocument.mGate = Gate(iSecrets, lText, lPair, true);
     lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
-    lDocument.mLosses = iFindLosses(lText, lPair, lDocument.mGate);
+    if (lChecked)
+    {
+        lDocument.mLosses = DescribeLosses(iFile, lText, *lChecked, lDocument.mGate);
+    }
     lDocument.mLock = iLock;
     return lDocument;
 }
@@ -209,20 +216,14 @@ std::ostream& Streams::Remarks() const
 
 Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets)
 {
-    return LoadAnd(iFile, iPair, iSecrets, [](const std::wstring&, const std::optional<DelimiterTexts>&, const Gate&) {
-        return std::vector<std::string>();
-    });
+    return LoadAnd(iFile, iPair, iSecrets, false);
 }
 
 Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
                       const Target& iTarget)
 {
-    return LoadAnd(
-        iFile, iPair, iSecrets,
-        [&iFile](const std::wstring& iText, const std::optional<DelimiterTexts>& iTextPair, const Gate& iGate) {
-            return FindLosses(iFile, iText, iTextPair, iGate);
-        },
-        iTarget.mIsInPlace ? std::make_shared<const FileLock>(iFile, iTarget.mWait) : nullptr);
+    return LoadAnd(iFile, iPair, iSecrets, true,
+                   iTarget.mIsInPlace ? std::make_shared<const FileLock>(iFile, iTarget.mWait) : nullptr);
 }
 
 void ReportLosses(const Document& iDocument, std::ostream& oErr)

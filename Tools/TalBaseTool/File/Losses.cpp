@@ -54,18 +54,17 @@ std::optional<HeaderDamage> FindDamageOfHeader(const std::wstring& iText, const 
 
 } // namespace
 
-std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
-                                    const std::optional<DelimiterTexts>& iPair, const Gate& iGate)
+std::vector<std::string> DescribeLosses(const std::string& iFile, const std::wstring& iText,
+                                        const QTalBase::TextCheckResult& iChecked, const Gate& iGate)
 {
     Excerpts lExcerpts(iText, iGate);
     std::vector<std::string> lLines;
     std::size_t lCount = 0;
-    const QTalBase::TextCheckResult lResult = CheckText(iText, iPair);
-    if (const std::optional<HeaderDamage> lHeader = FindDamageOfHeader(iText, lResult))
+    if (const std::optional<HeaderDamage> lHeader = FindDamageOfHeader(iText, iChecked))
     {
         lLines.push_back(ShowPlace(iFile, FindPlace(iText, lHeader->mPosition)) + lHeader->mDescription);
     }
-    for (const TextRemark& lRemark : lResult.mRemarks)
+    for (const TextRemark& lRemark : iChecked.mRemarks)
     {
         const std::string lLoss = Describe(lRemark, iText, lExcerpts.IsHidden(lRemark.mPosition));
         if (!lLoss.empty() && ++lCount <= gNamed)

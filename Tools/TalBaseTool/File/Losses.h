@@ -13,9 +13,9 @@ namespace TalBaseTool
 {
 
 // A line for each of the first few losses and one that counts the rest; none for a line end behind the text, which is
-// kept. No values, and of names what the gate of the text shows.
-std::vector<std::string> FindLosses(const std::string& iFile, const std::wstring& iText,
-                                    const std::optional<DelimiterTexts>& iPair, const Gate& iGate);
+// kept. No values, and of names what the gate of the text shows. iChecked: what CheckText says of the text.
+std::vector<std::string> DescribeLosses(const std::string& iFile, const std::wstring& iText,
+                                        const QTalBase::TextCheckResult& iChecked, const Gate& iGate);
 
 } // namespace TalBaseTool
 
