@@ -74,6 +74,13 @@ struct SetOptions : ChangeOptions
 };
 int Set(const SetOptions& iOptions, const Streams& iStreams);
 
+// A file as a list in an editor.
+struct EditOptions : ChangeOptions
+{
+    SecretOptions mSecrets;
+};
+int Edit(const EditOptions& iOptions, const Streams& iStreams);
+
 struct RemoveOptions : ChangeOptions
 {
     std::string mPath;

@@ -38,6 +38,28 @@ void AddSet(CLI::App& oApp, ChosenCommand& oChosen)
         });
 }
 
+void AddEdit(CLI::App& oApp, ChosenCommand& oChosen)
+{
+    AddCommand<EditOptions>(
+        oApp, oChosen, "edit",
+        "Change a file in an editor\n"
+        "The editor is $VISUAL, $EDITOR, editor or vi. It gets a list with a line for each property, as 'talbase list' "
+        "writes it: PATH = VALUE. Lines can be changed, added, taken out and put into another order. The list is "
+        "checked "
+        "before the file is changed, and a wrong one can be edited again. What is masked as (hidden) stays as it is as "
+        "long as its line is there; that line may not be moved to another path. The list lies in a folder that nobody "
+        "else may open, below $TMPDIR or /tmp, and is gone in the end; an editor may keep copies of its own elsewhere. "
+        "The file is locked meanwhile." +
+            std::string(gAboutPaths) + ".",
+        "EDITOR=nano talbase edit job.bag", Edit, [](CLI::App& oCommand, EditOptions& oOptions) {
+            oOptions.mTarget.mIsInPlace = true;
+            oCommand.add_option("FILE", oOptions.mFile, "The text form")->type_name("FILE")->required();
+            AddPair(oCommand, oOptions.mPair);
+            AddSecrets(oCommand, oOptions.mSecrets);
+            AddReplacing(oCommand, oOptions.mTarget);
+        });
+}
+
 void AddRemove(CLI::App& oApp, ChosenCommand& oChosen)
 {
     AddCommand<RemoveOptions>(

@@ -16,6 +16,7 @@ void AddWindow(CLI::App& oApp, ChosenCommand& oChosen);
 void AddGuid(CLI::App& oApp, ChosenCommand& oChosen);
 
 void AddSet(CLI::App& oApp, ChosenCommand& oChosen);
+void AddEdit(CLI::App& oApp, ChosenCommand& oChosen);
 void AddRemove(CLI::App& oApp, ChosenCommand& oChosen);
 void AddMove(CLI::App& oApp, ChosenCommand& oChosen);
 void AddEmbed(CLI::App& oApp, ChosenCommand& oChosen);

@@ -420,6 +420,34 @@ private:
     List mList;
 };
 
+Fault AddHidden(const HiddenProperty& iProperty, TextBuilder& oBuilder)
+{
+    if (!iProperty.mBag)
+    {
+        return oBuilder.AddStored(iProperty.mName, iProperty.mStored);
+    }
+    Fault lFault = oBuilder.OpenBag(iProperty.mName);
+    for (BagWalk lWalk(iProperty.mBag); lFault == Fault::None && lWalk.Next();)
+    {
+        switch (lWalk.GetStep())
+        {
+        case Step::Plain:
+            lFault = oBuilder.AddStored(lWalk.GetName(), lWalk.GetValue());
+            break;
+        case Step::Enter:
+            lFault = oBuilder.OpenBag(lWalk.GetName());
+            break;
+        case Step::Leave:
+            oBuilder.CloseBag();
+        }
+    }
+    if (lFault == Fault::None)
+    {
+        oBuilder.CloseBag();
+    }
+    return lFault;
+}
+
 // The properties of a list, put together bag by bag. Kept in one vector, without recursion: paths may be long.
 class ListTree
 {
@@ -437,14 +465,16 @@ public:
     }
 
     // Hands the properties to a builder, in the order of the list.
-    void Build(TextBuilder& oBuilder) const
+    void Build(TextBuilder& oBuilder, const FindHidden& iFindHidden) const
     {
         for (std::size_t lNode = mNodes[0].mFirst; lNode != 0;)
         {
             const Node& lIt = mNodes[lNode];
             const bool lIsBag = lIt.mFirst != 0;
-            const Fault lFault =
-                lIsBag ? oBuilder.OpenBag(*lIt.mName) : oBuilder.AddPlain(*lIt.mName, lIt.mLine->mValue);
+            const Fault lFault = lIsBag ? oBuilder.OpenBag(*lIt.mName)
+                                 : lIt.mLine->mKind == ListLineKind::Value
+                                     ? oBuilder.AddPlain(*lIt.mName, lIt.mLine->mValue)
+                                     : AddHidden(hFind(*lIt.mLine, iFindHidden), oBuilder);
             if (lFault != Fault::None)
             {
                 throw TextError(ShowPlace(mFile, {lIt.mFirstLine, 1}) + "with these delimiters it would be " +
@@ -507,6 +537,17 @@ private:
                                                       : "this path is a bag's since " + lOther));
         }
         return lIndex;
+    }
+
+    const HiddenProperty& hFind(const ListLine& iLine, const FindHidden& iFindHidden) const
+    {
+        const HiddenProperty* const lProperty = iFindHidden(iLine);
+        if (lProperty == nullptr)
+        {
+            throw TextError(ShowPlace(mFile, {iLine.mNumber, 1}) +
+                            "nothing is masked at this path; a masked line cannot be added, moved or renamed");
+        }
+        return *lProperty;
     }
 
     // The property behind one, with the bags that end there.
@@ -573,9 +614,12 @@ void RefuseHidden(const std::string& iFile, const List& iList)
     }
 }
 
-BagPtr MakeBag(const std::string& iFile, const List& iList, const DelimiterTexts& iPair)
+BagPtr MakeBag(const std::string& iFile, const List& iList, const DelimiterTexts& iPair, const FindHidden& iFindHidden)
 {
-    RefuseHidden(iFile, iList);
+    if (!iFindHidden)
+    {
+        RefuseHidden(iFile, iList);
+    }
     MakeBag(iPair); // refuses a pair that no bag may have
     ListTree lTree(iFile);
     for (const ListLine& lLine : iList.mLines)
@@ -583,7 +627,7 @@ BagPtr MakeBag(const std::string& iFile, const List& iList, const DelimiterTexts
         lTree.Add(lLine);
     }
     TextBuilder lBuilder(iPair.mBegin, iPair.mEnd);
-    lTree.Build(lBuilder);
+    lTree.Build(lBuilder, iFindHidden);
     try
     {
         return lBuilder.MakeBag();

@@ -92,9 +92,21 @@ List ReadList(const std::string& iFile, std::wstring_view iText, char iEnd = '\n
 // Throws TextError where a line is masked.
 void RefuseHidden(const std::string& iFile, const List& iList);
 
-// The bag of the list. Throws TextError for a masked line and for what a bag with the pair cannot hold, and UsageError
-// for a pair that no bag may have.
-BagPtr MakeBag(const std::string& iFile, const List& iList, const DelimiterTexts& iPair);
+// What a masked line stands for.
+struct HiddenProperty
+{
+    std::wstring mName;
+    std::wstring mStored; // of a plain one
+    BagPtr mBag;          // of a nested bag, otherwise null
+};
+
+// Returns it, or null where a line may not be there.
+using FindHidden = std::function<const HiddenProperty*(const ListLine&)>;
+
+// The bag of the list. Throws TextError for a masked line that stands for nothing and for what a bag with the pair
+// cannot hold, and UsageError for a pair that no bag may have.
+BagPtr MakeBag(const std::string& iFile, const List& iList, const DelimiterTexts& iPair,
+               const FindHidden& iFindHidden = {});
 
 } // namespace TalBaseTool
 
