@@ -44,7 +44,7 @@ std::string Complete(const std::string& iWords)
 
 TEST(Help, EveryCommandHasASummaryDetailsAndAnExample)
 {
-    EXPECT_EQ(Commands().size(), 15U);
+    EXPECT_EQ(Commands().size(), 16U);
     for (const CommandHelp& lCommand : Commands())
     {
         const ToolRun lRun = RunTool({Word(lCommand), "--help"});
@@ -100,7 +100,8 @@ TEST(Help, ExamplesRun)
         lWorkplace.Write("job.json", "{\"a\": \"b\"}");
         const bool lIsMove = Word(lCommand) == "move";
         const std::string lReady =
-            lIsMove ? "talbase remove -i Transport job.bag; talbase set -i Host h job.bag; " : "";
+            std::string("export VISUAL=true; ") +
+            (lIsMove ? "talbase remove -i Transport job.bag; talbase set -i Host h job.bag; " : "");
         const Finished lFinished = RunShell(lWorkplace.GetFolder(), lReady + lCommand.mExample + " 2>&1");
         EXPECT_EQ(lFinished.mStatus, 0) << lCommand.mExample << '\n' << lFinished.mOutput;
     }
@@ -155,7 +156,7 @@ TEST(ManualPages, OfCommandsThatChangeFilesTellOfLocks)
         EXPECT_EQ(lPage.find("\\fB\\-\\-backup\\fR[=\\fISUFFIX\\fR]\n") != std::string::npos, lChanges) << lPage;
         lCount += lChanges ? 1 : 0;
     }
-    EXPECT_EQ(lCount, 7U);
+    EXPECT_EQ(lCount, 8U);
 }
 
 TEST(BashCompletion, KnowsCommandsOptionsWordsAndFiles)

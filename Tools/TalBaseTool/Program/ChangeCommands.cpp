@@ -49,9 +49,8 @@ void AddEdit(CLI::App& oApp, ChosenCommand& oChosen)
         "before the file is changed, and a wrong one can be edited again. What is masked as (hidden) stays as it is as "
         "long as its line is there; that line may not be moved to another path. The list lies in a folder that nobody "
         "else may open, below $TMPDIR or /tmp, and is gone in the end; an editor may keep copies of its own elsewhere. "
-        "The file is locked meanwhile." +
-            std::string(gAboutPaths) + ".",
-        "EDITOR=nano talbase edit job.bag", Edit, [](CLI::App& oCommand, EditOptions& oOptions) {
+        "The file is locked meanwhile.",
+        "talbase edit job.bag", Edit, [](CLI::App& oCommand, EditOptions& oOptions) {
             oOptions.mTarget.mIsInPlace = true;
             oCommand.add_option("FILE", oOptions.mFile, "The text form")->type_name("FILE")->required();
             AddPair(oCommand, oOptions.mPair);
