@@ -2,7 +2,8 @@
 # usage: Benchmarks/tool.sh [MEGABYTES...]
 # Behind `./dev bench tool`: installs what it needs, builds talbase, and measures the time and the memory of its commands
 # on files of mails of so many megabytes and on a million levels, beside jq on the JSON of the same data. A whole run, of
-# 3, 30 and 300 MB, writes Docs/ToolPerformance.md; sizes of yours are only shown.
+# 3, 30 and 300 MB, writes Docs/ToolPerformance.md; sizes of yours are only shown. TALBASE_BENCH_TOOL names a talbase that
+# is built already.
 set -euo pipefail
 
 gRoot=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -141,13 +142,16 @@ write_table() {
         if [[ $lCommand == talbase* ]] && ! has_command "${lHeading%% *}"; then
             continue
         fi
-        lRow="| $lHeading | $([[ $lCommand == jq* ]] && echo "\`${lCommand//JQNAME/.a.b}\`") |"
-        lRow=${lRow// FILE/}
+        lRow="| $lHeading | |"
+        if [[ $lCommand == jq* ]]; then
+            lRow=${lCommand//JQNAME/.a.b}
+            lRow="| | \`${lRow%% FILE*}\` |"
+        fi
         for lIndex in "${!gData[@]}"; do
             expand "$lCommand" "${gData[lIndex]}" "$lKind" "${gNames[lIndex]}"
             lRow+=" $(measure "${gData[lIndex]}.$lKind" "${gCommand[@]}") |"
         done
-        printf '%s\n' "${lRow//  / }"
+        printf '%s\n' "$lRow"
         echo "$lRow" >&2
     done < <(list_cases)
 }
@@ -160,12 +164,12 @@ Written by \`./dev bench tool\`; don't edit.
 
 - processor: $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1), $(nproc) in use
 - system: $(uname -sr) $(uname -m)
-- compiler: $(g++-12 -dumpfullversion), flags \`-O3 -DNDEBUG\`; $(jq --version)
+- compiler: g++ $(g++-12 -dumpfullversion), flags \`-O3 -DNDEBUG\`; $(jq --version)
 - load averages before: $gLoad; after: $(cut -d' ' -f1-3 /proc/loadavg)
 
 A cell has the processor time, the most memory that the process held (resident, with the program itself, which takes some
 5 MB), and in parentheses that memory as a multiple of the file that is read. The files are bags of mails as the mail
-spool exports them, and ${gLevels} bags one in another; jq reads the JSON of the same data, as \`talbase to-json\` writes
+spool exports them, and 1,000,000 bags one in another; jq reads the JSON of the same data, as \`talbase to-json\` writes
 it. It refuses more than 10,000 levels. \`diff\` and \`merge\` read a second file of the same size with one value changed.
 
 PAGE
@@ -183,18 +187,17 @@ main() {
     gLoad=$(cut -d' ' -f1-3 /proc/loadavg)
     require_packages "${gPackages[@]}"
     cd "$gRoot"
-    show cmake --preset bench -DTALBASE_BUILD_EXAMPLES=OFF -DTALBASE_BUILD_BENCHMARKS=OFF >&2
-    show cmake --build --preset bench --target talbase >&2
-    gTool=$gRoot/build/bench/Tools/TalBaseTool/talbase
+    gTool=${TALBASE_BENCH_TOOL:-$gRoot/build/bench/Tools/TalBaseTool/talbase}
+    if [[ ! -v TALBASE_BENCH_TOOL ]]; then
+        show cmake --preset bench -DTALBASE_BUILD_EXAMPLES=OFF >&2
+        show cmake --build --preset bench --target talbase >&2
+    fi
     gFolder=$(mktemp -d)
     trap 'rm -rf "$gFolder"' EXIT
     gData=()
     gTitles=()
     gNames=()
     local lSizes=("$@")
-    for lSize in "${lSizes[@]:-3 30 300}"; do
-        :
-    done
     [[ $# -gt 0 ]] || lSizes=(3 30 300)
     for lSize in "${lSizes[@]}"; do
         gData+=("$gFolder/mails$lSize")
@@ -204,7 +207,7 @@ main() {
         make_data "$gFolder/mails$lSize" "Job 0/Subject"
     done
     gData+=("$gFolder/levels")
-    gTitles+=("$gLevels levels")
+    gTitles+=("1,000,000 levels")
     gNames+=("n")
     write_levels >"$gFolder/levels.bag"
     make_data "$gFolder/levels" "a"
