@@ -131,11 +131,10 @@ public:
         {
             return hFault(TextFaultKind::NotCarried, TextFaultPart::Delimiters);
         }
-        mFirst = hFindFirst();
-        mIsLikeHeader = !mWithHeader && hBeginsLikeHeader();
-        TextFault lFault = hFindInProperties();
+        const bool lIsLikeHeader = !mWithHeader && hBeginsLikeHeader();
+        TextFault lFault = lIsLikeHeader ? hMakeLikeHeader() : hFindInProperties();
         const bool lIsDoubtful =
-            mIsLikeHeader || !mCanBeCarried || (mIsDefaultPair && !IsNeutralToEscapes({mBegin, mEnd}));
+            lIsLikeHeader || !mCanBeCarried || (mIsDefaultPair && !IsNeutralToEscapes({mBegin, mEnd}));
         return !lFault.IsNone() && lIsDoubtful && hComesBack() ? TextFault() : lFault;
     }
 
@@ -176,6 +175,17 @@ private:
         return {};
     }
 
+    // Told before every other fault, as the name stands before all in the text.
+    TextFault hMakeLikeHeader() const
+    {
+        TextFault lFault;
+        lFault.mKind = TextFaultKind::LikeHeader;
+        lFault.mPart = TextFaultPart::Name;
+        lFault.mPosition = hFindFirst();
+        lFault.mPath.push_back(mBag.GetName(lFault.mPosition));
+        return lFault;
+    }
+
     // Of the property that is looked at, or of the bag itself.
     TextFault hFault(TextFaultKind iKind, TextFaultPart iPart) const
     {
@@ -197,8 +207,7 @@ private:
         const unsigned int lCount = iBag.GetCount();
         const bool lMayRepeat = lExact == nullptr || lExact->hMayRepeatNames();
         Level lLevel{iHeld, &iBag, lExact, lCount, 0, lMayRepeat ? FindRepeatedName(iBag) : lCount};
-        const bool lIsFirstLooked = mIsLikeHeader && mLevels.empty();
-        if (!lMayRepeat && !lIsFirstLooked && mRule.IsKept(lExact->mValueContent))
+        if (!lMayRepeat && mRule.IsKept(lExact->mValueContent))
         {
             lLevel.mNext = static_cast<unsigned int>(lExact->mValueContent.GetCount());
         }
@@ -216,16 +225,7 @@ private:
     {
         const unsigned int lIndex = iLevel.mNext - 1;
         const TextFaultKind lKind = mRule.CheckName(iLevel.mBag->GetName(lIndex));
-        if (lKind != TextFaultKind::None)
-        {
-            return lKind;
-        }
-        if (lIndex == iLevel.mRepeated)
-        {
-            return TextFaultKind::Repeated;
-        }
-        return mIsLikeHeader && mLevels.size() == 1 && lIndex == mFirst ? TextFaultKind::LikeHeader
-                                                                        : TextFaultKind::None;
+        return lKind == TextFaultKind::None && lIndex == iLevel.mRepeated ? TextFaultKind::Repeated : lKind;
     }
 
     TextFault hCheckPlain(const Level& iLevel)
@@ -294,7 +294,7 @@ private:
     // Mostly the first name decides; where it and the delimiter behind it are too short for that, the text does.
     bool hBeginsLikeHeader() const
     {
-        return mBag.GetCount() != 0 && mRule.MayBeginLikeHeader(mBag.GetName(mFirst)) &&
+        return mBag.GetCount() != 0 && mRule.MayBeginLikeHeader(mBag.GetName(hFindFirst())) &&
                std::wstring_view(hText()).substr(0, gHeaderEndWord.size()) == gHeaderEndWord;
     }
 
@@ -337,8 +337,6 @@ private:
     bool mIsDefaultPair;
     TextRule mRule;
     bool mCanBeCarried = false;
-    bool mIsLikeHeader = false;
-    unsigned int mFirst = 0;    // the position of what stands first in the text
     std::vector<Level> mLevels; // the last is looked at
 };
 

@@ -215,6 +215,10 @@ TEST(TextFault, OfBagsOfAnotherClass)
     lBag->Entries()[2] = {L"m", L"", Made(L"k(", L"v")};
     EXPECT_EQ(WithHeader(*lBag), L"delimiters different: m [2]");
     EXPECT_EQ(Written(*lBag, L"(", L")"), L"name delimiter: m/k( [0]");
+    lBag->Entries()[0].mName = L"EndDelimiter";
+    lBag->Entries()[1].mName = L"EndDelimiterX"; // plain properties stand first in a text
+    lBag->SetText(L"EndDelimiterX(1)");
+    EXPECT_EQ(WithoutHeader(*lBag), L"name like header: EndDelimiterX [1]");
 }
 
 TEST(TextFault, NeedsNoReference)
