@@ -1,9 +1,9 @@
-# Sourced by ../../dev: the word `nightly`, which calls the words that take too long for every change, and the word
-# `differential`, which is one of them.
+# Sourced by ../../dev: the word `nightly`, which calls the words that take too long for every change, and the words
+# `differential` and `secrets`, which are two of them.
 # shellcheck shell=bash
 
 # Words of the door with their arguments, in the order in which they run: what fails soonest comes first.
-gNightly=(check 'check clang-release naming-tests analysis analyzer' cross coverage 'package --chroot' mutate 'differential 10000000'
+gNightly=(check 'check clang-release naming-tests analysis analyzer' cross coverage 'package --chroot' mutate 'differential 10000000' 'secrets 1000000'
     'fuzz 1200')
 
 word_nightly() {
@@ -43,4 +43,17 @@ word_differential() {
     show cmake --preset release
     show cmake --build --preset release --target DifferentialTest
     show env TALBASE_DIFFERENTIAL_OPERATIONS="$lOperations" build/release/Tests/Contract/DifferentialTest
+}
+
+# The tool with texts that hold secrets, by many more of them than the test does by default.
+word_secrets() {
+    local lTexts=${1:-1000000}
+    if [[ $# -gt 1 || ! $lTexts =~ ^[1-9][0-9]*$ ]]; then
+        echo "usage: ./dev secrets [TEXTS]" >&2
+        return 2
+    fi
+    require_packages g++-12 cmake ninja-build libgtest-dev libcli11-dev nlohmann-json3-dev
+    show cmake --preset release
+    show cmake --build --preset release --target ToolSecretsTest
+    show env TALBASE_SECRETS_TEXTS="$lTexts" build/release/Tests/Tools/ToolSecretsTest
 }

@@ -29,6 +29,10 @@ std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDeli
 {
     for (const std::wstring_view lLineEnd : {L"\r\n", L"\n"})
     {
+        if (lLineEnd.find(iEndDelimiter) != std::wstring_view::npos)
+        {
+            continue; // it ends the last property
+        }
         const std::wstring lEnd = iEndDelimiter + std::wstring(lLineEnd);
         if (iText.size() >= lEnd.size() && iText.compare(iText.size() - lEnd.size(), lEnd.size(), lEnd) == 0)
         {

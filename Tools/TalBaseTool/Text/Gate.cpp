@@ -75,7 +75,8 @@ Gate::Gate(const SecretOptions& iOptions, const std::wstring& iText, const std::
         mPair = lBeginning->mPair;
         mContent = lBeginning->mContent;
         HiddenParts lHidden = FindHiddenParts(iText, mContent, mPair, *mNames, false);
-        mOpening = lHidden.mIsNameCut ? Opening::Nothing : Opening::Masked;
+        const bool lIsNestMisread = lHidden.mHasNest && !ReadHeader(WriteHeader(mPair));
+        mOpening = lHidden.mIsNameCut || lIsNestMisread ? Opening::Nothing : Opening::Masked;
         mNeighbours = std::move(lHidden.mNames);
     }
 }

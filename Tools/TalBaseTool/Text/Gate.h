@@ -4,10 +4,11 @@
 //
 //   - A text without a sensitive name is shown as it is, however damaged.
 //   - In good order is a text that reads without an error, with a header as the library writes it, or without one and
-//     with the pair that it was given, with delimiters that hold no sensitive name and with none inside one. There a
-//     sensitive name counts where it is a word of its own: as a name, or inside a longer one, it hides the value or the
-//     bag that it names, and what follows it in the longer name; inside a value it hides that value. Nothing else is
-//     hidden, but for what HiddenParts.h says of delimiters of one character.
+//     with the pair that it was given, with delimiters that hold no sensitive name and with none inside one, and if it
+//     has nested bags with ones that a header can carry, since others make something else of those. There a sensitive
+//     name counts where it is a word of its own: as a name, or inside a longer one, it hides the value or the bag that
+//     it names, and what follows it in the longer name; inside a value it hides that value. Nothing else is hidden, but
+//     for what HiddenParts.h says of delimiters of one character.
 //   - Of any other text with a sensitive name in it, also as a part of a longer word, nothing is shown: no name, value,
 //     delimiter or excerpt; only places, counts, structure, and the reason.
 

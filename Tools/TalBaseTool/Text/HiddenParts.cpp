@@ -109,7 +109,12 @@ public:
 
     HiddenParts Run(std::size_t iContent)
     {
-        mNext = mNames.Find(mText, iContent);
+        mNext = mNames.Find(mText, 0);
+        mHidden.mIsNameCut = iContent > 0 && hIsNameCutByHeader(iContent);
+        if (mHidden.mIsNameCut)
+        {
+            return std::move(mHidden);
+        }
         for (TextPart lRun{iContent, iContent}; lRun.mStart < mText.size();)
         {
             const std::size_t lBegin = mBegin.Find(lRun.mStart);
@@ -134,6 +139,14 @@ public:
     }
 
 private:
+    // By one of the delimiters that it names, which may have swallowed properties, or by the one that closes it.
+    bool hIsNameCutByHeader(std::size_t iContent)
+    {
+        constexpr std::size_t lEnd = 12; // behind "EndDelimiter"
+        const std::size_t lWord = lEnd + mPair.mEnd.size();
+        return hIsNameCut({lEnd, lWord}) || hIsNameCut({lWord + 14, iContent}); // behind "BeginDelimiter"
+    }
+
     bool hIsNameCut(const TextPart& iDelimiter)
     {
         while (mNext && mNext->mStart < iDelimiter.mStop)
@@ -150,6 +163,7 @@ private:
     void hTakeName(const TextPart& iRun, std::size_t iBehind)
     {
         ++mDepth;
+        mHidden.mHasNest = mHidden.mHasNest || mIsBehindBegin;
         if (mHiddenDepth != 0)
         {
             return;

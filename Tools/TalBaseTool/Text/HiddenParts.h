@@ -34,6 +34,8 @@ struct HiddenParts
     // A delimiter stands inside a sensitive name: then nothing of the text is in its place, and the rest is not filled.
     bool mIsNameCut = false;
 
+    bool mHasNest = false; // a bag in the bag
+
     std::unordered_set<std::wstring> mNames; // of properties that are hidden for what stands before them
     std::vector<TextPart> mParts;            // in order, where they were asked for
 };
