@@ -25,17 +25,17 @@ endfunction()
 
 # A bag that is merged into itself takes the wrong values.
 talbase_broken_rule(MergeIntoItself FUZZER BagOperations FILE TalBase/BagMerger.cpp
-    FROM "mBag.mValueContent.GetValue(2 * lStep)" TO "mBag.mValueContent.GetValue(lStep)")
+    FROM "mBag.mValues.GetValue(2 * lStep)" TO "mBag.mValues.GetValue(lStep)")
 # A header with an empty begin delimiter is accepted.
 talbase_broken_rule(EmptyBeginDelimiter FUZZER BagText FILE TalBase/Delimiters.cpp
     FROM "lBeginStop <= lBeginStart" TO "lBeginStop < lBeginStart")
 # A text is checked without the bags that its header's delimiters ask for.
 talbase_broken_rule(CheckWithoutBags FUZZER BagText FILE TalBase/TextCheck.cpp
-    FROM "ipForeign != nullptr || !lReader.hIsEveryNestClean()" TO "false")
+    FROM "ipForeign != nullptr || !IsEveryNestFinal(lPair)" TO "false")
 # A value that is there is remarked on as an empty one.
 talbase_broken_rule(RemarkWithoutLoss FUZZER BagText FILE TalBase/TextCheck.cpp
-    FROM "iToken == Token::End && lState == State::Value)"
-    TO "iToken == Token::End && (lState == State::Value || lState == State::ValueEnd))")
+    FROM "mBuilder->Plain(iName, iValue, iMayContainStart)"
+    TO "mBuilder->Plain(iName, iValue, iMayContainStart), Empty(iName)")
 # The shortest tail is not remarked on.
 talbase_broken_rule(ShortTail FUZZER BagText FILE TalBase/TextCheck.cpp
     FROM "!lTail.empty()" TO "lTail.size() > 1")

@@ -40,7 +40,7 @@ private:
 
 } // namespace
 
-bool BagComparer::AreEqual(const PropertyBagImpl& iAsked, const PropertyBagImpl& iOther)
+bool BagComparer::AreEqual(const BagState& iAsked, const BagState& iOther)
 {
     Levels lLevels;
     if (!hEnterEqual(lLevels, iAsked, iOther, false, false))
@@ -50,29 +50,29 @@ bool BagComparer::AreEqual(const PropertyBagImpl& iAsked, const PropertyBagImpl&
     while (!lLevels.empty())
     {
         Level& lLevel = lLevels.back();
-        if (lLevel.mNextNest == lLevel.mLeft->mEmbeddedContent.size())
+        if (lLevel.mNextNest == lLevel.mLeft->mNests.GetCount())
         {
             lLevels.pop_back();
             continue;
         }
         const std::size_t lNest = lLevel.mNextNest++;
-        const auto& [lName, lAskedNest] = lLevel.mLeft->mEmbeddedContent[lNest];
-        const std::size_t lOtherIndex = lLevel.mIndex.FindEmbedded(lName, lNest);
+        const std::wstring_view lName = lLevel.mLeft->mNests.GetName(lNest);
+        const BagState& lAskedNest = lLevel.mLeft->mNests.GetNest(lNest);
+        const std::size_t lOtherIndex = lLevel.mIndex.FindNest(lName, lNest);
         if (lOtherIndex == gNotFound)
         {
             return false;
         }
         // Asking the other bag for the value of that name renders its nest, unless a plain property comes first.
-        const bool lIsHidden =
-            lLevel.mRight->hMayRepeatNames() && lLevel.mIndex.FindValue(lName, gNotFound) != gNotFound;
+        const bool lIsHidden = lLevel.mRight->mMayRepeatNames && lLevel.mIndex.FindValue(lName) != gNotFound;
         if (!lLevel.mIsRightRendered && !lIsHidden)
         {
-            TextWriter::CheckDelimiters(*lLevel.mRight->mEmbeddedContent[lOtherIndex].second);
+            TextWriter::CheckDelimiters(lLevel.mRight->mNests.GetNest(lOtherIndex));
         }
         // The nests change sides: the other bag's nest is asked about this one's.
-        const PropertyBagImpl& lOtherNest = *lLevel.mRight->mEmbeddedContent[lOtherIndex].second;
+        const BagState& lOtherNest = lLevel.mRight->mNests.GetNest(lOtherIndex);
         const bool lIsOtherRendered = lLevel.mIsRightRendered || !lIsHidden;
-        if (!hEnterEqual(lLevels, lOtherNest, *lAskedNest, lIsOtherRendered, lLevel.mIsLeftRendered))
+        if (!hEnterEqual(lLevels, lOtherNest, lAskedNest, lIsOtherRendered, lLevel.mIsLeftRendered))
         {
             return false;
         }
@@ -80,8 +80,8 @@ bool BagComparer::AreEqual(const PropertyBagImpl& iAsked, const PropertyBagImpl&
     return true;
 }
 
-bool BagComparer::hEnterEqual(Levels& oLevels, const PropertyBagImpl& iAsked, const PropertyBagImpl& iOther,
-                              bool iIsAskedRendered, bool iIsOtherRendered)
+bool BagComparer::hEnterEqual(Levels& oLevels, const BagState& iAsked, const BagState& iOther, bool iIsAskedRendered,
+                              bool iIsOtherRendered)
 {
     if (iAsked.GetCount() != iOther.GetCount())
     {
@@ -92,22 +92,22 @@ bool BagComparer::hEnterEqual(Levels& oLevels, const PropertyBagImpl& iAsked, co
     {
         return false;
     }
-    if (!iAsked.mEmbeddedContent.empty())
+    if (!iAsked.mNests.IsEmpty())
     {
         oLevels.push_back(Level{&iAsked, &iOther, 0, iIsAskedRendered, iIsOtherRendered, std::move(lIndex)});
     }
     return true;
 }
 
-bool BagComparer::hArePlainPropertiesEqual(const PropertyBagImpl& iAsked, const PropertyBagImpl& iOther,
-                                           BagIndex& oIndex, bool iIsOtherRendered)
+bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagState& iOther, BagIndex& oIndex,
+                                           bool iIsOtherRendered)
 {
-    const bool lIsUnescaped = AreDefaultDelimiters(iOther.hPair());
-    const ValueContent& lAsked = iAsked.mValueContent;
-    const ValueContent& lOther = iOther.mValueContent;
-    const bool lIsUnique = !iOther.hMayRepeatNames();
-    const bool lMayHaveBoth = !lIsUnique && !iOther.mEmbeddedContent.empty();
-    if (lIsUnique && lAsked.IsSameThroughout(lOther) && !(lIsUnescaped && lOther.MayHold(L'&')))
+    const bool lIsUnescaped = AreDefaultDelimiters(iOther.GetPair());
+    const ValueContent& lAsked = iAsked.mValues;
+    const ValueContent& lOther = iOther.mValues;
+    const bool lIsUnique = !iOther.mMayRepeatNames;
+    const bool lMayHaveBoth = !lIsUnique && !iOther.mNests.IsEmpty();
+    if (lIsUnique && lAsked.IsSameThroughout(lOther) && !(lIsUnescaped && lOther.MayContain(L'&')))
     {
         return true;
     }
@@ -123,12 +123,12 @@ bool BagComparer::hArePlainPropertiesEqual(const PropertyBagImpl& iAsked, const 
         const std::size_t lOtherIndex = oIndex.FindValue(lName, lIndex);
         if (lOtherIndex == gNotFound || lMayHaveBoth)
         {
-            const std::size_t lNestIndex = oIndex.FindEmbedded(lName, gNotFound);
+            const std::size_t lNestIndex = oIndex.FindNest(lName);
             if (lNestIndex != gNotFound)
             {
                 if (lOtherIndex == gNotFound && !iIsOtherRendered)
                 {
-                    TextWriter::CheckDelimiters(*iOther.mEmbeddedContent[lNestIndex].second);
+                    TextWriter::CheckDelimiters(iOther.mNests.GetNest(lNestIndex));
                 }
                 return false;
             }
@@ -142,7 +142,7 @@ bool BagComparer::hArePlainPropertiesEqual(const PropertyBagImpl& iAsked, const 
     return true;
 }
 
-bool BagComparer::IsSubset(const PropertyBagImpl& iWhole, const PropertyBagImpl& iPart)
+bool BagComparer::IsSubset(const BagState& iWhole, const BagState& iPart)
 {
     Levels lLevels;
     if (!hEnterSubset(lLevels, iWhole, iPart))
@@ -152,22 +152,22 @@ bool BagComparer::IsSubset(const PropertyBagImpl& iWhole, const PropertyBagImpl&
     while (!lLevels.empty())
     {
         Level& lLevel = lLevels.back();
-        if (lLevel.mNextNest == lLevel.mRight->mEmbeddedContent.size())
+        if (lLevel.mNextNest == lLevel.mRight->mNests.GetCount())
         {
             lLevels.pop_back();
             continue;
         }
         const std::size_t lNest = lLevel.mNextNest++;
-        const std::wstring_view lName = lLevel.mRight->mEmbeddedContent[lNest].first;
-        const std::size_t lWholeIndex = lLevel.mIndex.FindEmbedded(lName, lNest);
+        const std::wstring_view lName = lLevel.mRight->mNests.GetName(lNest);
+        const std::size_t lWholeIndex = lLevel.mIndex.FindNest(lName, lNest);
         if (lWholeIndex == gNotFound)
         {
             return false;
         }
         // By name on both sides: of a name that occurs twice, the first.
-        const std::size_t lPartIndex = lLevel.mRight->hMayRepeatNames() ? lLevel.mRight->hFindEmbedded(lName) : lNest;
-        const PropertyBagImpl& lWholeNest = *lLevel.mLeft->mEmbeddedContent[lWholeIndex].second;
-        const PropertyBagImpl& lPartNest = *lLevel.mRight->mEmbeddedContent[lPartIndex].second;
+        const std::size_t lPartIndex = lLevel.mRight->mMayRepeatNames ? lLevel.mRight->mNests.Find(lName) : lNest;
+        const BagState& lWholeNest = lLevel.mLeft->mNests.GetNest(lWholeIndex);
+        const BagState& lPartNest = lLevel.mRight->mNests.GetNest(lPartIndex);
         if (!hEnterSubset(lLevels, lWholeNest, lPartNest))
         {
             return false;
@@ -176,7 +176,7 @@ bool BagComparer::IsSubset(const PropertyBagImpl& iWhole, const PropertyBagImpl&
     return true;
 }
 
-bool BagComparer::hEnterSubset(Levels& oLevels, const PropertyBagImpl& iWhole, const PropertyBagImpl& iPart)
+bool BagComparer::hEnterSubset(Levels& oLevels, const BagState& iWhole, const BagState& iPart)
 {
     if (iWhole.GetCount() < iPart.GetCount())
     {
@@ -187,25 +187,23 @@ bool BagComparer::hEnterSubset(Levels& oLevels, const PropertyBagImpl& iWhole, c
     {
         return false;
     }
-    if (!iPart.mEmbeddedContent.empty())
+    if (!iPart.mNests.IsEmpty())
     {
         oLevels.push_back(Level{&iWhole, &iPart, 0, true, true, std::move(lIndex)});
     }
     return true;
 }
 
-bool BagComparer::hArePlainPropertiesInside(const PropertyBagImpl& iWhole, const PropertyBagImpl& iPart,
-                                            BagIndex& oWholeIndex)
+bool BagComparer::hArePlainPropertiesInside(const BagState& iWhole, const BagState& iPart, BagIndex& oWholeIndex)
 {
-    const bool lIsWholeUnescaped = AreDefaultDelimiters(iWhole.hPair());
-    const bool lIsPartUnescaped = AreDefaultDelimiters(iPart.hPair());
-    const bool lMayRepeat = iPart.hMayRepeatNames();
-    for (std::size_t lIndex = 0; lIndex < iPart.mValueContent.GetCount(); ++lIndex)
+    const bool lIsWholeUnescaped = AreDefaultDelimiters(iWhole.GetPair());
+    const bool lIsPartUnescaped = AreDefaultDelimiters(iPart.GetPair());
+    const bool lMayRepeat = iPart.mMayRepeatNames;
+    for (std::size_t lIndex = 0; lIndex < iPart.mValues.GetCount(); ++lIndex)
     {
-        const std::wstring_view lName = iPart.mValueContent.GetName(lIndex);
-        const bool lIsNestInWhole =
-            !iWhole.mEmbeddedContent.empty() && oWholeIndex.FindEmbedded(lName, gNotFound) != gNotFound;
-        const bool lIsNestInPart = lMayRepeat && iPart.hFindEmbedded(lName) < iPart.mEmbeddedContent.size();
+        const std::wstring_view lName = iPart.mValues.GetName(lIndex);
+        const bool lIsNestInWhole = !iWhole.mNests.IsEmpty() && oWholeIndex.FindNest(lName) != gNotFound;
+        const bool lIsNestInPart = lMayRepeat && iPart.mNests.Find(lName) < iPart.mNests.GetCount();
         if (lIsNestInWhole != lIsNestInPart)
         {
             return false;
@@ -214,18 +212,16 @@ bool BagComparer::hArePlainPropertiesInside(const PropertyBagImpl& iWhole, const
         if (lWholeIndex == gNotFound && lIsNestInWhole)
         {
             // A name that stands for both kinds in one bag: rare enough to ask as anybody would.
-            const std::wstring lAsText(lName);
-            if (std::wstring_view(iWhole.GetProperty(lAsText.c_str())) !=
-                std::wstring_view(iPart.GetProperty(lAsText.c_str())))
+            if (std::wstring_view(ReadProperty(iWhole, lName)) != std::wstring_view(ReadProperty(iPart, lName)))
             {
                 return false;
             }
             continue;
         }
-        const std::size_t lPartIndex = lMayRepeat ? iPart.mValueContent.Find(lName) : lIndex;
+        const std::size_t lPartIndex = lMayRepeat ? iPart.mValues.Find(lName) : lIndex;
         const std::wstring_view lWholeStored =
-            lWholeIndex == gNotFound ? std::wstring_view() : iWhole.mValueContent.GetValue(lWholeIndex);
-        const std::wstring_view lPartStored = iPart.mValueContent.GetValue(lPartIndex);
+            lWholeIndex == gNotFound ? std::wstring_view() : iWhole.mValues.GetValue(lWholeIndex);
+        const std::wstring_view lPartStored = iPart.mValues.GetValue(lPartIndex);
         if (lIsWholeUnescaped == lIsPartUnescaped && lWholeStored == lPartStored)
         {
             continue;

@@ -1,9 +1,13 @@
 #include "TalBase/PrivateSource/BagMerger.h"
 
+#include "QDataType/StringCollection.h"
+#include "TalBase/PrivateSource/BagIndex.h"
 #include "TalBase/PrivateSource/Messages.h"
+#include "TalBase/PrivateSource/TextReader.h"
 #include "TalBase/PrivateSource/TextWriter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace QTalBase
 {
@@ -19,25 +23,25 @@ const std::size_t gFewSettings = 32;
 
 } // namespace
 
-BagMerger::BagMerger(PropertyBagImpl& oBag, std::size_t iCount)
+BagMerger::BagMerger(BagState& oBag, std::size_t iCount)
     : mBag(oBag),
-      mIsDefaultPair(AreDefaultDelimiters(oBag.hPair())),
-      mBegin(oBag.mBeginDelimiter.View()),
-      mEnd(oBag.mEndDelimiter.View())
+      mIsDefaultPair(AreDefaultDelimiters(oBag.GetPair())),
+      mBegin(oBag.mBegin.View()),
+      mEnd(oBag.mEnd.View())
 {
     if (iCount <= gFewSettings)
     {
         return;
     }
-    const std::size_t lCount = oBag.mValueContent.GetCount() + oBag.mEmbeddedContent.size();
+    const std::size_t lCount = oBag.GetCount();
     mTable.emplace(lCount + iCount);
-    for (std::size_t lIndex = 0; lIndex < oBag.mValueContent.GetCount(); ++lIndex)
+    for (std::size_t lIndex = 0; lIndex < oBag.mValues.GetCount(); ++lIndex)
     {
-        hNumber(mTable->Place(oBag.mValueContent.GetName(lIndex), [](std::uint32_t) { return false; }), lIndex, false);
+        hNumber(mTable->NumberFor(oBag.mValues.GetName(lIndex), [](std::uint32_t) { return false; }), lIndex, false);
     }
-    for (std::size_t lIndex = 0; lIndex < oBag.mEmbeddedContent.size(); ++lIndex)
+    for (std::size_t lIndex = 0; lIndex < oBag.mNests.GetCount(); ++lIndex)
     {
-        hNumber(mTable->Place(oBag.mEmbeddedContent[lIndex].first, [](std::uint32_t) { return false; }), lIndex, true);
+        hNumber(mTable->NumberFor(oBag.mNests.GetName(lIndex), [](std::uint32_t) { return false; }), lIndex, true);
     }
 }
 
@@ -45,10 +49,8 @@ BagMerger::~BagMerger()
 {
     if (mHasKilled)
     {
-        mBag.mValueContent.Compact();
-        auto& lNests = mBag.mEmbeddedContent;
-        lNests.erase(std::remove_if(lNests.begin(), lNests.end(), [](const auto& iEntry) { return !iEntry.second; }),
-                     lNests.end());
+        mBag.mValues.Compact();
+        mBag.mNests.Compact();
     }
 }
 
@@ -57,15 +59,15 @@ void BagMerger::SetPlain(std::wstring_view iName, std::wstring_view iValue)
     hCheckName(iName);
     std::wstring lEscaped;
     const std::wstring_view lStored = hStoredValue(iValue, lEscaped);
-    mBag.mValueContent.Reserve(1, iName.size() + lStored.size()); // a failure comes before anything is removed
-    std::uint32_t* lPlace = hRemove(iName);
-    mBag.mValueContent.Append(iName, lStored);
-    hNumber(lPlace, mBag.mValueContent.GetCount() - 1, false);
+    mBag.mValues.Reserve(1, iName.size() + lStored.size()); // a failure comes before anything is removed
+    std::uint32_t* lNumber = hRemove(iName);
+    mBag.mValues.Append(iName, lStored);
+    hNumber(lNumber, mBag.mValues.GetCount() - 1, false);
 }
 
 void BagMerger::SetAnswer(std::wstring_view iName, std::wstring_view iValue)
 {
-    mIsDefaultPair = AreDefaultDelimiters(mBag.hPair());
+    mIsDefaultPair = AreDefaultDelimiters(mBag.GetPair());
     if (iValue.empty())
     {
         SetText(iName, {}); // only removes
@@ -77,39 +79,39 @@ void BagMerger::SetAnswer(std::wstring_view iName, std::wstring_view iValue)
 void BagMerger::SetText(std::wstring_view iName, std::wstring_view iText)
 {
     hCheckName(iName);
-    std::uint32_t* lPlace = hRemove(iName);
+    std::uint32_t* lNumber = hRemove(iName);
     if (iText.empty())
     {
         return;
     }
-    const QBase::SmartPtrI<PropertyBagImpl> lNest = mBag.hMakeNested(iText);
-    mBag.mEmbeddedContent.emplace_back(AsName(iName), lNest);
-    hNumber(lPlace, mBag.mEmbeddedContent.size() - 1, true);
+    NestPtr lNest = ReadNest(mBag, iText);
+    mBag.mNests.Append(iName, std::move(lNest));
+    hNumber(lNumber, mBag.mNests.GetCount() - 1, true);
 }
 
-void BagMerger::SetWritten(std::wstring_view iName, const PropertyBagImpl& iNest)
+void BagMerger::SetWritten(std::wstring_view iName, const BagState& iNest)
 {
-    if (const auto lCopy = hCopierFor(iNest.mBeginDelimiter, iNest.mEndDelimiter).CopyWritten(iNest))
+    if (NestPtr lCopy = hCopierFor(iNest.mBegin, iNest.mEnd).CopyWritten(iNest))
     {
-        SetNest(iName, lCopy);
+        SetNest(iName, std::move(lCopy));
         return;
     }
     SetText(iName, TextWriter(iNest).WriteToString(true));
 }
 
-void BagMerger::SetRewritten(std::wstring_view iName, const PropertyBagImpl& iNest)
+void BagMerger::SetRewritten(std::wstring_view iName, const BagState& iNest)
 {
-    if (iNest.hIsEmpty())
+    if (iNest.IsEmpty())
     {
         SetText(iName, {});
         return;
     }
-    if (const auto lCopy = hCopierFor(mBag.mBeginDelimiter, mBag.mEndDelimiter).CopyRewritten(iNest))
+    if (NestPtr lCopy = hCopierFor(mBag.mBegin, mBag.mEnd).CopyRewritten(iNest))
     {
-        SetNest(iName, lCopy);
+        SetNest(iName, std::move(lCopy));
         return;
     }
-    SetText(iName, mBag.hTextOfNest(iNest));
+    SetText(iName, TextWriter(iNest).With(mBag.mBegin.c_str(), mBag.mEnd.c_str()).WriteToString(false));
 }
 
 NestCopier& BagMerger::hCopierFor(const SharedWString& iBegin, const SharedWString& iEnd)
@@ -121,60 +123,104 @@ NestCopier& BagMerger::hCopierFor(const SharedWString& iBegin, const SharedWStri
     return *mCopier;
 }
 
-void BagMerger::SetNest(std::wstring_view iName, const QBase::SmartPtrI<PropertyBagImpl>& iNest)
+void BagMerger::SetNest(std::wstring_view iName, NestPtr&& iNest)
 {
     hCheckName(iName);
-    std::uint32_t* lPlace = hRemove(iName);
-    mBag.hAcceptOwnDelimiters();
+    std::uint32_t* lNumber = hRemove(iName);
+    mBag.AcceptPair();
     hConvert(*iNest);
-    mBag.mEmbeddedContent.emplace_back(AsName(iName), iNest);
-    hNumber(lPlace, mBag.mEmbeddedContent.size() - 1, true);
+    mBag.mNests.Append(iName, std::move(iNest));
+    hNumber(lNumber, mBag.mNests.GetCount() - 1, true);
 }
 
 // At step s, s entries are at their final place and s more have gone to the end, so the entry at position s stands at
-// place 2s of the places counted with the marked ones.
+// index 2s, killed entries counted.
 void BagMerger::SetAllOfItself()
 {
-    const std::size_t lPlainCount = mBag.mValueContent.GetCount();
+    const std::size_t lPlainCount = mBag.mValues.GetCount();
     for (std::size_t lStep = 0; lStep < lPlainCount; ++lStep)
     {
-        const std::wstring lName(mBag.mValueContent.GetName(2 * lStep));
-        const std::wstring lValue(mBag.mValueContent.GetValue(2 * lStep));
+        const std::wstring lName(mBag.mValues.GetName(2 * lStep));
+        const std::wstring lValue(mBag.mValues.GetValue(2 * lStep));
         hCheckName(lName);
         std::wstring lEscaped;
         const std::wstring_view lStored = hStoredValue(lValue, lEscaped);
-        mBag.mValueContent.Reserve(1, lName.size() + lStored.size()); // as above
-        mBag.mValueContent.Kill(2 * lStep);
+        mBag.mValues.Reserve(1, lName.size() + lStored.size()); // as above
+        mBag.mValues.Kill(2 * lStep);
         mHasKilled = true;
-        mBag.mValueContent.Append(lName, lStored);
+        mBag.mValues.Append(lName, lStored);
     }
-    const std::size_t lNestCount = mBag.mEmbeddedContent.size();
+    const std::size_t lNestCount = mBag.mNests.GetCount();
     for (std::size_t lStep = 0; lStep < lNestCount; ++lStep)
     {
-        const QBase::ReturnWString lName = mBag.mEmbeddedContent[2 * lStep].first;
-        const QBase::SmartPtrI<PropertyBagImpl> lNest = mBag.mEmbeddedContent[2 * lStep].second;
-        QBase::SmartPtrI<PropertyBagImpl> lCopy =
-            hCopierFor(lNest->mBeginDelimiter, lNest->mEndDelimiter).CopyWritten(*lNest);
+        const QBase::ReturnWString lName = mBag.mNests.GetName(2 * lStep);
+        const NestPtr lNest(&mBag.mNests.GetNest(2 * lStep));
+        NestPtr lCopy = hCopierFor(lNest->mBegin, lNest->mEnd).CopyWritten(*lNest);
         const std::wstring lText = lCopy ? std::wstring() : TextWriter(*lNest).WriteToString(true);
         hCheckName(lName);
-        mBag.mEmbeddedContent[2 * lStep].second = nullptr;
+        mBag.mNests.Kill(2 * lStep);
         mHasKilled = true;
-        mBag.hAcceptOwnDelimiters();
+        mBag.AcceptPair();
         if (lCopy)
         {
             hConvert(*lCopy);
         }
         else
         {
-            lCopy = mBag.hMakeNested(lText);
+            lCopy = ReadNest(mBag, lText);
         }
-        mBag.mEmbeddedContent.emplace_back(lName, lCopy);
+        mBag.mNests.Append(lName, std::move(lCopy));
+    }
+}
+
+// The nest that shows the bag is handed on as it is by that time, without killed entries. No bag stands in two places,
+// so the merger is made anew once at most.
+void BagMerger::SetAll(BagState& oBag, const BagState& iOther)
+{
+    const bool lIsInside = iOther.HasInside(oBag);
+    std::optional<BagMerger> lMerger(std::in_place, oBag, iOther.GetCount());
+    for (std::size_t lIndex = 0; lIndex < iOther.mValues.GetCount(); ++lIndex)
+    {
+        lMerger->SetPlain(iOther.mValues.GetName(lIndex), iOther.mValues.GetValue(lIndex));
+    }
+    for (std::size_t lIndex = 0; lIndex < iOther.mNests.GetCount(); ++lIndex)
+    {
+        const BagState& lNest = iOther.mNests.GetNest(lIndex);
+        if (lIsInside && (&lNest == &oBag || lNest.HasInside(oBag)))
+        {
+            lMerger.reset();
+            lMerger.emplace(oBag, iOther.mNests.GetCount());
+        }
+        lMerger->SetWritten(iOther.mNests.GetName(lIndex), lNest);
+    }
+}
+
+// Names that the other bag lacks are not set.
+void BagMerger::SetNamed(BagState& oBag, const BagState& iOther, const QDataType::StringCollection& iFilter)
+{
+    const unsigned long lCount = iFilter.GetCount();
+    BagIndex lOtherIndex(iOther);
+    BagMerger lMerger(oBag, std::min<std::size_t>(lCount, iOther.GetCount()));
+    for (unsigned long lIndex = 0; lIndex < lCount; ++lIndex)
+    {
+        const wchar_t* lName = iFilter.GetString(lIndex);
+        const std::size_t lNest = lOtherIndex.FindNest(lName, lIndex);
+        if (lNest != BagIndex::gNotFound)
+        {
+            lMerger.SetRewritten(lName, iOther.mNests.GetNest(lNest));
+            continue;
+        }
+        const std::size_t lValue = lOtherIndex.FindValue(lName, lIndex);
+        if (lValue != BagIndex::gNotFound)
+        {
+            lMerger.SetPlain(lName, iOther.ReadValue(lValue));
+        }
     }
 }
 
 void BagMerger::hCheckName(std::wstring_view iName)
 {
-    if (mEnd.IsIn(iName) || mBegin.IsIn(iName))
+    if (mEnd.OccursIn(iName) || mBegin.OccursIn(iName))
     {
         Throw<PropertyBagException>(Messages::gNameHasDelimiter);
     }
@@ -189,34 +235,36 @@ std::wstring_view BagMerger::hStoredValue(std::wstring_view iValue, std::wstring
         oEscaped = Escaped(iValue);
         lStored = oEscaped;
     }
-    if (mEnd.IsIn(lStored) || mBegin.IsIn(lStored))
+    if (mEnd.OccursIn(lStored) || mBegin.OccursIn(lStored))
     {
-        Messages::ThrowValueHasDelimiter(lStored, mBag.mBeginDelimiter.View(), mBag.mEndDelimiter.View());
+        Messages::ThrowValueHasDelimiter(lStored, mBag.mBegin.View(), mBag.mEnd.View());
     }
     return lStored;
 }
 
-// Removes what bears the name; returns where the table keeps the name's number, or null without a table.
+// Removes what bears the name; returns the number that the table has for the name, to be changed, or null without a
+// table.
 std::uint32_t* BagMerger::hRemove(std::wstring_view iName)
 {
     if (mTable)
     {
-        std::uint32_t* lPlace = mTable->Place(iName, [&](std::uint32_t iNumber) { return hHasName(iNumber, iName); });
-        if (*lPlace != NameTable::gNone)
+        std::uint32_t* lNumber =
+            mTable->NumberFor(iName, [&](std::uint32_t iNumber) { return hHasName(iNumber, iName); });
+        if (*lNumber != NameTable::gNone)
         {
-            hKill(*lPlace);
+            hKill(*lNumber);
         }
-        return lPlace;
+        return lNumber;
     }
-    const std::size_t lValue = mBag.mValueContent.Find(iName);
-    if (lValue < mBag.mValueContent.GetCount())
+    const std::size_t lValue = mBag.mValues.Find(iName);
+    if (lValue < mBag.mValues.GetCount())
     {
-        mBag.mValueContent.Remove(lValue);
+        mBag.mValues.Remove(lValue);
     }
-    const std::size_t lNest = mBag.hFindEmbedded(iName);
-    if (lNest < mBag.mEmbeddedContent.size())
+    const std::size_t lNest = mBag.mNests.Find(iName);
+    if (lNest < mBag.mNests.GetCount())
     {
-        mBag.mEmbeddedContent.erase(mBag.mEmbeddedContent.begin() + static_cast<std::ptrdiff_t>(lNest));
+        mBag.mNests.Remove(lNest);
     }
     return nullptr;
 }
@@ -224,9 +272,8 @@ std::uint32_t* BagMerger::hRemove(std::wstring_view iName)
 bool BagMerger::hHasName(std::uint32_t iNumber, std::wstring_view iName) const
 {
     const std::size_t lIndex = iNumber / 2;
-    return iNumber % 2 == 0
-               ? !mBag.mValueContent.IsKilled(lIndex) && AreEqualTexts(mBag.mValueContent.GetName(lIndex), iName)
-               : mBag.mEmbeddedContent[lIndex].second && AreEqualTexts(mBag.mEmbeddedContent[lIndex].first, iName);
+    return iNumber % 2 == 0 ? !mBag.mValues.IsKilled(lIndex) && AreEqualTexts(mBag.mValues.GetName(lIndex), iName)
+                            : !mBag.mNests.IsKilled(lIndex) && AreEqualTexts(mBag.mNests.GetName(lIndex), iName);
 }
 
 void BagMerger::hKill(std::uint32_t iNumber)
@@ -234,66 +281,51 @@ void BagMerger::hKill(std::uint32_t iNumber)
     mHasKilled = true;
     if (iNumber % 2 == 0)
     {
-        mBag.mValueContent.Kill(iNumber / 2);
+        mBag.mValues.Kill(iNumber / 2);
     }
     else
     {
-        mBag.mEmbeddedContent[iNumber / 2].second = nullptr;
+        mBag.mNests.Kill(iNumber / 2);
     }
 }
 
-void BagMerger::hNumber(std::uint32_t* ipPlace, std::size_t iIndex, bool iIsNest)
+void BagMerger::hNumber(std::uint32_t* opNumber, std::size_t iIndex, bool iIsNest)
 {
-    if (ipPlace != nullptr)
+    if (opNumber != nullptr)
     {
-        *ipPlace = static_cast<std::uint32_t>(2 * iIndex + (iIsNest ? 1 : 0));
+        *opNumber = static_cast<std::uint32_t>(2 * iIndex + (iIsNest ? 1 : 0));
     }
 }
 
 // Level by level as the nested settings would go: a level's plain properties, then each nest's name and the nest.
-void BagMerger::hConvert(PropertyBagImpl& oNest)
+void BagMerger::hConvert(BagState& oNest)
 {
-    if (oNest.mBeginDelimiter == mBag.mBeginDelimiter && oNest.mEndDelimiter == mBag.mEndDelimiter)
+    if (oNest.mBegin == mBag.mBegin && oNest.mEnd == mBag.mEnd)
     {
         return;
     }
-    struct Level
-    {
-        PropertyBagImpl* mBag;
-        std::size_t mNextNest;
-    };
     hConvertPlain(oNest);
-    std::vector<Level> lLevels{Level{&oNest, 0}};
-    while (!lLevels.empty())
-    {
-        Level& lLevel = lLevels.back();
-        if (lLevel.mNextNest == lLevel.mBag->mEmbeddedContent.size())
-        {
-            lLevels.pop_back();
-            continue;
-        }
-        const auto& lEntry = lLevel.mBag->mEmbeddedContent[lLevel.mNextNest++];
-        hCheckName(lEntry.first);
-        hConvertPlain(*lEntry.second);
-        lLevels.push_back(Level{lEntry.second.get(), 0});
-    }
+    NestWalk<BagState> lWalk;
+    lWalk.Over(oNest, [&](BagState& oParent, std::size_t iIndex) {
+        hCheckName(oParent.mNests.GetName(iIndex));
+        hConvertPlain(oParent.mNests.GetNest(iIndex));
+        return true;
+    });
 }
 
-void BagMerger::hConvertPlain(PropertyBagImpl& oNest)
+void BagMerger::hConvertPlain(BagState& oNest)
 {
     ValueContent lConverted;
-    lConverted.Reserve(oNest.mValueContent.GetCount(), oNest.mValueContent.GetTextLength());
-    for (std::size_t lIndex = 0; lIndex < oNest.mValueContent.GetCount(); ++lIndex)
+    lConverted.Reserve(oNest.mValues.GetCount(), oNest.mValues.GetTextLength());
+    for (std::size_t lIndex = 0; lIndex < oNest.mValues.GetCount(); ++lIndex)
     {
-        hCheckName(oNest.mValueContent.GetName(lIndex));
+        hCheckName(oNest.mValues.GetName(lIndex));
         std::wstring lEscaped;
-        const std::wstring_view lStored = hStoredValue(oNest.mValueContent.GetValue(lIndex), lEscaped);
-        lConverted.Append(oNest.mValueContent.GetName(lIndex), lStored);
+        const std::wstring_view lStored = hStoredValue(oNest.mValues.GetValue(lIndex), lEscaped);
+        lConverted.Append(oNest.mValues.GetName(lIndex), lStored);
     }
-    oNest.mValueContent = std::move(lConverted);
-    oNest.mBeginDelimiter = mBag.mBeginDelimiter;
-    oNest.mEndDelimiter = mBag.mEndDelimiter;
-    oNest.mAreDelimitersValid = true;
+    oNest.mValues = std::move(lConverted);
+    oNest.SetPair(mBag.mBegin, mBag.mEnd);
 }
 
 } // namespace QTalBase

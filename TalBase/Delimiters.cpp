@@ -58,17 +58,17 @@ private:
     std::wstring mSorted;
 };
 
-void PointAt(std::size_t iPlace, std::size_t* opPlace) noexcept
+void PointAt(std::size_t iPosition, std::size_t* opPosition) noexcept
 {
-    if (opPlace != nullptr)
+    if (opPosition != nullptr)
     {
-        *opPlace = iPlace;
+        *opPosition = iPosition;
     }
 }
 
-[[noreturn]] void RefuseHeader(const wchar_t* ipText, std::size_t iPlace, std::size_t* opPlace)
+[[noreturn]] void RefuseHeader(const wchar_t* ipText, std::size_t iPosition, std::size_t* opPosition)
 {
-    PointAt(iPlace, opPlace);
+    PointAt(iPosition, opPosition);
     Throw<PropertyBagException>(ipText);
 }
 
@@ -190,9 +190,14 @@ bool IsNeutralToEscapes(const DelimiterPair& iPair) noexcept
            iPair.mEnd.find_first_of(lCharacters) == std::wstring_view::npos;
 }
 
+bool IsEveryNestFinal(const DelimiterPair& iPair)
+{
+    return CanHeaderCarry(iPair) && (!AreDefaultDelimiters(iPair) || IsNeutralToEscapes(iPair));
+}
+
 // Loose on purpose: both searches are for any character of a set, the 14 characters where "BeginDelimiter" should stand
 // are skipped unseen, and a header that ends too early makes the copy of the begin delimiter fail as a string's does.
-unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPlace)
+unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPosition)
 {
     if (!AreEqualTexts(iText.substr(0, gHeaderEndWord.size()), gHeaderEndWord))
     {
@@ -208,22 +213,22 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size
     const std::size_t lEndStop = iText.find_first_of(gHeaderBeginWord, lEndStart);
     if (lEndStop == std::wstring_view::npos)
     {
-        RefuseHeader(Messages::gMetadataNoBegin, iText.size(), opPlace);
+        RefuseHeader(Messages::gMetadataNoBegin, iText.size(), opPosition);
     }
     if (lEndStop == lEndStart)
     {
-        RefuseHeader(Messages::gMetadataEmptyEnd, lEndStart, opPlace);
+        RefuseHeader(Messages::gMetadataEmptyEnd, lEndStart, opPosition);
     }
     const std::wstring_view lEnd = iText.substr(lEndStart, lEndStop - lEndStart);
     const std::size_t lBeginStart = lEndStop + gHeaderBeginWord.size();
     const std::size_t lBeginStop = CharacterSet(lEnd).FindFirstIn(iText, lEndStop);
     if (lBeginStop != std::wstring_view::npos && lBeginStop <= lBeginStart)
     {
-        RefuseHeader(Messages::gMetadataEmptyBegin, lBeginStop, opPlace);
+        RefuseHeader(Messages::gMetadataEmptyBegin, lBeginStop, opPosition);
     }
     if (lBeginStart > iText.size())
     {
-        PointAt(iText.size(), opPlace);
+        PointAt(iText.size(), opPosition);
         throw std::out_of_range("QTalBase::PropertyBag: the header ends too early");
     }
     oPair = DelimiterPair{iText.substr(lBeginStart, lBeginStop - lBeginStart), lEnd};

@@ -2,6 +2,8 @@
 
 #include "TalBase/PrivateSource/Delimiters.h"
 
+#include <utility>
+
 namespace QTalBase
 {
 
@@ -13,85 +15,82 @@ NestCopier::NestCopier(const SharedWString& iBegin, const SharedWString& iEnd)
 {
 }
 
-QBase::SmartPtrI<PropertyBagImpl> NestCopier::CopyWritten(const PropertyBagImpl& iNest)
+NestPtr NestCopier::CopyWritten(const BagState& iNest)
 {
     return hCopy(iNest, true);
 }
 
-QBase::SmartPtrI<PropertyBagImpl> NestCopier::CopyRewritten(const PropertyBagImpl& iNest)
+NestPtr NestCopier::CopyRewritten(const BagState& iNest)
 {
     // Without a header, a text that begins with the header's first word would be taken to have one.
     const std::wstring_view lFirstName =
-        iNest.mValueContent.GetCount() != 0 ? iNest.mValueContent.GetName(0) : iNest.mEmbeddedContent[0].first;
+        iNest.mValues.GetCount() != 0 ? iNest.mValues.GetName(0) : std::wstring_view(iNest.mNests.GetName(0));
     return mRule.MayBeginLikeHeader(lFirstName) ? nullptr : hCopy(iNest, false);
 }
 
-QBase::SmartPtrI<PropertyBagImpl> NestCopier::hCopy(const PropertyBagImpl& iNest, bool iIsWritten)
+NestPtr NestCopier::hCopy(const BagState& iNest, bool iIsWritten)
 {
-    QBase::SmartPtrI<PropertyBagImpl> lCopy = mCanCopy ? hCopyPlain(iNest, iIsWritten) : nullptr;
+    NestPtr lCopy = mCanCopy ? hCopyPlain(iNest, iIsWritten) : nullptr;
     if (!lCopy)
     {
         return nullptr;
     }
-    mLevels.assign(1, Level{&iNest, lCopy.get(), 0});
-    while (!mLevels.empty())
-    {
-        if (mLevels.back().mNextNest == mLevels.back().mFrom->mEmbeddedContent.size())
-        {
-            hFinishLevel();
-        }
-        else if (!hCopyNextNest(iIsWritten))
-        {
-            return nullptr;
-        }
-    }
-    return lCopy;
+    mCopies.assign(1, lCopy.get());
+    const bool lIsCopied = mWalk.Over(
+        iNest, [&](const BagState& iParent, std::size_t iIndex) { return hCopyNest(iParent, iIndex, iIsWritten); },
+        [&](const BagState& iParent, std::size_t iIndex) { hFinishNest(iParent, iIndex); });
+    return lIsCopied ? lCopy : nullptr;
 }
 
 // A copy of a bag without its nests, or null.
-QBase::SmartPtrI<PropertyBagImpl> NestCopier::hCopyPlain(const PropertyBagImpl& iBag, bool iIsWritten)
+NestPtr NestCopier::hCopyPlain(const BagState& iBag, bool iIsWritten)
 {
-    const bool lIsOwnPair = iBag.mAreDelimitersValid && HasPair(iBag.mBeginDelimiter, iBag.mEndDelimiter);
-    if ((iIsWritten && !lIsOwnPair) || !mRule.IsKept(iBag.mValueContent))
+    const bool lIsOwnPair = iBag.mIsPairChecked && HasPair(iBag.mBegin, iBag.mEnd);
+    if ((iIsWritten && !lIsOwnPair) || !mRule.IsKept(iBag.mValues))
     {
         return nullptr;
     }
-    QBase::SmartPtrI<PropertyBagImpl> lCopy = PropertyBagImpl::hMake(mBegin, mEnd);
-    lCopy->mValueContent = iBag.mValueContent;
-    lCopy->mEmbeddedContent.reserve(iBag.mEmbeddedContent.size());
+    NestPtr lCopy = MakeNest(mBegin, mEnd);
+    lCopy->mValues = iBag.mValues;
+    lCopy->mNests.Reserve(iBag.mNests.GetCount());
     return lCopy;
 }
 
 // Returns false where the nest cannot be copied. Nothing is set by an empty one.
-bool NestCopier::hCopyNextNest(bool iIsWritten)
+bool NestCopier::hCopyNest(const BagState& iParent, std::size_t iIndex, bool iIsWritten)
 {
-    Level& lLevel = mLevels.back();
-    const auto& [lName, lNest] = lLevel.mFrom->mEmbeddedContent[lLevel.mNextNest++];
-    if (lNest->hIsEmpty())
+    const QBase::ReturnWString& lName = iParent.mNests.GetName(iIndex);
+    const BagState& lNest = iParent.mNests.GetNest(iIndex);
+    if (lNest.IsEmpty())
     {
-        return mRule.IsNameKept(lName) && (!iIsWritten || HasPair(lNest->mBeginDelimiter, lNest->mEndDelimiter));
+        return mRule.IsNameKept(lName) && (!iIsWritten || HasPair(lNest.mBegin, lNest.mEnd));
     }
-    QBase::SmartPtrI<PropertyBagImpl> lCopy = mRule.IsNameKept(lName) ? hCopyPlain(*lNest, iIsWritten) : nullptr;
+    NestPtr lCopy = mRule.IsNameKept(lName) ? hCopyPlain(lNest, iIsWritten) : nullptr;
     if (!lCopy)
     {
         return false;
     }
-    lLevel.mTo->mEmbeddedContent.emplace_back(lName, lCopy);
-    if (!lNest->mEmbeddedContent.empty())
+    BagState& lTarget = *mCopies.back();
+    if (!lNest.mNests.IsEmpty())
     {
-        mLevels.push_back(Level{lNest.get(), lCopy.get(), 0});
+        mCopies.push_back(lCopy.get());
     }
+    lTarget.mNests.Append(lName, std::move(lCopy));
     return true;
 }
 
 // A nest in which nothing is left is set all the same where it lies in the copied nest itself; further in it is lost.
-void NestCopier::hFinishLevel()
+void NestCopier::hFinishNest(const BagState& iParent, std::size_t iIndex)
 {
-    const bool lIsEmpty = mLevels.back().mTo->hIsEmpty();
-    mLevels.pop_back();
-    if (lIsEmpty && mLevels.size() > 1)
+    if (iParent.mNests.GetNest(iIndex).mNests.IsEmpty())
     {
-        mLevels.back().mTo->mEmbeddedContent.pop_back();
+        return;
+    }
+    const bool lIsEmpty = mCopies.back()->IsEmpty();
+    mCopies.pop_back();
+    if (lIsEmpty && mCopies.size() > 1)
+    {
+        mCopies.back()->mNests.Remove(mCopies.back()->mNests.GetCount() - 1);
     }
 }
 

@@ -1,15 +1,15 @@
-// The steps of CreatePropertyBag and AddString, with the place of what is read beside them. The cutters and the token
-// reader are those of every reading; only their fast way of taking whole properties is left, token by token, because it
-// passes over what is remarked on here.
+// The steps of CreatePropertyBag and AddString, with the place of what is read beside them: the header, the parser and
+// the merging are those of every reading, and the checker is another handler.
 //
-// Nested bags are read without being made where that cannot fail: where every one of them is clean (see TextReader),
+// Nested bags are read without being made where that cannot fail: where every one of them is final (see BagBuilder),
 // and where nothing has to be merged into a bag with other delimiters. Otherwise they are made, as in every reading.
 
 #include "TalBase/TextCheck.h"
 
+#include "TalBase/PrivateSource/BagBuilder.h"
 #include "TalBase/PrivateSource/Delimiters.h"
 #include "TalBase/PrivateSource/Messages.h"
-#include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PrivateSource/TextParser.h"
 #include "TalBase/PrivateSource/TextReader.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 
@@ -47,8 +47,6 @@ private:
     std::size_t mLength;
 };
 
-} // namespace
-
 // Checks one text that is read with one pair and merged into a new bag with another one, or with the same.
 class TextChecker
 {
@@ -85,15 +83,57 @@ public:
             return;
         }
         hCheckHeaderPair(lPair);
-        const QBase::SmartPtrI<PropertyBagImpl> lBag(
-            new PropertyBagImpl(SharedWString(iOwn.mBegin), SharedWString(iOwn.mEnd), true));
+        const NestPtr lBag = MakeNest(SharedWString(iOwn.mBegin), SharedWString(iOwn.mEnd));
         hCheckContent(lPosition, SharedWString(lPair.mBegin), SharedWString(lPair.mEnd), lBag.get());
     }
 
-private:
-    using Token = TextReader::Token;
-    using State = TextReader::State;
+    // What TextParser.h asks of a handler.
 
+    // The result's position is the delimiter's; where something else may be refused, it becomes the position of that.
+    void Cut(std::wstring_view iRun, Found iFound)
+    {
+        if (iFound == Found::Nothing)
+        {
+            mResult.mPosition = mText.size();
+            return;
+        }
+        if (!iRun.empty())
+        {
+            hRemarkOnOverlap(iRun);
+        }
+        mLastFound = iFound;
+        mLastPosition = hPositionOf(iRun) + iRun.size();
+        mResult.mPosition = mLastPosition;
+    }
+
+    void Plain(std::wstring_view iName, std::wstring_view iValue, bool iMayContainStart)
+    {
+        mResult.mPosition = hPositionOf(iValue);
+        mBuilder->Plain(iName, iValue, iMayContainStart);
+    }
+
+    void Empty(std::wstring_view iName)
+    {
+        hRemark(TextRemarkKind::EmptyValue, iName);
+    }
+
+    void OpenNest(std::wstring_view iName)
+    {
+        mBuilder->OpenNest(iName);
+    }
+
+    void CloseNest()
+    {
+        hRemarkOnReplaced();
+        mResult.mPosition = hPositionOf(mBuilder->GetInnermostName());
+        mBuilder->CloseNest();
+        if (mBuilder->IsLastNestEmpty())
+        {
+            hRemark(TextRemarkKind::EmptyBag, mBuilder->GetLastNestName());
+        }
+    }
+
+private:
     void hCheckHeaderPair(const DelimiterPair& iPair)
     {
         mResult.mPosition = gHeaderEndWord.size() + iPair.mEnd.size() + gHeaderBeginWord.size(); // the begin delimiter
@@ -102,158 +142,64 @@ private:
 
     // ipForeign: the bag with other delimiters that the text is merged into, or null.
     void hCheckContent(unsigned int iPosition, const SharedWString& iBegin, const SharedWString& iEnd,
-                       PropertyBagImpl* ipForeign)
+                       BagState* ipForeign)
     {
-        TextReader& lReader = mReader.emplace(iBegin, iEnd);
-        mBeginOverlap.emplace(iBegin.View());
-        mEndOverlap.emplace(iEnd.View());
-        mAreBagsMade = ipForeign != nullptr || !lReader.hIsEveryNestClean();
-        const std::wstring_view lText = mText.substr(std::min<std::size_t>(iPosition, mText.size()));
-        lReader.mTextStop = lText.data() + lText.size();
+        const DelimiterPair lPair{iBegin.View(), iEnd.View()};
+        mBeginOverlap.emplace(lPair.mBegin);
+        mEndOverlap.emplace(lPair.mEnd);
+        mIsDefaultPair = AreDefaultDelimiters(lPair);
+        const bool lMakesNests = ipForeign != nullptr || !IsEveryNestFinal(lPair);
+        mBuilder.emplace(iBegin, iEnd, mText.data() + mText.size(), lMakesNests);
+        const std::wstring_view lText = ContentOf(mText, iPosition);
         mResult.mContentPosition = mText.size() - lText.size();
-        if (AreShortDelimiters(iBegin.View(), iEnd.View()))
-        {
-            ShortCutter lCutter(lText, iBegin.View(), iEnd.View());
-            hTakeAllOf(lCutter);
-        }
-        else
-        {
-            LongCutter lCutter(lText, iBegin.View(), iEnd.View());
-            hTakeAllOf(lCutter);
-        }
-        hRemarkOnReplaced();
-        if (mAreBagsMade && (ipForeign != nullptr || !lReader.IsClean()))
-        {
-            const QBase::SmartPtrI<PropertyBagImpl> lBag(
-                ipForeign != nullptr ? ipForeign : new PropertyBagImpl(iBegin, iEnd, true));
-            hMerge(*lBag);
-        }
-    }
-
-    template <class Cutter>
-    void hTakeAllOf(Cutter& oCutter)
-    {
-        for (Found lFound = oCutter.Next(); lFound != Found::Nothing; lFound = oCutter.Next())
-        {
-            const std::wstring_view lRun = oCutter.GetRun();
-            if (!lRun.empty())
-            {
-                mReader->mMayRunBeEscapable = oCutter.MayHoldFirstCharacter();
-                mReader->Take(Token::String, lRun);
-                hRemarkOnOverlap(lRun);
-            }
-            mLastFound = lFound;
-            mLastPlace = hPlaceOf(lRun) + lRun.size();
-            mResult.mPosition = mLastPlace;
-            hTakeDelimiter(lFound == Found::Begin ? Token::Begin : Token::End);
-        }
-        mResult.mPosition = mText.size();
-        mReader->Finish();
-        const std::wstring_view lTail = oCutter.GetRest();
+        const std::wstring_view lTail = ParseText(lText, lPair, *this);
         if (!lTail.empty())
         {
             hRemark(TextRemarkKind::IgnoredTail, lTail);
         }
-    }
-
-    // The result's position is the delimiter's; where something else may be refused, it becomes the place of that.
-    void hTakeDelimiter(Token iToken)
-    {
-        const State lState = mReader->mState;
-        if (iToken == Token::End && lState == State::Name && mReader->mFrames.GetCount() > 1)
+        hRemarkOnReplaced();
+        if (lMakesNests)
         {
-            hCloseNest();
-            return;
-        }
-        if (iToken == Token::End && lState == State::Value)
-        {
-            hRemark(TextRemarkKind::EmptyValue, mReader->mName);
-        }
-        if (iToken == Token::End && lState == State::ValueEnd)
-        {
-            mResult.mPosition = hPlaceOf(mReader->mValue);
-        }
-        mReader->Take(iToken, {});
-    }
-
-    void hCloseNest()
-    {
-        TextReader& lReader = *mReader;
-        const TextReader::Frame lFrame = lReader.mFrames.Top();
-        bool lIsEmpty = hRemarkOnReplaced();
-        mResult.mPosition = hPlaceOf(lFrame.mName);
-        if (mAreBagsMade)
-        {
-            lReader.Take(Token::End, {});
-            lIsEmpty = lReader.mNests.Top().mBag->hIsEmpty();
-        }
-        else
-        {
-            lReader.mPlains.CutTo(lFrame.mFirstPlain);
-            lReader.mNests.CutTo(lFrame.mFirstNest);
-            lReader.mFrames.CutTo(lReader.mFrames.GetCount() - 1);
-            lReader.mNests.Push(TextReader::Nest{lFrame.mName, nullptr, true, false});
-        }
-        mIsNestEmpty.resize(lFrame.mFirstNest);
-        mIsNestEmpty.push_back(lIsEmpty);
-        if (lIsEmpty)
-        {
-            hRemark(TextRemarkKind::EmptyBag, lFrame.mName);
+            const NestPtr lBag = ipForeign != nullptr ? NestPtr(ipForeign) : MakeNest(iBegin, iEnd);
+            hMerge(*lBag);
         }
     }
 
-    // Of the innermost frame. Returns whether nothing is left of it.
-    bool hRemarkOnReplaced()
+    // Of the innermost nest.
+    void hRemarkOnReplaced()
     {
-        TextReader& lReader = *mReader;
-        const TextReader::Frame lFrame = lReader.mFrames.Top();
-        lReader.hMarkReplaced(lFrame);
-        bool lIsEmpty = true;
-        for (std::size_t lIndex = lFrame.mFirstPlain; lIndex < lReader.mPlains.GetCount(); ++lIndex)
-        {
-            const bool lIsReplaced = lReader.mPlains[lIndex].mEscapable == TextReader::gReplaced;
-            lIsEmpty = lIsEmpty && lIsReplaced;
-            if (lIsReplaced)
+        mBuilder->VisitInnermost([&](std::wstring_view iName, std::wstring_view /*iValue*/, bool iIsReplaced) {
+            if (iIsReplaced)
             {
-                hRemark(TextRemarkKind::RepeatedName, lReader.mPlains[lIndex].mName);
+                hRemark(TextRemarkKind::RepeatedName, iName);
             }
-        }
-        for (std::size_t lIndex = lFrame.mFirstNest; lIndex < lReader.mNests.GetCount(); ++lIndex)
-        {
-            const bool lIsReplaced = lReader.mNests[lIndex].mIsReplaced;
-            lIsEmpty = lIsEmpty && (lIsReplaced || mIsNestEmpty[lIndex]);
-            if (lIsReplaced)
-            {
-                hRemark(TextRemarkKind::RepeatedName, lReader.mNests[lIndex].mName);
-            }
-        }
-        return lIsEmpty;
+        });
     }
 
-    // A run that was just taken, and the delimiter before it. Under the default pair a value holds no character of the
+    // A run that was just cut, and the delimiter before it. Under the default pair a value holds no character of the
     // end delimiter that is not escaped, so what follows one belongs to the next name.
     void hRemarkOnOverlap(std::wstring_view iRun)
     {
-        const bool lIsAmbiguous = mLastFound == Found::Begin || (mLastFound == Found::End && !mReader->mIsDefaultPair);
+        const bool lIsAmbiguous = mLastFound == Found::Begin || (mLastFound == Found::End && !mIsDefaultPair);
         const std::size_t lLength =
             lIsAmbiguous ? (mLastFound == Found::Begin ? *mBeginOverlap : *mEndOverlap).FindIn(iRun) : 0;
         if (lLength != 0)
         {
-            const std::wstring_view lFrom = mText.substr(mLastPlace);
+            const std::wstring_view lFrom = mText.substr(mLastPosition);
             hRemark(TextRemarkKind::AmbiguousDelimiter,
                     lFrom.substr(0, static_cast<std::size_t>(iRun.data() - lFrom.data()) + lLength));
         }
     }
 
     // Into a bag for which a name or a value may be unfit. The entry that is merged is found again among what was read.
-    void hMerge(PropertyBagImpl& oBag)
+    void hMerge(BagState& oBag)
     {
-        TextReader& lReader = *mReader;
-        const QBase::SmartPtrI<PropertyBagImpl> lScratch(lReader.MakeBag());
+        const bool lAreNestsFinal = mBuilder->AreNestsFinal();
+        const NestPtr lRead = mBuilder->MakeBag();
         std::size_t lEntry = 0;
         try
         {
-            oBag.hMergeScratch(lReader, *lScratch, lEntry);
+            MergeRead(oBag, *lRead, lAreNestsFinal, lEntry);
         }
         catch (...)
         {
@@ -262,51 +208,41 @@ private:
         }
     }
 
-    // The place of the name that is refused, or else of the value.
-    std::size_t hFindEntry(std::size_t iEntry, const PropertyBagImpl& iBag)
+    // The position of the name that is refused, or else of the value. A bag has its plain properties first, too.
+    std::size_t hFindEntry(std::size_t iNumber, const BagState& iBag)
     {
-        for (std::size_t lIndex = 0; lIndex < mReader->mPlains.GetCount(); ++lIndex)
-        {
-            const TextReader::Plain& lPlain = mReader->mPlains[lIndex];
-            if (lPlain.mEscapable != TextReader::gReplaced && iEntry-- == 0)
+        std::size_t lPosition = 0;
+        mBuilder->VisitInnermost([&](std::wstring_view iName, std::wstring_view iValue, bool iIsReplaced) {
+            if (!iIsReplaced && iNumber-- == 0)
             {
-                const bool lIsName = Contains(lPlain.mName, iBag.mEndDelimiter.View()) ||
-                                     Contains(lPlain.mName, iBag.mBeginDelimiter.View());
-                return hPlaceOf(lIsName ? lPlain.mName : lPlain.mValue);
+                const bool lIsName =
+                    iValue.empty() || Contains(iName, iBag.mEnd.View()) || Contains(iName, iBag.mBegin.View());
+                lPosition = hPositionOf(lIsName ? iName : iValue);
             }
-        }
-        std::size_t lNest = 0; // what was merged is one of them
-        while (mReader->mNests[lNest].mIsReplaced || iEntry-- != 0)
-        {
-            ++lNest;
-        }
-        return hPlaceOf(mReader->mNests[lNest].mName);
+        });
+        return lPosition;
     }
 
     void hRemark(TextRemarkKind iKind, std::wstring_view iPart)
     {
-        mResult.mRemarks.push_back(TextRemark{iKind, hPlaceOf(iPart), iPart.size()});
+        mResult.mRemarks.push_back(TextRemark{iKind, hPositionOf(iPart), iPart.size()});
     }
 
     // iPart: a piece of the text.
-    std::size_t hPlaceOf(std::wstring_view iPart) const
+    std::size_t hPositionOf(std::wstring_view iPart) const
     {
         return static_cast<std::size_t>(iPart.data() - mText.data());
     }
 
     std::wstring_view mText;
     TextCheckResult& mResult;
-    std::optional<TextReader> mReader; // of the content
-    bool mAreBagsMade = false;
-    std::vector<bool> mIsNestEmpty;    // for each nest that the reader holds
-    Found mLastFound = Found::Nothing; // the delimiter before what is taken next, and its place
-    std::size_t mLastPlace = 0;
+    std::optional<BagBuilder> mBuilder; // of the content
+    bool mIsDefaultPair = false;
+    Found mLastFound = Found::Nothing; // the delimiter before what is taken next, and its position
+    std::size_t mLastPosition = 0;
     std::optional<Overlap> mBeginOverlap;
     std::optional<Overlap> mEndOverlap;
 };
-
-namespace
-{
 
 TextCheckResult CheckWith(const wchar_t* ipText, const DelimiterPair* ipPair)
 {

@@ -5,10 +5,10 @@
 // Where a text may be read with other delimiters, or a value be one that is escaped while it is read, a bag may come
 // back by chance from a text that is cut elsewhere: only there a fault is doubtful, and the text is written and read.
 
-#include "TalBase/PrivateSource/Delimiters.h"
+#include "TalBase/PrivateSource/BagState.h"
 #include "TalBase/PrivateSource/NameTable.h"
-#include "TalBase/PrivateSource/PropertyBagImpl.h"
 #include "TalBase/PrivateSource/TextRule.h"
+#include "TalBase/PropertyBag.h"
 #include "TalBase/TextCheck.h"
 
 #include <stdexcept>
@@ -92,13 +92,13 @@ unsigned int FindRepeatedName(const PropertyBag& iBag)
     {
         lNames.push_back(iBag.GetName(lIndex));
         const std::wstring_view lName = lNames.back();
-        std::uint32_t* lPlace =
-            lTable.Place(lName, [&](std::uint32_t iNumber) { return std::wstring_view(lNames[iNumber]) == lName; });
-        if (*lPlace != NameTable::gNone)
+        std::uint32_t* lFirst =
+            lTable.NumberFor(lName, [&](std::uint32_t iNumber) { return std::wstring_view(lNames[iNumber]) == lName; });
+        if (*lFirst != NameTable::gNone)
         {
             return lIndex;
         }
-        *lPlace = lIndex;
+        *lFirst = lIndex;
     }
     return lCount;
 }
@@ -144,7 +144,7 @@ private:
     {
         Held mHeld; // null for the bag that was asked about, whose reference count may be 0, and in bags of the library
         const PropertyBag* mBag;
-        const PropertyBagImpl* mExact; // null for one of another class
+        const BagState* mExact; // null for one of another class
         unsigned int mCount;
         unsigned int mNext;     // behind the property that is looked at
         unsigned int mRepeated; // the first whose name stands before it already, or the count
@@ -203,13 +203,13 @@ private:
     // The plain properties of a bag of the library are mostly looked at all together.
     void hEnter(const Held& iHeld, const PropertyBag& iBag)
     {
-        const PropertyBagImpl* lExact = PropertyBagImpl::hExactly(iBag);
+        const BagState* lExact = StateOf(iBag);
         const unsigned int lCount = iBag.GetCount();
-        const bool lMayRepeat = lExact == nullptr || lExact->hMayRepeatNames();
+        const bool lMayRepeat = lExact == nullptr || lExact->mMayRepeatNames;
         Level lLevel{iHeld, &iBag, lExact, lCount, 0, lMayRepeat ? FindRepeatedName(iBag) : lCount};
-        if (!lMayRepeat && mRule.IsKept(lExact->mValueContent))
+        if (!lMayRepeat && mRule.IsKept(lExact->mValues))
         {
-            lLevel.mNext = static_cast<unsigned int>(lExact->mValueContent.GetCount());
+            lLevel.mNext = static_cast<unsigned int>(lExact->mValues.GetCount());
         }
         mLevels.push_back(std::move(lLevel));
     }
@@ -217,8 +217,7 @@ private:
     static bool hIsNest(const Level& iLevel)
     {
         const unsigned int lIndex = iLevel.mNext - 1;
-        return iLevel.mExact != nullptr ? lIndex >= iLevel.mExact->mValueContent.GetCount()
-                                        : iLevel.mBag->IsEmbedded(lIndex);
+        return iLevel.mExact != nullptr ? lIndex >= iLevel.mExact->mValues.GetCount() : iLevel.mBag->IsEmbedded(lIndex);
     }
 
     TextFaultKind hCheckName(const Level& iLevel)
@@ -231,9 +230,8 @@ private:
     TextFault hCheckPlain(const Level& iLevel)
     {
         const unsigned int lIndex = iLevel.mNext - 1;
-        const TextFaultKind lKind = iLevel.mExact != nullptr
-                                        ? mRule.CheckValue(iLevel.mExact->mValueContent.GetValue(lIndex))
-                                        : mRule.CheckValue(iLevel.mBag->GetValue(lIndex));
+        const TextFaultKind lKind = iLevel.mExact != nullptr ? mRule.CheckValue(iLevel.mExact->mValues.GetValue(lIndex))
+                                                             : mRule.CheckValue(iLevel.mBag->GetValue(lIndex));
         return lKind != TextFaultKind::None ? hFault(lKind, TextFaultPart::Value) : TextFault();
     }
 
@@ -241,12 +239,11 @@ private:
     TextFault hCheckNest(const Level& iLevel)
     {
         const unsigned int lIndex = iLevel.mNext - 1;
-        const PropertyBagImpl* lOwner = iLevel.mExact;
-        const PropertyBagImpl* lOwned =
-            lOwner != nullptr ? lOwner->mEmbeddedContent[lIndex - lOwner->mValueContent.GetCount()].second.get()
-                              : nullptr;
+        const BagState* lOwner = iLevel.mExact;
+        const BagState* lOwned =
+            lOwner != nullptr ? &lOwner->mNests.GetNest(lIndex - lOwner->mValues.GetCount()) : nullptr;
         const Held lHeld = lOwner != nullptr ? nullptr : iLevel.mBag->GetValuePropertyBag(lIndex);
-        const PropertyBag& lNest = lOwned != nullptr ? static_cast<const PropertyBag&>(*lOwned) : *lHeld;
+        const PropertyBag& lNest = lOwned != nullptr ? *lOwned->mObject : *lHeld;
         if (!hHasPair(lNest, lOwner, lOwned))
         {
             return hFault(TextFaultKind::Different, TextFaultPart::Delimiters);
@@ -266,13 +263,12 @@ private:
     // Whether a nest is written with the text's delimiters. Many can share a pair of a million characters with the bag
     // around them, which has the text's.
     // ipOwner, ipOwned: the bag around the nest and the nest, in a bag of the library.
-    bool hHasPair(const PropertyBag& iNest, const PropertyBagImpl* ipOwner, const PropertyBagImpl* ipOwned) const
+    bool hHasPair(const PropertyBag& iNest, const BagState* ipOwner, const BagState* ipOwned) const
     {
         const bool lHasBegin = mGivenBegin != nullptr ||
-                               (ipOwner != nullptr && ipOwned->mBeginDelimiter.IsSame(ipOwner->mBeginDelimiter)) ||
+                               (ipOwner != nullptr && ipOwned->mBegin.IsSame(ipOwner->mBegin)) ||
                                iNest.GetBeginDelimiter() == mBegin;
-        const bool lHasEnd = mGivenEnd != nullptr ||
-                             (ipOwner != nullptr && ipOwned->mEndDelimiter.IsSame(ipOwner->mEndDelimiter)) ||
+        const bool lHasEnd = mGivenEnd != nullptr || (ipOwner != nullptr && ipOwned->mEnd.IsSame(ipOwner->mEnd)) ||
                              iNest.GetEndDelimiter() == mEnd;
         return lHasBegin && lHasEnd;
     }

@@ -42,7 +42,7 @@ bool RunGuard::IsKept(std::wstring_view iRun, std::size_t iFollower)
 {
     for (Delimiter& lDelimiter : mDelimiters)
     {
-        if (lDelimiter.mSearcher.IsIn(iRun))
+        if (lDelimiter.mSearcher.OccursIn(iRun))
         {
             return false;
         }
@@ -70,8 +70,10 @@ bool TextRule::IsValueKept(std::wstring_view iValue)
 // Mostly the characters of all entries, which lie together, say that none needs to be looked at.
 bool TextRule::IsKept(const ValueContent& iContent)
 {
-    const bool lIsUnsuspicious = !iContent.MayHold(mBegin[0]) && !iContent.MayHold(mEnd[0]) &&
-                                 (!mIsDefault || (!iContent.MayHold(L'*') && !iContent.MayHold(L'+')));
+    const bool lHasInitialStarts = mBegin[0] == L'+' && mEnd[0] == L'*'; // which are what is escaped
+    const bool lIsUnsuspicious =
+        !iContent.MayContain(mBegin[0]) && !iContent.MayContain(mEnd[0]) &&
+        (!mIsDefault || lHasInitialStarts || (!iContent.MayContain(L'*') && !iContent.MayContain(L'+')));
     for (std::size_t lIndex = 0; lIndex < iContent.GetCount(); ++lIndex)
     {
         const std::wstring_view lName = iContent.GetName(lIndex);
@@ -103,7 +105,7 @@ bool TextRule::MayBeginLikeHeader(std::wstring_view iFirstName) const noexcept
 
 bool TextRule::hIsKept(std::wstring_view iRun, std::size_t iFollower)
 {
-    if (!Holds(iRun, mBegin[0]) && !Holds(iRun, mEnd[0]))
+    if (!Contains(iRun, mBegin[0]) && !Contains(iRun, mEnd[0]))
     {
         return !iRun.empty();
     }
@@ -120,7 +122,7 @@ TextFaultKind TextRule::hCheck(std::wstring_view iRun, std::size_t iFollower)
     {
         return TextFaultKind::Empty;
     }
-    if (Holds(iRun, L'\0'))
+    if (Contains(iRun, L'\0'))
     {
         return TextFaultKind::HoldsZero;
     }

@@ -1,6 +1,7 @@
 #include "TalBase/PrivateSource/TextWriter.h"
 
 #include "TalBase/PrivateSource/TextPrimitives.h"
+#include "TalBase/SensitiveNames.h"
 
 #include <memory>
 
@@ -38,30 +39,29 @@ std::wstring TextWriter::WriteToString(bool iWithMetadata)
     return lText;
 }
 
-void TextWriter::CheckDelimiters(const PropertyBagImpl& iBag)
+void TextWriter::CheckDelimiters(const BagState& iBag)
 {
-    if (!iBag.mAreDelimitersValid || !iBag.mEmbeddedContent.empty())
+    if (!iBag.mIsPairChecked || !iBag.mNests.IsEmpty())
     {
         TextWriter(iBag).hMeasure(true);
     }
 }
 
-DelimiterPair TextWriter::hPairOf(const PropertyBagImpl& iBag) const noexcept
+DelimiterPair TextWriter::hPairOf(const BagState& iBag) const noexcept
 {
-    return {mBegin != nullptr ? mBeginView : iBag.mBeginDelimiter.View(),
-            mEnd != nullptr ? mEndView : iBag.mEndDelimiter.View()};
+    return {mBegin != nullptr ? mBeginView : iBag.mBegin.View(), mEnd != nullptr ? mEndView : iBag.mEnd.View()};
 }
 
 // A pair that is known to be allowed, or that the bag around it was just found to have, is not checked again: a stream
 // can bring a hundred thousand nests that share a pair of a million characters.
-void TextWriter::hCheck(const PropertyBagImpl& iBag, const PropertyBagImpl* ipParent) const
+void TextWriter::hCheck(const BagState& iBag, const BagState* ipParent) const
 {
-    if (mBegin == nullptr && mEnd == nullptr && iBag.mAreDelimitersValid)
+    if (mBegin == nullptr && mEnd == nullptr && iBag.mIsPairChecked)
     {
         return;
     }
-    if (ipParent != nullptr && (mBegin != nullptr || iBag.mBeginDelimiter.IsSame(ipParent->mBeginDelimiter)) &&
-        (mEnd != nullptr || iBag.mEndDelimiter.IsSame(ipParent->mEndDelimiter)))
+    if (ipParent != nullptr && (mBegin != nullptr || iBag.mBegin.IsSame(ipParent->mBegin)) &&
+        (mEnd != nullptr || iBag.mEnd.IsSame(ipParent->mEnd)))
     {
         return;
     }
@@ -69,24 +69,23 @@ void TextWriter::hCheck(const PropertyBagImpl& iBag, const PropertyBagImpl* ipPa
 }
 
 // The names, values and delimiters of the bag itself; its nests' contents not counted.
-std::size_t TextWriter::hMeasureBag(const PropertyBagImpl& iBag) const
+std::size_t TextWriter::hMeasureBag(const BagState& iBag) const
 {
     const DelimiterPair lPair = hPairOf(iBag);
-    const std::size_t lCount = iBag.mValueContent.GetCount() + iBag.mEmbeddedContent.size();
-    std::size_t lLength = iBag.mValueContent.GetTextLength() + lCount * (lPair.mBegin.size() + lPair.mEnd.size());
-    for (const auto& lEntry : iBag.mEmbeddedContent)
+    std::size_t lLength = iBag.mValues.GetTextLength() + iBag.GetCount() * (lPair.mBegin.size() + lPair.mEnd.size());
+    const std::size_t lNestCount = iBag.mNests.GetCount();
+    for (std::size_t lIndex = 0; lIndex < lNestCount; ++lIndex)
     {
-        lLength += lEntry.first.GetLength();
+        lLength += iBag.mNests.GetName(lIndex).GetLength();
     }
     if (&iBag == &mBag && !mWithSensitiveInfo)
     {
-        for (std::size_t lIndex = 0; lIndex < iBag.mValueContent.GetCount(); ++lIndex)
+        for (std::size_t lIndex = 0; lIndex < iBag.mValues.GetCount(); ++lIndex)
         {
-            const std::wstring_view lName = iBag.mValueContent.GetName(lIndex);
-            lLength -= PropertyBagImpl::IsSensitiveProperty(lName)
-                           ? lName.size() + lPair.mBegin.size() + iBag.mValueContent.GetValue(lIndex).size() +
-                                 lPair.mEnd.size()
-                           : 0;
+            const std::wstring_view lName = iBag.mValues.GetName(lIndex);
+            lLength -= IsSensitiveName(lName) ? lName.size() + lPair.mBegin.size() +
+                                                    iBag.mValues.GetValue(lIndex).size() + lPair.mEnd.size()
+                                              : 0;
         }
     }
     return lLength;
@@ -100,42 +99,30 @@ std::size_t TextWriter::hMeasure(bool iWithMetadata)
         iWithMetadata ? gHeaderEndWord.size() + gHeaderBeginWord.size() + lPair.mBegin.size() + 2 * lPair.mEnd.size()
                       : 0;
     lLength += hMeasureBag(mBag);
-    mLevels.clear();
-    mLevels.push_back(Level{&mBag, 0});
-    while (!mLevels.empty())
-    {
-        Level& lLevel = mLevels.back();
-        if (lLevel.mNextNest == lLevel.mBag->mEmbeddedContent.size())
-        {
-            mLevels.pop_back();
-            continue;
-        }
-        const PropertyBagImpl& lNest = *lLevel.mBag->mEmbeddedContent[lLevel.mNextNest++].second;
-        hCheck(lNest, lLevel.mBag);
+    mWalk.Over(mBag, [&](const BagState& iParent, std::size_t iIndex) {
+        const BagState& lNest = iParent.mNests.GetNest(iIndex);
+        hCheck(lNest, &iParent);
         lLength += hMeasureBag(lNest);
-        if (!lNest.mEmbeddedContent.empty())
-        {
-            mLevels.push_back(Level{&lNest, 0});
-        }
-    }
+        return true;
+    });
     return lLength;
 }
 
-wchar_t* TextWriter::hWritePlain(const PropertyBagImpl& iBag, wchar_t* opTarget) const
+wchar_t* TextWriter::hWritePlain(const BagState& iBag, wchar_t* opTarget) const
 {
     const DelimiterPair lPair = hPairOf(iBag);
     const bool lMayLeaveOut = &iBag == &mBag && !mWithSensitiveInfo;
-    const std::size_t lCount = iBag.mValueContent.GetCount();
+    const std::size_t lCount = iBag.mValues.GetCount();
     for (std::size_t lIndex = 0; lIndex < lCount; ++lIndex)
     {
-        const std::wstring_view lName = iBag.mValueContent.GetName(lIndex);
-        if (lMayLeaveOut && PropertyBagImpl::IsSensitiveProperty(lName))
+        const std::wstring_view lName = iBag.mValues.GetName(lIndex);
+        if (lMayLeaveOut && IsSensitiveName(lName))
         {
             continue;
         }
         opTarget = CopyText(lName, opTarget);
         opTarget = CopyText(lPair.mBegin, opTarget);
-        opTarget = CopyText(iBag.mValueContent.GetValue(lIndex), opTarget);
+        opTarget = CopyText(iBag.mValues.GetValue(lIndex), opTarget);
         opTarget = CopyText(lPair.mEnd, opTarget);
     }
     return opTarget;
@@ -154,34 +141,44 @@ void TextWriter::hWrite(bool iWithMetadata, wchar_t* opTarget)
         opTarget = CopyText(lPair.mEnd, opTarget);
     }
     opTarget = hWritePlain(mBag, opTarget);
-    mLevels.push_back(Level{&mBag, 0});
-    while (true)
+    mWalk.Over(
+        mBag,
+        [&](const BagState& iParent, std::size_t iIndex) {
+            opTarget = CopyText(iParent.mNests.GetName(iIndex), opTarget);
+            opTarget = CopyText(hPairOf(iParent).mBegin, opTarget);
+            opTarget = hWritePlain(iParent.mNests.GetNest(iIndex), opTarget);
+            return true;
+        },
+        [&](const BagState& iParent, std::size_t) { opTarget = CopyText(hPairOf(iParent).mEnd, opTarget); });
+}
+
+QBase::ReturnWString ReadProperty(const BagState& iBag, std::wstring_view iName)
+{
+    const std::size_t lIndex = iBag.mValues.Find(iName);
+    if (lIndex < iBag.mValues.GetCount())
     {
-        Level& lLevel = mLevels.back();
-        if (lLevel.mNextNest == lLevel.mBag->mEmbeddedContent.size())
+        const std::wstring_view lValue = iBag.mValues.GetValue(lIndex);
+        if (TriggersUnescaping(lValue) && AreDefaultDelimiters(iBag.GetPair()))
         {
-            mLevels.pop_back();
-            if (mLevels.empty())
-            {
-                return;
-            }
-            opTarget = CopyText(hPairOf(*mLevels.back().mBag).mEnd, opTarget);
-            continue;
+            return Unescaped(lValue);
         }
-        const auto& lEntry = lLevel.mBag->mEmbeddedContent[lLevel.mNextNest++];
-        const DelimiterPair lLevelPair = hPairOf(*lLevel.mBag);
-        opTarget = CopyText(lEntry.first, opTarget);
-        opTarget = CopyText(lLevelPair.mBegin, opTarget);
-        opTarget = hWritePlain(*lEntry.second, opTarget);
-        if (lEntry.second->mEmbeddedContent.empty())
+        return AsReturned(lValue);
+    }
+    const std::size_t lNest = iBag.mNests.Find(iName);
+    return lNest < iBag.mNests.GetCount() ? TextWriter(iBag.mNests.GetNest(lNest)).Write(true)
+                                          : QBase::ReturnWString(nullptr, 0);
+}
+
+bool IsSensitiveName(std::wstring_view iName)
+{
+    for (const wchar_t* const* lName = GetSensitiveNames(); *lName != nullptr; ++lName)
+    {
+        if (iName == *lName)
         {
-            opTarget = CopyText(lLevelPair.mEnd, opTarget);
-        }
-        else
-        {
-            mLevels.push_back(Level{lEntry.second.get(), 0});
+            return true;
         }
     }
+    return false;
 }
 
 } // namespace QTalBase

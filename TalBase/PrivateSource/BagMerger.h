@@ -1,18 +1,29 @@
-// Sets many properties of one bag that is exactly a PropertyBagImpl and holds no name twice, without looking each name
+// Sets many properties of one bag whose names occur once, and whose class overrides nothing, without looking each name
 // up in the whole bag. What each setting checks, removes and appends is what SetProperty would.
 //
-// Invariant: while the merger lives, replaced entries stay as marked places, which its end closes; so nobody may look
+// Setting a name removes what bore it, of either kind, and appends: of "a b c" and the nests "n m", setting b and then
+// a nest a leaves the plain properties "c b" and the nests "n m a". One by one each removal would move what stands
+// behind it; the merger only kills the entries, a b c -> (a) (b) c b, and a table of names says where each name stands.
+// Docs/TextFormat.md, "What does not survive the text form", is what setting a nest does: it goes through its text.
+//
+// Invariant: while the merger lives, replaced entries stay, killed, until its end drops them; so nobody may look
 // at the bag meanwhile.
 
 #ifndef TALBASE_PRIVATESOURCE_BAGMERGER_H
 #define TALBASE_PRIVATESOURCE_BAGMERGER_H
 
+#include "TalBase/PrivateSource/BagState.h"
 #include "TalBase/PrivateSource/NameTable.h"
 #include "TalBase/PrivateSource/NestCopier.h"
-#include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PrivateSource/NestWalk.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 
 #include <optional>
+
+namespace QDataType
+{
+class StringCollection;
+}
 
 namespace QTalBase
 {
@@ -21,7 +32,7 @@ class BagMerger
 {
 public:
     // iCount: about how many properties will be set.
-    BagMerger(PropertyBagImpl& oBag, std::size_t iCount);
+    BagMerger(BagState& oBag, std::size_t iCount);
     ~BagMerger();
 
     BagMerger(const BagMerger&) = delete;
@@ -36,12 +47,18 @@ public:
 
     // As SetText with the text of a nest, with header and each bag's own delimiters; or without header, with the
     // delimiters of the bag.
-    void SetWritten(std::wstring_view iName, const PropertyBagImpl& iNest);
-    void SetRewritten(std::wstring_view iName, const PropertyBagImpl& iNest);
+    void SetWritten(std::wstring_view iName, const BagState& iNest);
+    void SetRewritten(std::wstring_view iName, const BagState& iNest);
 
-    // As SetProperty with the text of a clean nest (see TextReader) that nobody else holds: takes the nest itself and
+    // As SetProperty with the text of a final nest (see BagBuilder) that nobody else holds: takes the nest itself and
     // gives it, level by level, the delimiters of the bag.
-    void SetNest(std::wstring_view iName, const QBase::SmartPtrI<PropertyBagImpl>& iNest);
+    void SetNest(std::wstring_view iName, NestPtr&& iNest);
+
+    // Sets all that another bag has, which may have this one somewhere inside.
+    static void SetAll(BagState& oBag, const BagState& iOther);
+
+    // Sets the properties of another bag that a filter names, in its order. Asking the filter may change nothing.
+    static void SetNamed(BagState& oBag, const BagState& iOther, const QDataType::StringCollection& iFilter);
 
     // Merges the bag's own properties into itself: each property in turn goes to the end, and the one that moves up to
     // its position is not visited.
@@ -54,11 +71,11 @@ private:
     std::uint32_t* hRemove(std::wstring_view iName);
     bool hHasName(std::uint32_t iNumber, std::wstring_view iName) const;
     void hKill(std::uint32_t iNumber);
-    void hNumber(std::uint32_t* ipPlace, std::size_t iIndex, bool iIsNest);
-    void hConvert(PropertyBagImpl& oNest);
-    void hConvertPlain(PropertyBagImpl& oNest);
+    void hNumber(std::uint32_t* opNumber, std::size_t iIndex, bool iIsNest);
+    void hConvert(BagState& oNest);
+    void hConvertPlain(BagState& oNest);
 
-    PropertyBagImpl& mBag;
+    BagState& mBag;
     bool mIsDefaultPair;
     bool mHasKilled = false;
     TextSearcher mBegin;

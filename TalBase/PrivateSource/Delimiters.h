@@ -37,7 +37,7 @@ std::wstring Escaped(std::wstring_view iValue);
 bool HasEscapeStart(std::wstring_view iValue) noexcept;
 inline bool TriggersUnescaping(std::wstring_view iValue) noexcept
 {
-    return Holds(iValue, L'&') && HasEscapeStart(iValue); // mostly there is not even an ampersand
+    return Contains(iValue, L'&') && HasEscapeStart(iValue); // mostly there is not even an ampersand
 }
 std::wstring Unescaped(std::wstring_view iValue);
 
@@ -49,10 +49,13 @@ bool CanHeaderCarry(const DelimiterPair& iPair);
 // the pair. True for the initial defaults; only re-pointed ones can differ.
 bool IsNeutralToEscapes(const DelimiterPair& iPair) noexcept;
 
+// Whether the pair alone makes the text of every nest that is read with it read back as the nest.
+bool IsEveryNestFinal(const DelimiterPair& iPair);
+
 // Reads a header. Returns the position of the content, in 32-bit arithmetic, 0 where there is no header; with one, the
-// pair becomes the header's, as views into the text. Throws as PropertyBag::AddString tells; opPlace then gets the
-// place of what is wrong.
-unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPlace = nullptr);
+// pair becomes the header's, as views into the text. Throws as PropertyBag::AddString tells; opPosition then gets the
+// position of what is wrong.
+unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size_t* opPosition = nullptr);
 
 inline constexpr std::wstring_view gHeaderEndWord = L"EndDelimiter";
 inline constexpr std::wstring_view gHeaderBeginWord = L"BeginDelimiter";

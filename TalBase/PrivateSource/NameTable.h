@@ -19,13 +19,13 @@ class NameTable
 public:
     static constexpr std::uint32_t gNone = 0xFFFFFFFF;
 
-    // Makes room for so many names: Place may be called so often. Throws std::bad_alloc.
+    // Makes room for so many names: NumberFor may be called so often. Throws std::bad_alloc.
     explicit NameTable(std::size_t iCount);
 
     // Returns where the number that stands for the name is or, while that is gNone, will be put by the caller;
     // iIsEqual(n) says whether entry n has the name.
     template <class IsEqual>
-    std::uint32_t* Place(std::wstring_view iName, const IsEqual& iIsEqual)
+    std::uint32_t* NumberFor(std::wstring_view iName, const IsEqual& iIsEqual)
     {
         const std::uint64_t lHash = Hash(iName);
         const std::uint32_t lTag = static_cast<std::uint32_t>(lHash >> 32);

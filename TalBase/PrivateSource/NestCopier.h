@@ -4,14 +4,21 @@
 // The text of a nest reads back as the nest itself, less the empty nests in it, where
 // - a header can carry the delimiters,
 // - the rule for names and values holds (TextRule.h). No name comes twice: nests are read from texts.
+//
+// For example: a nest with "a" = "1" has the text "a++++1***" and is copied. One with "a+" = "1" has "a+++++1***", in
+// which the first "++++" begins a character early, so that it reads back as "a" = "+1" (then escaped): no copy. An
+// empty nest e in it, whose text is "e++++***", is left out, see "Empty nested bags" in Docs/TextFormat.md.
+//
 // Invariant: a copy is made only where all of this is certain. Otherwise there is none, and the text has to be read.
 
 #ifndef TALBASE_PRIVATESOURCE_NESTCOPIER_H
 #define TALBASE_PRIVATESOURCE_NESTCOPIER_H
 
-#include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PrivateSource/BagState.h"
+#include "TalBase/PrivateSource/NestWalk.h"
 #include "TalBase/PrivateSource/TextRule.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace QTalBase
@@ -32,27 +39,21 @@ public:
     // read back as. Throw std::bad_alloc.
     // Written: the text with a header, every bag written with its own delimiters, which must be the pair.
     // Rewritten: the text without a header, every bag written with the pair whatever it has. The nest is not empty.
-    QBase::SmartPtrI<PropertyBagImpl> CopyWritten(const PropertyBagImpl& iNest);
-    QBase::SmartPtrI<PropertyBagImpl> CopyRewritten(const PropertyBagImpl& iNest);
+    NestPtr CopyWritten(const BagState& iNest);
+    NestPtr CopyRewritten(const BagState& iNest);
 
 private:
-    struct Level
-    {
-        const PropertyBagImpl* mFrom;
-        PropertyBagImpl* mTo;
-        std::size_t mNextNest;
-    };
-
-    QBase::SmartPtrI<PropertyBagImpl> hCopy(const PropertyBagImpl& iNest, bool iIsWritten);
-    QBase::SmartPtrI<PropertyBagImpl> hCopyPlain(const PropertyBagImpl& iBag, bool iIsWritten);
-    bool hCopyNextNest(bool iIsWritten);
-    void hFinishLevel();
+    NestPtr hCopy(const BagState& iNest, bool iIsWritten);
+    NestPtr hCopyPlain(const BagState& iBag, bool iIsWritten);
+    bool hCopyNest(const BagState& iParent, std::size_t iIndex, bool iIsWritten);
+    void hFinishNest(const BagState& iParent, std::size_t iIndex);
 
     SharedWString mBegin;
     SharedWString mEnd;
     bool mCanCopy;  // a header can carry the pair
     TextRule mRule; // of the texts above
-    std::vector<Level> mLevels;
+    NestWalk<const BagState> mWalk;
+    std::vector<BagState*> mCopies; // of the nests that the walk is in
 };
 
 } // namespace QTalBase

@@ -101,7 +101,7 @@ inline bool AreEqualTexts(std::wstring_view iLeft, std::wstring_view iRight) noe
 }
 
 // Whether the text holds the character.
-inline bool Holds(std::wstring_view iText, wchar_t iCharacter) noexcept
+inline bool Contains(std::wstring_view iText, wchar_t iCharacter) noexcept
 {
 #if defined(__SSE2__)
     if (iText.size() >= 4 && iText.size() <= gShortText)

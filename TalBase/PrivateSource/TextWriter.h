@@ -10,10 +10,11 @@
 #define TALBASE_PRIVATESOURCE_TEXTWRITER_H
 
 #include "QBase/ReturnWString.h"
-#include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PrivateSource/BagState.h"
+#include "TalBase/PrivateSource/NestWalk.h"
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace QTalBase
 {
@@ -21,7 +22,7 @@ namespace QTalBase
 class TextWriter
 {
 public:
-    explicit TextWriter(const PropertyBagImpl& iBag) noexcept : mBag(iBag) {}
+    explicit TextWriter(const BagState& iBag) noexcept : mBag(iBag) {}
 
     // The delimiters to write with at every level; null stands for each bag's own.
     TextWriter& With(const wchar_t* ipBegin, const wchar_t* ipEnd) noexcept;
@@ -34,30 +35,30 @@ public:
     std::wstring WriteToString(bool iWithMetadata);
 
     // Throws what rendering the bag with its own delimiters would throw, without rendering it.
-    static void CheckDelimiters(const PropertyBagImpl& iBag);
+    static void CheckDelimiters(const BagState& iBag);
 
 private:
-    struct Level
-    {
-        const PropertyBagImpl* mBag;
-        std::size_t mNextNest;
-    };
-
-    DelimiterPair hPairOf(const PropertyBagImpl& iBag) const noexcept;
+    DelimiterPair hPairOf(const BagState& iBag) const noexcept;
     std::size_t hMeasure(bool iWithMetadata);
-    std::size_t hMeasureBag(const PropertyBagImpl& iBag) const;
-    void hCheck(const PropertyBagImpl& iBag, const PropertyBagImpl* ipParent) const;
+    std::size_t hMeasureBag(const BagState& iBag) const;
+    void hCheck(const BagState& iBag, const BagState* ipParent) const;
     void hWrite(bool iWithMetadata, wchar_t* opTarget);
-    wchar_t* hWritePlain(const PropertyBagImpl& iBag, wchar_t* opTarget) const;
+    wchar_t* hWritePlain(const BagState& iBag, wchar_t* opTarget) const;
 
-    const PropertyBagImpl& mBag;
+    const BagState& mBag;
     const wchar_t* mBegin = nullptr;
     const wchar_t* mEnd = nullptr;
     std::wstring_view mBeginView; // of mBegin and mEnd
     std::wstring_view mEndView;
     bool mWithSensitiveInfo = true;
-    std::vector<Level> mLevels;
+    NestWalk<const BagState> mWalk;
 };
+
+// The value of a name: the plain value, unescaped where the bag's values are, or else the text of the nest with its
+// header, or else the empty text. Throws what rendering throws.
+QBase::ReturnWString ReadProperty(const BagState& iBag, std::wstring_view iName);
+
+bool IsSensitiveName(std::wstring_view iName);
 
 } // namespace QTalBase
 

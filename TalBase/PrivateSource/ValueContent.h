@@ -80,7 +80,7 @@ public:
     bool IsSameThroughout(const ValueContent& iOther) const noexcept;
 
     // Whether a character occurs in a name or a value, or may occur: characters of removed entries count.
-    bool MayHold(wchar_t iCharacter) const noexcept
+    bool MayContain(wchar_t iCharacter) const noexcept
     {
         return mTextLength != 0 && std::wmemchr(mText, iCharacter, mTextLength) != nullptr;
     }
@@ -101,7 +101,7 @@ public:
         return mEntries[iIndex].mNameLength == gKilled;
     }
 
-    // Closes the places of killed entries.
+    // Drops the killed entries.
     void Compact() noexcept;
 
 private:

@@ -6,6 +6,8 @@
 #include "TalBase/PropertyBags.h"
 #include "TalBase/TextCheck.h"
 
+#include "Tests/Support/RepointedDefaults.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -87,6 +89,24 @@ TEST(Depth, ParsingRenderingAndDestroyingTakeNoStack)
         const BagPtr lBag(QTalBase::CreatePropertyBag(lText.c_str()));
         EXPECT_TRUE(TextOf(lBag) == lText);
         EXPECT_EQ(lBag->GetProperty(L"n").GetLength(), lText.size() - 8);
+    });
+}
+
+// An escape may then move a delimiter, so the nest with the value is read again; those around it are not.
+TEST(Depth, DefaultsThatShareCharactersWithEscapesTakeNoStack)
+{
+    OnSmallStack([] {
+        const Support::RepointedDefaults lDefaults(L"&&", L";;");
+        std::wstring lNests;
+        std::wstring lEnds;
+        for (std::size_t lLevel = 0; lLevel < gLevels; ++lLevel)
+        {
+            lNests += L"n&&";
+            lEnds += L";;";
+        }
+        const BagPtr lBag(QTalBase::CreatePropertyBag());
+        lBag->AddString((lNests + L"k&&1*2;;" + lEnds).c_str());
+        EXPECT_TRUE(std::wstring(lBag->GetString(false, nullptr, nullptr, true)) == lNests + L"k&&1&#42;2;;" + lEnds);
     });
 }
 

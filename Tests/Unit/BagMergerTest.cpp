@@ -3,6 +3,7 @@
 
 #include "TalBase/PrivateSource/BagMerger.h"
 
+#include "TalBase/PrivateSource/PropertyBagImpl.h"
 #include "Tests/Support/Describe.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,7 @@ TEST_P(BagMerging, ARemovedNameComesAgain)
 {
     const QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl());
     {
-        BagMerger lMerger(*lBag, GetParam());
+        BagMerger lMerger(lBag->GetState(), GetParam());
         lMerger.SetPlain(L"plain", L"1");
         lMerger.SetText(L"nest", L"k++++1***");
         lMerger.SetPlain(L"stays", L"2");
@@ -45,7 +46,7 @@ TEST_P(BagMerging, ANameChangesSides)
 {
     const QBase::SmartPtrI<PropertyBagImpl> lBag(new PropertyBagImpl());
     {
-        BagMerger lMerger(*lBag, GetParam());
+        BagMerger lMerger(lBag->GetState(), GetParam());
         lMerger.SetPlain(L"a", L"1");
         lMerger.SetText(L"b", L"k++++1***");
         lMerger.SetText(L"a", L"k++++2***");

@@ -83,15 +83,15 @@ TEST(NameTable, PlaceKeepsANumberForEachOfAsManyNamesAsItWasMadeFor)
         {
             const auto lIsEqual = [&](std::uint32_t iOther) { return lNames.at(iOther) == lNames[lNumber]; };
             EXPECT_EQ(lTable.Find(lNames[lNumber], lIsEqual), NameTable::gNone);
-            std::uint32_t* lPlace = lTable.Place(lNames[lNumber], lIsEqual);
-            EXPECT_EQ(*lPlace, NameTable::gNone);
-            *lPlace = lNumber;
+            std::uint32_t* lKept = lTable.NumberFor(lNames[lNumber], lIsEqual);
+            EXPECT_EQ(*lKept, NameTable::gNone);
+            *lKept = lNumber;
         }
         for (std::uint32_t lNumber = 0; lNumber < lCount; ++lNumber)
         {
             const auto lIsEqual = [&](std::uint32_t iOther) { return lNames.at(iOther) == lNames[lNumber]; };
             EXPECT_EQ(lTable.Find(lNames[lNumber], lIsEqual), lNumber);
-            EXPECT_EQ(*lTable.Place(lNames[lNumber], lIsEqual), lNumber);
+            EXPECT_EQ(*lTable.NumberFor(lNames[lNumber], lIsEqual), lNumber);
         }
     }
 }
@@ -100,8 +100,8 @@ TEST(NameTable, TheCallerSaysWhichNamesAreEqual)
 {
     NameTable lTable(2);
     const auto lNever = [](std::uint32_t) { return false; };
-    *lTable.Place(L"a", lNever) = 7;
-    std::uint32_t* lSecond = lTable.Place(L"a", lNever);
+    *lTable.NumberFor(L"a", lNever) = 7;
+    std::uint32_t* lSecond = lTable.NumberFor(L"a", lNever);
     EXPECT_EQ(*lSecond, NameTable::gNone);
     *lSecond = 8;
     EXPECT_EQ(lTable.Find(L"a", lNever), NameTable::gNone);

@@ -1,8 +1,8 @@
 // What scans and copies texts in whole steps touches nothing outside them: the texts lie between pages that nobody may
 // read or write, once at the beginning of their own and once at its end.
 
+#include "TalBase/PrivateSource/TextCutters.h"
 #include "TalBase/PrivateSource/TextPrimitives.h"
-#include "TalBase/PrivateSource/TextSearch.h"
 
 #include <gtest/gtest.h>
 
@@ -105,7 +105,7 @@ TEST_P(TextBounds, PrimitivesTouchNothingOutsideTheText)
         wchar_t* lCopy = lTarget.Place(lLength, GetParam());
         EXPECT_EQ(QTalBase::CopyText(lText, lCopy), lCopy + lLength);
         EXPECT_TRUE(QTalBase::AreEqualTexts(lText, std::wstring_view(lCopy, lLength)));
-        EXPECT_FALSE(QTalBase::Holds(lText, L'&'));
+        EXPECT_FALSE(QTalBase::Contains(lText, L'&'));
         EXPECT_EQ(QTalBase::FindCharacter(lText, L'&'), lLength);
     }
 }

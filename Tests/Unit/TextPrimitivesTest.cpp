@@ -57,13 +57,13 @@ TEST(TextPrimitives, ACharacterIsFoundAtEveryPlaceAndNowhereElse)
         const std::wstring lText = Sample(lLength);
         const std::wstring lBehind = lText + L"&";
         const std::wstring_view lView(lBehind.data(), lLength);
-        EXPECT_FALSE(QTalBase::Holds(lView, L'&')) << lLength;
+        EXPECT_FALSE(QTalBase::Contains(lView, L'&')) << lLength;
         EXPECT_EQ(QTalBase::FindCharacter(lView, L'&'), lLength);
         for (std::size_t lPlace = 0; lPlace < lLength; ++lPlace)
         {
             std::wstring lOther = lText;
             lOther[lPlace] = L'&';
-            EXPECT_TRUE(QTalBase::Holds(lOther, L'&')) << lLength << " at " << lPlace;
+            EXPECT_TRUE(QTalBase::Contains(lOther, L'&')) << lLength << " at " << lPlace;
             EXPECT_EQ(QTalBase::FindCharacter(lOther, L'&'), lPlace) << lLength;
         }
     }

@@ -1,9 +1,12 @@
-// The inside of text reading: the header, the cutter, and the token reader, which is the only place where two strings
+// The inside of text reading: the header, the cutters, and the parser, which is the only place where two runs of text
 // in a row can be met.
 
-#include "TalBase/PrivateSource/TextReader.h"
+#include "TalBase/PrivateSource/TextParser.h"
 
+#include "TalBase/PrivateSource/BagBuilder.h"
 #include "TalBase/PrivateSource/Delimiters.h"
+#include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PrivateSource/TextCutters.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 #include "Tests/Support/Describe.h"
 #include "Tests/Support/Expect.h"
@@ -13,43 +16,96 @@
 #include <string>
 #include <vector>
 
+using QTalBase::BagBuilder;
 using QTalBase::DelimiterPair;
 using QTalBase::Found;
 using QTalBase::LongCutter;
 using QTalBase::PropertyBagException;
 using QTalBase::SharedWString;
 using QTalBase::ShortCutter;
-using QTalBase::TextReader;
+using QTalBase::TextParser;
 
 namespace
 {
 
-// "<" and ">" are the delimiters' tokens, every other character a string of its own.
-void TakeTokens(TextReader& oReader, const std::wstring& iPattern)
+// What a cutter would find, from a pattern: "<" and ">" are the delimiters, every other character a run of its own.
+class PatternCutter
 {
-    for (const wchar_t& lCharacter : iPattern)
+public:
+    explicit PatternCutter(std::wstring_view iPattern) : mRest(iPattern) {}
+
+    Found Next(Found /*iLikely*/)
     {
-        const TextReader::Token lToken = lCharacter == L'<'   ? TextReader::Token::Begin
-                                         : lCharacter == L'>' ? TextReader::Token::End
-                                                              : TextReader::Token::String;
-        oReader.Take(lToken, lToken == TextReader::Token::String ? std::wstring_view(&lCharacter, 1) : L"");
+        const bool lIsRun = !mRest.empty() && mRest[0] != L'<' && mRest[0] != L'>';
+        mRun = mRest.substr(0, lIsRun ? 1 : 0);
+        const std::wstring_view lBehind = mRest.substr(mRun.size());
+        if (lBehind.empty())
+        {
+            return Found::Nothing;
+        }
+        const bool lIsDelimiter = lBehind[0] == L'<' || lBehind[0] == L'>';
+        mRest = lBehind.substr(lIsDelimiter ? 1 : 0);
+        return !lIsDelimiter ? Found::Run : lBehind[0] == L'<' ? Found::Begin : Found::End;
     }
+
+    std::wstring_view GetRun() const
+    {
+        return mRun;
+    }
+
+    std::wstring_view GetRest() const
+    {
+        return mRest;
+    }
+
+    bool MayContainStart() const
+    {
+        return true;
+    }
+
+private:
+    std::wstring_view mRun;
+    std::wstring_view mRest;
+};
+
+std::wstring Read(const std::wstring& iPattern)
+{
+    BagBuilder lBuilder{SharedWString(L"[["), SharedWString(L"]]"), nullptr};
+    const std::wstring_view lTail = TextParser(PatternCutter(iPattern), lBuilder).Parse();
+    return Support::DescribeContent(*lBuilder.MakeBag()->mObject) + std::wstring(lTail);
 }
 
-void Read(const std::wstring& iPattern)
+// Writes down what it is told.
+struct Recorder
 {
-    TextReader lReader{SharedWString(L"[["), SharedWString(L"]]")};
-    TakeTokens(lReader, iPattern);
-    lReader.Finish();
-}
+    void Cut(std::wstring_view iRun, Found iFound)
+    {
+        mCuts += std::wstring(iRun) + (iFound == Found::Begin ? L"<" : iFound == Found::End ? L">" : L".");
+    }
 
-std::wstring ReadBag(const std::wstring& iPattern)
-{
-    TextReader lReader{SharedWString(L"[["), SharedWString(L"]]")};
-    TakeTokens(lReader, iPattern);
-    lReader.Finish();
-    return Support::DescribeContent(*lReader.MakeBag());
-}
+    void Plain(std::wstring_view iName, std::wstring_view iValue, bool /*iMayContainStart*/)
+    {
+        mEvents += L" " + std::wstring(iName) + L"=" + std::wstring(iValue);
+    }
+
+    void Empty(std::wstring_view iName)
+    {
+        mEvents += L" " + std::wstring(iName) + L"=";
+    }
+
+    void OpenNest(std::wstring_view iName)
+    {
+        mEvents += L" " + std::wstring(iName) + L"{";
+    }
+
+    void CloseNest()
+    {
+        mEvents += L" }";
+    }
+
+    std::wstring mCuts;
+    std::wstring mEvents;
+};
 
 // The runs and delimiters of a text: "a<" is the run a before the begin delimiter.
 template <class Cutter>
@@ -82,14 +138,14 @@ const wchar_t* const gEndExpected = L"QTalBase::PropertyBagImpl::ExtractData; A 
 
 } // namespace
 
-TEST(TextReader, TwoStringsInARowThrow)
+TEST(TextParser, TwoStringsInARowThrow)
 {
     EXPECT_MESSAGE(Read(L"a<bc"), PropertyBagException, gStringOrBeginExpected);
     EXPECT_MESSAGE(Read(L"n<k<vw"), PropertyBagException, gStringOrBeginExpected);
     EXPECT_MESSAGE(Read(L"ab"), PropertyBagException, gBeginExpected);
 }
 
-TEST(TextReader, WrongTokenThrows)
+TEST(TextParser, WrongTokenThrows)
 {
     EXPECT_MESSAGE(Read(L"<"), PropertyBagException, gStringExpected);
     EXPECT_MESSAGE(Read(L">"), PropertyBagException, gStringExpected);
@@ -98,28 +154,43 @@ TEST(TextReader, WrongTokenThrows)
     EXPECT_MESSAGE(Read(L"n<k<v><"), PropertyBagException, gEndExpected);
 }
 
-TEST(TextReader, MissingTokenThrows)
+TEST(TextParser, MissingTokenThrows)
 {
-    for (const wchar_t* lPattern : {L"a", L"a<", L"a<1", L"n<k<", L"n<k<>", L"n<k<v", L"n<k<v>", L"n<k<v>l"})
+    for (const wchar_t* lPattern : {L"a<", L"a<1", L"n<k<", L"n<k<>", L"n<k<v", L"n<k<v>", L"n<k<v>l"})
     {
         EXPECT_MESSAGE(Read(lPattern), PropertyBagException, gTokenExpected);
     }
 }
 
-TEST(TextReader, EmptyNestsVanishExceptDirectlyBelow)
+TEST(TextParser, WhatFollowsTheLastDelimiterIsTheTail)
 {
-    EXPECT_EQ(ReadBag(L"n<e<>>"), L"{'n'={}}");
-    EXPECT_EQ(ReadBag(L"n<o<e<>>>"), L"{'n'={}}");
-    EXPECT_EQ(ReadBag(L"n<a<1>o<e<>>>"), L"{'n'={'a'='1'}}");
-    EXPECT_EQ(ReadBag(L"n<a<1>a<e<>>>"), L"{'n'={}}"); // displaced, then gone
+    EXPECT_EQ(Read(L"a"), L"{}a");
+    EXPECT_EQ(Read(L"a<1>b"), L"{'a'='1'}b");
 }
 
-TEST(TextReader, TheLastPropertyOfANameCounts)
+TEST(TextParser, TellsWhatItMeetsInOrder)
 {
-    EXPECT_EQ(ReadBag(L"a<1>b<2>a<3>"), L"{'b'='2' 'a'='3'}");
-    EXPECT_EQ(ReadBag(L"a<1>a<k<v>>"), L"{'a'={'k'='v'}}");
-    EXPECT_EQ(ReadBag(L"a<k<v>>a<1>"), L"{'a'='1'}");
-    EXPECT_EQ(ReadBag(L"a<1>a<>"), L"{'a'='1'}");
+    Recorder lRecorder;
+    const std::wstring lText = L"Sub++++Key++++v***Ann++++b***e++++******In++++On++++1******rest";
+    EXPECT_EQ(QTalBase::ParseText(lText, {L"++++", L"***"}, lRecorder), L"rest");
+    EXPECT_EQ(lRecorder.mEvents, L" Sub{ Key=v Ann=b e= } In{ On=1 }");
+    EXPECT_EQ(lRecorder.mCuts, L"Sub<Key<v>Ann<b>e<>>In<On<1>>rest.");
+}
+
+TEST(TextParser, EmptyNestsVanishExceptDirectlyBelow)
+{
+    EXPECT_EQ(Read(L"n<e<>>"), L"{'n'={}}");
+    EXPECT_EQ(Read(L"n<o<e<>>>"), L"{'n'={}}");
+    EXPECT_EQ(Read(L"n<a<1>o<e<>>>"), L"{'n'={'a'='1'}}");
+    EXPECT_EQ(Read(L"n<a<1>a<e<>>>"), L"{'n'={}}"); // displaced, then gone
+}
+
+TEST(TextParser, TheLastPropertyOfANameCounts)
+{
+    EXPECT_EQ(Read(L"a<1>b<2>a<3>"), L"{'b'='2' 'a'='3'}");
+    EXPECT_EQ(Read(L"a<1>a<k<v>>"), L"{'a'={'k'='v'}}");
+    EXPECT_EQ(Read(L"a<k<v>>a<1>"), L"{'a'='1'}");
+    EXPECT_EQ(Read(L"a<1>a<>"), L"{'a'='1'}");
 }
 
 TEST(TextCutters, CutsAtTheFirstDelimiterFromTheLeft)

@@ -137,25 +137,26 @@ class Bag(Printer):
     """QTalBase::PropertyBagImpl: first the plain properties, then the nested bags."""
 
     def plain(self):
-        content = self.value["mValueContent"]
+        content = self.value["mState"]["mValues"]
         count, capacity = int(content["mCount"]), int(content["mCapacity"])
         if count > capacity or count > MOST_ENTRIES:
             raise Damaged(f"{count} plain properties")
         return content, count
 
     def nests(self):
-        entry = self.value["mEmbeddedContent"].type.strip_typedefs().template_argument(0)
-        return entry, span(address_of(self.value["mEmbeddedContent"]), entry.sizeof)
+        entries = self.value["mState"]["mNests"]["mEntries"]
+        entry = entries.type.strip_typedefs().template_argument(0)
+        return entry, span(address_of(entries), entry.sizeof)
 
     def delimiter(self, member):
-        head = int(self.value[member]["mText"])
+        head = int(self.value["mState"][member]["mText"])
         return text_at(*numbers_at(head, "QQ"))
 
     def text(self):
-        pair = self.delimiter("mBeginDelimiter"), self.delimiter("mEndDelimiter")
+        pair = self.delimiter("mBegin"), self.delimiter("mEnd")
         properties = counted(self.plain()[1] + len(self.nests()[1]), "property", "properties")
         usual = "" if pair == ("++++", "***") else f", delimiters {quoted(pair[0])} and {quoted(pair[1])}"
-        return f"bag of {properties}, {references(self.value)}{usual}"
+        return f"bag of {properties}, {references(self.value['mState'])}{usual}"
 
     def entries(self):
         content, count = self.plain()
@@ -172,9 +173,9 @@ class Bag(Printer):
             yield shown(name), quoted(text_at(characters + WIDE * (offset + name_length), value_length))
         entry, places = self.nests()
         for place in places:
-            pair = value_at(place, entry)
-            name = text_at(int(pair["first"]["mText"]), int(pair["first"]["mLength"]))
-            yield shown(name), pair["second"]["mPointer"].dereference()
+            nest = value_at(place, entry)
+            name = text_at(int(nest["mName"]["mText"]), int(nest["mName"]["mLength"]))
+            yield shown(name), nest["mNest"]["mPointer"]["mObject"].dereference()
 
 
 class Bags(Printer):

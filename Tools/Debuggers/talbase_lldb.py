@@ -118,26 +118,30 @@ class Buffer(Object):
 class Bag(Object):
     """QTalBase::PropertyBagImpl: first the plain properties, then the nested bags."""
 
+    def state(self):
+        return Object(self.member("mState"))
+
     def plain(self):
-        content = Object(self.member("mValueContent"))
+        content = Object(self.state().member("mValues"))
         count, capacity = content.number("mCount"), content.number("mCapacity")
         if count > capacity or count > MOST_ENTRIES:
             raise Damaged(f"{count} plain properties")
         return content, count
 
     def nests(self):
-        entry = self.member("mEmbeddedContent").GetType().GetCanonicalType().GetTemplateArgumentType(0)
-        return entry, self.span("mEmbeddedContent", entry.GetByteSize())
+        nests = Object(self.state().member("mNests"))
+        entry = nests.member("mEntries").GetType().GetCanonicalType().GetTemplateArgumentType(0)
+        return entry, nests.span("mEntries", entry.GetByteSize())
 
     def delimiter(self, name):
-        head = Object(self.member(name)).number("mText")
+        head = Object(self.state().member(name)).number("mText")
         return self.characters(*self.numbers(head, "QQ"))
 
     def text(self):
-        pair = self.delimiter("mBeginDelimiter"), self.delimiter("mEndDelimiter")
+        pair = self.delimiter("mBegin"), self.delimiter("mEnd")
         properties = counted(self.plain()[1] + len(self.nests()[1]), "property", "properties")
         usual = "" if pair == ("++++", "***") else f", delimiters {quoted(pair[0])} and {quoted(pair[1])}"
-        return f"bag of {properties}, {self.references()}{usual}"
+        return f"bag of {properties}, {self.state().references()}{usual}"
 
     def entries(self):
         content, count = self.plain()
@@ -153,10 +157,11 @@ class Bag(Object):
             yield self.wide(shown(name), characters + WIDE * (offset + name_length), value_length)
         entry, places = self.nests()
         for place in places:
-            pair = Object(self.value.CreateValueFromAddress("entry", place, entry))
-            name, pointer = Object(pair.member("first")), Object(pair.member("second"))
+            entry_value = Object(self.value.CreateValueFromAddress("entry", place, entry))
+            name, nest = Object(entry_value.member("mName")), Object(entry_value.member("mNest"))
             text = self.characters(name.number("mText"), name.number("mLength"))
-            yield value_at(self.value, shown(text), pointer.number("mPointer"), "QTalBase::PropertyBagImpl")
+            state = Object(nest.member("mPointer").Dereference())
+            yield value_at(self.value, shown(text), state.number("mObject"), "QTalBase::PropertyBagImpl")
 
 
 class Bags(Object):

@@ -6,8 +6,9 @@
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/DeliveryWindow.h"
 #include "TalBase/Guid.h"
+#include "TalBase/PrivateSource/BagBuilder.h"
 #include "TalBase/PrivateSource/PropertyBagImpl.h"
-#include "TalBase/PrivateSource/TextReader.h"
+#include "TalBase/PrivateSource/TextParser.h"
 #include "TalBase/PropertyBag.h"
 #include "TalBase/PropertyBags.h"
 #include "TalBase/SerializableStringCollection.h"
@@ -84,15 +85,39 @@ void ProvokePaths(Provoker& oProvoker)
     oProvoker.Provoke("GetValueAt", lBag, [&] { GetValueAt(*lBag, lUnreadable.c_str()); });
 }
 
-// The token reader itself, with a list of tokens that no text gives.
+// Two runs of text in a row, which no cutter finds.
+struct TwoRuns
+{
+    Found Next(Found /*iLikely*/) noexcept
+    {
+        return mCount++ == 0 ? Found::Begin : Found::Run;
+    }
+
+    std::wstring_view GetRun() const noexcept
+    {
+        return L"a";
+    }
+
+    std::wstring_view GetRest() const noexcept
+    {
+        return {};
+    }
+
+    bool MayContainStart() const noexcept
+    {
+        return false;
+    }
+
+    int mCount = 0;
+};
+
+// The parser itself, with what no text gives.
 void ReadTwoStringsInARow()
 {
-    using Token = QTalBase::TextReader::Token;
-    QTalBase::TextReader lReader{QTalBase::SharedWString(L"++++"), QTalBase::SharedWString(L"***")};
-    lReader.Take(Token::String, L"a");
-    lReader.Take(Token::Begin, L"");
-    lReader.Take(Token::String, L"2");
-    lReader.Take(Token::String, L"3");
+    const QTalBase::SharedWString lBegin(L"++++");
+    const QTalBase::SharedWString lEnd(L"***");
+    QTalBase::BagBuilder lBuilder(lBegin, lEnd, nullptr);
+    QTalBase::TextParser(TwoRuns(), lBuilder).Parse();
 }
 
 void ProvokeCollections(Provoker& oProvoker)

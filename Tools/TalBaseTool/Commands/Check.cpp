@@ -20,14 +20,15 @@ using QTalBase::TextCheckResult;
 using QTalBase::TextRemark;
 using QTalBase::TextRemarkKind;
 
-std::string Describe(const TextRemark& iRemark, Excerpts& oExcerpts)
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsHidden)
 {
-    const bool lIsHidden = oExcerpts.IsHidden(iRemark.mPosition);
-    const std::string lName = oExcerpts.ShowName(iRemark.mPosition, iRemark.mLength, 60);
+    const std::string lName =
+        iIsHidden ? gHidden
+                  : "'" + ShowValue(std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength), 60) + "'";
     switch (iRemark.mKind)
     {
     case TextRemarkKind::IgnoredTail:
-        return lIsHidden ? "what stands behind the last delimiter is ignored" // not even how long it is
+        return iIsHidden ? "what stands behind the last delimiter is ignored" // not even how long it is
                          : Count(iRemark.mLength, "character") + " behind the last delimiter " +
                                (iRemark.mLength == 1 ? "is" : "are") + " ignored";
     case TextRemarkKind::EmptyValue:
@@ -150,7 +151,8 @@ private:
         {
             if (!IsLineEnd(lRemark, mText))
             {
-                hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts, [&] { return Describe(lRemark, oExcerpts); });
+                hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts,
+                        [&] { return Describe(lRemark, mText, oExcerpts.IsHidden(lRemark.mPosition)); });
             }
         }
         if (iResult.mIsValid)
