@@ -20,15 +20,14 @@ using QTalBase::TextCheckResult;
 using QTalBase::TextRemark;
 using QTalBase::TextRemarkKind;
 
-std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsHidden)
+std::string Describe(const TextRemark& iRemark, Excerpts& oExcerpts)
 {
-    const std::string lName =
-        iIsHidden ? gHidden
-                  : "'" + ShowValue(std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength), 60) + "'";
+    const bool lIsHidden = oExcerpts.IsHidden(iRemark.mPosition);
+    const std::string lName = oExcerpts.ShowName(iRemark.mPosition, iRemark.mLength, 60);
     switch (iRemark.mKind)
     {
     case TextRemarkKind::IgnoredTail:
-        return iIsHidden ? "what stands behind the last delimiter is ignored" // not even how long it is
+        return lIsHidden ? "what stands behind the last delimiter is ignored" // not even how long it is
                          : Count(iRemark.mLength, "character") + " behind the last delimiter " +
                                (iRemark.mLength == 1 ? "is" : "are") + " ignored";
     case TextRemarkKind::EmptyValue:
@@ -151,8 +150,7 @@ private:
         {
             if (!IsLineEnd(lRemark, mText))
             {
-                hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts,
-                        [&] { return Describe(lRemark, mText, oExcerpts.IsHidden(lRemark.mPosition)); });
+                hWarnOf(lRemark.mPosition, lRemark.mLength, oExcerpts, [&] { return Describe(lRemark, oExcerpts); });
             }
         }
         if (iResult.mIsValid)

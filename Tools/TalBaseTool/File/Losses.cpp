@@ -20,15 +20,16 @@ constexpr std::size_t gLongestName = 60;
 
 // Empty for what is no loss, or is told elsewhere: of an empty bag, what was in it is told here, and the bag itself
 // when it is left out of the text that is written.
-std::string Describe(const TextRemark& iRemark, const std::wstring& iText, bool iIsHidden)
+std::string Describe(const TextRemark& iRemark, const std::wstring& iText, Excerpts& oExcerpts)
 {
     const std::wstring_view lPart = std::wstring_view(iText).substr(iRemark.mPosition, iRemark.mLength);
-    const std::string lName = iIsHidden ? gHidden : "'" + ShowValue(lPart, gLongestName) + "'";
+    const bool lIsHidden = oExcerpts.IsHidden(iRemark.mPosition);
+    const std::string lName = oExcerpts.ShowName(iRemark.mPosition, iRemark.mLength, gLongestName);
     switch (iRemark.mKind)
     {
     case TextRemarkKind::IgnoredTail:
         return lPart == L"\n" || lPart == L"\r\n" ? ""
-               : iIsHidden                        ? "what stands behind the last delimiter" // not even how long it is
+               : lIsHidden                        ? "what stands behind the last delimiter" // not even how long it is
                                                   : Count(lPart.size(), "character") + " behind the last delimiter";
     case TextRemarkKind::EmptyValue:
         return lName + ", which has no value";
@@ -66,7 +67,7 @@ std::vector<std::string> DescribeLosses(const std::string& iFile, const std::wst
     }
     for (const TextRemark& lRemark : iChecked.mRemarks)
     {
-        const std::string lLoss = Describe(lRemark, iText, lExcerpts.IsHidden(lRemark.mPosition));
+        const std::string lLoss = Describe(lRemark, iText, lExcerpts);
         if (!lLoss.empty() && ++lCount <= gNamed)
         {
             lLines.push_back(ShowPlace(iFile, FindPlace(iText, lRemark.mPosition)) + "not kept: " + lLoss);

@@ -38,6 +38,21 @@ bool Excerpts::IsHidden(std::size_t iPosition)
     return mGate.GetOpening() == Gate::Opening::Nothing || hFindPart(iPosition) != nullptr;
 }
 
+std::string Excerpts::ShowName(std::size_t iPosition, std::size_t iLength, std::size_t iLongest)
+{
+    if (IsHidden(iPosition))
+    {
+        return gHidden;
+    }
+    const auto lPart =
+        std::lower_bound(mParts->begin(), mParts->end(), iPosition,
+                         [](const TextPart& iPart, std::size_t iValue) { return iPart.mStart < iValue; });
+    const bool lIsWhole = lPart == mParts->end() || lPart->mStart >= iPosition + iLength;
+    const std::size_t lShown = lIsWhole ? iLength : lPart->mStart - iPosition; // what is hidden of a name is its end
+    return "'" + ShowValue(std::wstring_view(mText).substr(iPosition, lShown), iLongest) + (lIsWhole ? "" : gHidden) +
+           "'";
+}
+
 std::string Excerpts::Make(std::size_t iPosition, std::size_t iLength, const Palette& iPalette, Style iStyle)
 {
     if (mGate.GetOpening() == Gate::Opening::Nothing)

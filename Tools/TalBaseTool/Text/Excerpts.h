@@ -28,6 +28,9 @@ public:
     // Whether what stands at an index is hidden.
     bool IsHidden(std::size_t iPosition);
 
+    // A name at a place, in quotes and cut to a number of characters, with a mask for what of it is hidden.
+    std::string ShowName(std::size_t iPosition, std::size_t iLength, std::size_t iLongest);
+
     // Two lines: an excerpt of the line, and a caret under the place. Nothing where nothing of the text is shown.
     std::string Make(std::size_t iPosition, std::size_t iLength, const Palette& iPalette, Style iStyle);
 

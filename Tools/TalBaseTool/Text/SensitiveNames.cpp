@@ -280,7 +280,11 @@ void SensitiveNames::hAdd(const std::wstring& iName)
     mNames.push_back(iName);
     for (std::size_t lCode = 0; lCode < mMayBegin.size(); ++lCode)
     {
-        mMayBegin[lCode] = mMayBegin[lCode] || lCode == L'\\' || WithoutCase(static_cast<wchar_t>(lCode)) == iName[0];
+        const wchar_t lCharacter = static_cast<wchar_t>(lCode);
+        const bool lIsEscape = lCharacter == L'\\';
+        mMayBegin[lCode] = mMayBegin[lCode] || lIsEscape || WithoutCase(lCharacter) == iName[0];
+        mMayFollow[lCode] = mMayFollow[lCode] || lIsEscape || IsPassedOver(lCharacter) || iName.size() == 1 ||
+                            WithoutCase(lCharacter) == iName[1];
     }
     // Beyond ASCII, the letter itself, its large one, and those that are a case of none but themselves: the dotted and
     // the dotless i, the long s, the large sharp s, and the signs of ohm, kelvin and angstrom.
@@ -302,12 +306,19 @@ bool SensitiveNames::hMayBegin(wchar_t iCharacter) const
     return lCode < mMayBegin.size() ? mMayBegin[lCode] : mOthers.find(iCharacter) != std::wstring::npos;
 }
 
+bool SensitiveNames::hMayFollow(wchar_t iCharacter) const
+{
+    const unsigned long lCode = static_cast<unsigned int>(iCharacter);
+    return lCode >= mMayFollow.size() || mMayFollow[lCode];
+}
+
 // A character behind a backslash may be a part of an escape or itself, so a name may begin there in two ways.
 std::optional<NamePlace> SensitiveNames::hFind(std::wstring_view iText, std::size_t iFrom, bool iAsWord) const
 {
     for (std::size_t lStart = iFrom; lStart < iText.size(); ++lStart)
     {
-        if (!hMayBegin(iText[lStart]))
+        if (!hMayBegin(iText[lStart]) ||
+            (iText[lStart] != L'\\' && lStart + 1 < iText.size() && !hMayFollow(iText[lStart + 1])))
         {
             continue;
         }

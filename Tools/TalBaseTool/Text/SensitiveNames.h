@@ -49,12 +49,14 @@ public:
 private:
     void hAdd(const std::wstring& iName);
     bool hMayBegin(wchar_t iCharacter) const;
+    bool hMayFollow(wchar_t iCharacter) const;
     std::optional<NamePlace> hFind(std::wstring_view iText, std::size_t iFrom, bool iAsWord) const;
     std::size_t hMatch(std::wstring_view iText, std::size_t iStart, bool iAsWord) const;
 
-    std::vector<std::wstring> mNames;     // as they are compared
-    std::array<bool, 128> mMayBegin = {}; // for each character of ASCII, whether a name may begin with it
-    std::wstring mOthers;                 // the same beyond ASCII
+    std::vector<std::wstring> mNames;      // as they are compared
+    std::array<bool, 128> mMayBegin = {};  // for each character of ASCII, whether a name may begin with it
+    std::array<bool, 128> mMayFollow = {}; // the same behind the first one
+    std::wstring mOthers;                  // the same beyond ASCII
 };
 
 // Whether a character is a letter, a digit or an underscore.
