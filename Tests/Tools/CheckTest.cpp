@@ -29,7 +29,7 @@ struct Damage
 ToolRun RunCheck(const std::string& iFile, std::size_t iMaxWarnings)
 {
     TalBaseTool::CheckOptions lOptions;
-    lOptions.mFiles = {iFile};
+    lOptions.mInputs.mFiles = {iFile};
     lOptions.mMaxWarnings = iMaxWarnings;
     std::ostringstream lOut;
     std::ostringstream lErr;

@@ -69,8 +69,16 @@ template <class Options>
 Options MakeOptions(const std::string& iFile, const RawPair& iPair)
 {
     Options lOptions;
-    lOptions.mFile = iFile;
-    lOptions.mPair = iPair;
+    if constexpr (requires { lOptions.mInputs; })
+    {
+        lOptions.mInputs.mFiles = {iFile};
+        lOptions.mInputs.mPair = iPair;
+    }
+    else
+    {
+        lOptions.mFile = iFile;
+        lOptions.mPair = iPair;
+    }
     return lOptions;
 }
 
@@ -108,11 +116,17 @@ public:
             lRaw.mIsRaw = true;
             return lStatus + Show(lRaw, iStreams);
         });
-        hExpect(iText, "check", true, [&](const Streams& iStreams) {
-            CheckOptions lOptions;
-            lOptions.mFiles = {mFile};
-            lOptions.mPair = lPair;
-            return Check(lOptions, iStreams);
+        hExpect(iText, "check", true,
+                [&](const Streams& iStreams) { return Check(MakeOptions<CheckOptions>(mFile, lPair), iStreams); });
+        hExpect(iText, "list", true,
+                [&](const Streams& iStreams) { return ListBags(MakeOptions<ListOptions>(mFile, lPair), iStreams); });
+        hExpect(iText, "grep", true, [&](const Streams& iStreams) {
+            return Grep(MakeOptions<GrepOptions>(mFile, lPair), iStreams); // the empty pattern is in everything shown
+        });
+        hExpect(iText, "get **", true, [&](const Streams& iStreams) {
+            GetOptions lOptions = MakeOptions<GetOptions>(mFile, lPair);
+            lOptions.mPath = "**";
+            return Get(lOptions, iStreams);
         });
         for (const bool lIsFirst : {true, false})
         {
@@ -269,7 +283,7 @@ bool IsAnotherText(const PlantedText& iText)
 std::string Shown(const std::string& iFile, const RawPair& iPair, bool iWithSecrets)
 {
     ShowOptions lOptions = MakeOptions<ShowOptions>(iFile, iPair);
-    lOptions.mSecrets.mShowSecrets = iWithSecrets;
+    lOptions.mInputs.mSecrets.mShowSecrets = iWithSecrets;
     lOptions.mLongest = 0;
     const ToolRun lRun = Call([&](const Streams& iStreams) { return Show(lOptions, iStreams); });
     return lRun.mOut + lRun.mErr;

@@ -71,17 +71,21 @@ std::optional<DelimiterTexts> FindPair(const std::wstring& iText, const TextChec
 class FileCheck
 {
 public:
-    FileCheck(const CheckOptions& iOptions, const std::string& iFile, const Streams& iStreams)
-        : mOptions(iOptions), mFile(iFile), mStreams(iStreams), mPalette(iOptions.mColor, iStreams.mIsErrTerminal)
+    FileCheck(const CheckOptions& iOptions, Input& oInput, const Streams& iStreams)
+        : mOptions(iOptions),
+          mInput(oInput),
+          mFile(oInput.GetName()),
+          mStreams(iStreams),
+          mPalette(iOptions.mColor, iStreams.mIsErrTerminal)
     {
     }
 
     int Run()
     {
-        const std::optional<DelimiterTexts> lGiven = ReadPair(mOptions.mPair);
+        const std::optional<DelimiterTexts> lGiven = ReadPair(mOptions.mInputs.mPair);
         try
         {
-            mText = ReadText(mFile);
+            mText = mInput.Read();
         }
         catch (const EncodingError& lError) // not even UTF-8
         {
@@ -90,7 +94,7 @@ public:
         }
         const TextCheckResult lResult = hCheck(lGiven);
         const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, lGiven);
-        const Gate lGate(mOptions.mSecrets, mText, HasHeader(mText) ? std::nullopt : lGiven, lResult.mIsValid);
+        const Gate lGate(mOptions.mInputs.mSecrets, mText, HasHeader(mText) ? std::nullopt : lGiven, lResult.mIsValid);
         Excerpts lExcerpts(mText, lGate);
         hWarn(lResult, lPair, lExcerpts);
         if (!lResult.mIsValid)
@@ -127,7 +131,7 @@ private:
     // A sensitive name may stand anywhere around the fault.
     void hShowUnreadable(const EncodingError& iError)
     {
-        const Gate lGate(mOptions.mSecrets, iError.GetText(), {}, false);
+        const Gate lGate(mOptions.mInputs.mSecrets, iError.GetText(), {}, false);
         mStreams.Remarks() << mPalette.Paint(Style::Error, iError.what()) << '\n'
                            << Excerpts(iError.GetText(), lGate).Make(iError.GetPlace(), 1, mPalette, Style::Error);
         ReportHidden(mFile, lGate, mStreams.Remarks());
@@ -185,6 +189,7 @@ private:
     }
 
     const CheckOptions& mOptions;
+    Input& mInput;
     std::string mFile;
     const Streams& mStreams;
     Palette mPalette;
@@ -196,25 +201,11 @@ private:
 
 int Check(const CheckOptions& iOptions, const Streams& iStreams)
 {
-    std::vector<std::string> lFiles = iOptions.mFiles;
-    if (lFiles.empty())
-    {
-        lFiles.emplace_back("-");
-    }
     int lStatus = ExitGood;
-    for (const std::string& lFile : lFiles)
-    {
-        try
-        {
-            lStatus = std::max(lStatus, FileCheck(iOptions, lFile, iStreams).Run());
-        }
-        catch (const IoError& lError)
-        {
-            iStreams.mErr << "talbase: " << lError.what() << '\n';
-            lStatus = ExitTrouble;
-        }
-    }
-    return lStatus;
+    const int lTrouble = ForEachInput(iOptions.mInputs, iStreams, [&](Input& oInput) {
+        lStatus = std::max(lStatus, FileCheck(iOptions, oInput, iStreams).Run());
+    });
+    return std::max(lStatus, lTrouble);
 }
 
 } // namespace TalBaseTool

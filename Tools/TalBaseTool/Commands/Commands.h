@@ -6,7 +6,9 @@
 #define TALBASETOOL_COMMANDS_COMMANDS_H
 
 #include "File/Document.h"
+#include "File/Inputs.h"
 #include "Text/Display.h"
+#include "Text/TextMatcher.h"
 
 #include <cstddef>
 #include <optional>
@@ -34,8 +36,10 @@ struct ChangeOptions
 };
 
 // A tree of the properties.
-struct ShowOptions : ViewOptions
+struct ShowOptions
 {
+    InputOptions mInputs;
+    ColorChoice mColor = ColorChoice::Auto;
     bool mIsRaw = false;                 // values as they are stored
     std::optional<std::size_t> mLongest; // characters of a value; 0 for all
     std::optional<int> mMaxDepth;        // of nested bags that are opened
@@ -45,25 +49,80 @@ int Show(const ShowOptions& iOptions, const Streams& iStreams);
 // Whether texts can be read, where they cannot, and what of them gets lost.
 struct CheckOptions
 {
-    std::vector<std::string> mFiles;
-    RawPair mPair;
+    InputOptions mInputs;
     ColorChoice mColor = ColorChoice::Auto;
-    SecretOptions mSecrets;
     std::size_t mMaxWarnings = 20; // of each file
     bool mIsStrict = false;        // a text with warnings counts as invalid
 };
 int Check(const CheckOptions& iOptions, const Streams& iStreams);
 
-// The value at a path, or the text form of the bag there.
+// The value at a path, or the text form of the bag there; the values at the paths that a pattern stands for.
+enum class GetFormat
+{
+    Lines,
+    Table,
+    Json
+};
 struct GetOptions
 {
     std::string mPath;
-    std::string mFile = "-";
-    RawPair mPair;
+    InputOptions mInputs;
+    std::optional<GetFormat> mFormat;
+    std::optional<std::string> mDefault; // where nothing is there
     bool mIsRaw = false;
     bool mHasNoLineEnd = false;
+    bool mEndsWithZero = false;
 };
 int Get(const GetOptions& iOptions, const Streams& iStreams);
+
+// Whether a property is there.
+struct HasOptions
+{
+    std::string mPath;
+    InputOptions mInputs;
+    bool mEndsWithZero = false;
+};
+int Has(const HasOptions& iOptions, const Streams& iStreams);
+
+// Whether the file of each bag stands before its lines.
+enum class FileNames
+{
+    WhereMany,
+    Always,
+    Never
+};
+
+// A line for each property.
+struct ListOptions
+{
+    InputOptions mInputs;
+    FileNames mFileNames = FileNames::WhereMany;
+    bool mIsSorted = false;
+    bool mEndsWithZero = false;
+};
+int ListBags(const ListOptions& iOptions, const Streams& iStreams);
+
+struct FromListOptions
+{
+    std::string mFile = "-";
+    bool mEndsWithZero = false;
+};
+int FromList(const FromListOptions& iOptions, const Streams& iStreams);
+
+// The properties whose name or value has a pattern.
+struct GrepOptions
+{
+    std::string mPattern;
+    InputOptions mInputs;
+    PatternKind mKind = PatternKind::Basic;
+    FileNames mFileNames = FileNames::WhereMany;
+    bool mIgnoresCase = false;
+    bool mIsInverted = false;
+    bool mListsFiles = false;
+    bool mCounts = false;
+    bool mEndsWithZero = false;
+};
+int Grep(const GrepOptions& iOptions, const Streams& iStreams);
 
 // One change of a file, or several, all or none.
 struct SetOptions : ChangeOptions
@@ -120,12 +179,11 @@ int Merge(const MergeOptions& iOptions, const Streams& iStreams);
 
 struct ToJsonOptions
 {
-    std::string mFile = "-";
-    RawPair mPair;
-    int mIndent = 2; // negative for all on one line
+    InputOptions mInputs;
+    bool mHasLines = false; // one line for each bag
+    int mIndent = 2;        // negative for all on one line
     bool mIsTyped = false;
     bool mIsRedacted = false; // without sensitive properties
-    SecretOptions mSecrets;
 };
 int ToJson(const ToJsonOptions& iOptions, const Streams& iStreams);
 
@@ -134,6 +192,7 @@ struct FromJsonOptions
     std::string mFile = "-";
     RawPair mPair; // of the bag that is made
     bool mHasHeader = true;
+    bool mHasLines = false; // one document a line, and one text form a line, as JSON strings
     bool mIsStrict = false;
     bool mIsVerbose = false;
 };

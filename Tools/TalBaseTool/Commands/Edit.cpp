@@ -200,31 +200,6 @@ std::vector<Change> ReadChanges(const SetOptions& iOptions)
 
 } // namespace
 
-int Get(const GetOptions& iOptions, const Streams& iStreams)
-{
-    const Path lPath = ParsePath(iOptions.mPath);
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair);
-    CheckExists(lDocument.mBag, lPath);
-    const BagPtr lParent = FindParent(lDocument.mBag, lPath);
-    const wchar_t* lName = lPath.back().c_str();
-    const auto lWrite = [&](std::string_view iBytes) { iStreams.mOut << iBytes; };
-    if (lParent->IsPropertyEmbedded(lName))
-    {
-        WriteBag(lParent->GetPropertyBag(lName), lDocument.mHasHeader, lWrite);
-    }
-    else
-    {
-        QBase::ReturnWString lValue = lParent->GetProperty(lName);
-        if (iOptions.mIsRaw)
-        {
-            lValue = Escaping(lParent->GetBeginDelimiter(), lParent->GetEndDelimiter()).Escape(lValue);
-        }
-        EncodeBlocks(lValue, lWrite);
-    }
-    iStreams.mOut << (iOptions.mHasNoLineEnd ? "" : "\n");
-    return ExitGood;
-}
-
 int Set(const SetOptions& iOptions, const Streams& iStreams)
 {
     const SetOptions lOptions = Arranged(iOptions);

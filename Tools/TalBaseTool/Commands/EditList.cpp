@@ -26,13 +26,6 @@ namespace
 constexpr const char* gAbout = "# Each line is a property: PATH = VALUE. A line that says (hidden) stands for what is\n"
                                "# there and keeps it. Lines that begin with # say nothing.\n";
 
-ListHead HeadOf(const Document& iDocument)
-{
-    return {{iDocument.mBag->GetBeginDelimiter(), iDocument.mBag->GetEndDelimiter()},
-            iDocument.mHasHeader,
-            iDocument.mLineEnd};
-}
-
 bool IsSame(const ListHead& iOne, const ListHead& iOther)
 {
     return iOne.mPair.mBegin == iOther.mPair.mBegin && iOne.mPair.mEnd == iOther.mPair.mEnd &&

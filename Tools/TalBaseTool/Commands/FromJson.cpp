@@ -1,398 +1,25 @@
-// JSON is read event by event and written into a text form as it comes, so that no document is held in memory beside
-// the bag. An object becomes a bag; an array becomes a bag whose names are the numbers from 0 on.
-
 #include "Commands/Commands.h"
 
-#include "Commands/JsonReport.h"
-#include "Commands/JsonValues.h"
 #include "File/Files.h"
+#include "File/Lines.h"
 #include "File/Progress.h"
-#include "Text/Encoding.h"
 #include "Text/Errors.h"
-#include "Text/Place.h"
+#include "Text/JsonBags.h"
+#include "Text/JsonText.h"
+#include "Text/Messages.h"
 #include "Text/Text.h"
-#include "Text/TextBuilder.h"
 
 #include "QBase/Convert.h"
+#include "QBase/Message.h"
 
 #include <algorithm>
-#include <iterator>
-#include <limits>
-#include <unordered_map>
+#include <sstream>
 
 namespace TalBaseTool
 {
 
 namespace
 {
-
-constexpr std::size_t gWholeDocument = std::numeric_limits<std::size_t>::max(); // in the place of an index
-constexpr std::size_t gMostElements = std::numeric_limits<std::size_t>::max();
-constexpr std::string_view gByteOrderMark = "\xEF\xBB\xBF";
-
-// Where a document cannot be read, in bytes, and why.
-struct JsonError
-{
-    std::size_t mIndex = 0;
-    std::string mText;
-};
-
-// Goes through the bytes of a document and tells how far it is.
-class Reading
-{
-public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    Reading(const char* ipAt, const char** oppRead) : mpAt(ipAt), mppRead(oppRead) {}
-
-    const char& operator*() const
-    {
-        return *mpAt;
-    }
-
-    Reading& operator++()
-    {
-        *mppRead = ++mpAt;
-        return *this;
-    }
-
-    Reading operator++(int)
-    {
-        const Reading lBefore = *this;
-        ++*this;
-        return lBefore;
-    }
-
-    bool operator==(const Reading& iOther) const
-    {
-        return mpAt == iOther.mpAt;
-    }
-
-private:
-    const char* mpAt;
-    const char** mppRead;
-};
-
-class JsonReader : public nlohmann::json_sax<AnyJson>
-{
-public:
-    // ippRead: where the bytes that were read end, as they are read.
-    JsonReader(TextBuilder& oBuilder, JsonReport& oReport, const Gate& iGate, const char* const* ippRead)
-        : mBuilder(oBuilder), mReport(oReport), mGate(iGate), mppRead(ippRead), mpDone(*ippRead)
-    {
-    }
-
-    // Where the first of what a bag cannot hold begins, but for what stands behind a value; an object or array that is
-    // not held as it is has its end there. Null where all can be held.
-    const char* GetFirstLoss() const
-    {
-        return mpFirstLoss;
-    }
-
-    const JsonError& GetError() const
-    {
-        return mError;
-    }
-
-    bool null() override
-    {
-        return hTakeScalar("null");
-    }
-
-    bool boolean(bool iValue) override
-    {
-        return hTakeScalar(iValue ? "true" : "false");
-    }
-
-    bool number_integer(number_integer_t iValue) override
-    {
-        return hTakeScalar(iValue == 0 ? "-0" : std::to_string(iValue)); // without a sign it would be unsigned
-    }
-
-    bool number_unsigned(number_unsigned_t iValue) override
-    {
-        return hTakeScalar(std::to_string(iValue));
-    }
-
-    bool number_float(number_float_t, const string_t& iText) override
-    {
-        return hTakeScalar(iText);
-    }
-
-    bool string(string_t& iValue) override
-    {
-        return hDone(hTake(iValue, false));
-    }
-
-    bool binary(binary_t&) override
-    {
-        return false; // JSON text has none
-    }
-
-    bool start_object(std::size_t) override
-    {
-        return hDone(hOpen(false));
-    }
-
-    bool key(string_t& iName) override
-    {
-        mFrames.back().mName = QBase::UTF8ToWideChar(iName, true);
-        return hDone(true);
-    }
-
-    bool end_object() override
-    {
-        return hDone(hClose());
-    }
-
-    bool start_array(std::size_t) override
-    {
-        return hDone(hOpen(true));
-    }
-
-    bool end_array() override
-    {
-        return hDone(hClose());
-    }
-
-    // The message is "[json.exception.…] parse error at line 1, column 10: …; last read: …", where the last piece is
-    // the document's own and may be a secret.
-    bool parse_error(std::size_t iRead, const std::string&, const nlohmann::detail::exception& iError) override
-    {
-        const std::string lWhat = iError.what();
-        const std::size_t lPlace = lWhat.find(" at line ");
-        const std::size_t lSaid = lPlace != std::string::npos ? lWhat.find(": ", lPlace) : std::string::npos;
-        const std::string lText = lSaid != std::string::npos ? lWhat.substr(lSaid + 2) : lWhat;
-        mError = {iRead - std::min<std::size_t>(iRead, 1), lText.substr(0, lText.find("; last read: "))};
-        return false;
-    }
-
-private:
-    // An object or array being read.
-    struct Frame
-    {
-        std::wstring mName; // of the property that is read
-        bool mIsHidden;     // with all that is in it, in messages
-        bool mIsArray;
-        bool mIsLeftOut;    // with all that is in it
-        std::size_t mCount; // of its properties so far
-        std::size_t mKept;  // of an array: how many of them are in the bag
-        bool mHasGap;       // of an array: one that is not, before one that is
-        bool mHasNested;
-        bool mIsOrderLost;
-        std::unordered_map<std::wstring, TextSpan> mNames; // and where they stand; nowhere where they were left out
-    };
-
-    // Whether the names of what is left of an object are the numbers from 0 on, in whatever order.
-    static bool LooksLikeArray(const Frame& iFrame)
-    {
-        const auto lIsKept = [](const auto& iEntry) { return iEntry.second.mStart < iEntry.second.mStop; };
-        const auto lAny = std::find_if(iFrame.mNames.begin(), iFrame.mNames.end(), lIsKept);
-        if (lAny == iFrame.mNames.end() || ReadElement(lAny->first, gMostElements) == gMostElements)
-        {
-            return false;
-        }
-        const auto lKept = static_cast<std::size_t>(std::count_if(iFrame.mNames.begin(), iFrame.mNames.end(), lIsKept));
-        return std::all_of(lAny, iFrame.mNames.end(), [&](const auto& iEntry) {
-            return !lIsKept(iEntry) || ReadElement(iEntry.first, lKept) < lKept;
-        });
-    }
-
-    // Ends each event.
-    bool hDone(bool iIsGood)
-    {
-        mpDone = *mppRead;
-        return iIsGood;
-    }
-
-    // The last names of the place.
-    void hCount(Loss iLoss)
-    {
-        Path lPath;
-        const std::size_t lFirst = mFrames.size() - std::min(mFrames.size(), gMostNames);
-        for (std::size_t lFrame = lFirst; lFrame < mFrames.size() && mReport.WantsPlace(iLoss); ++lFrame)
-        {
-            lPath.push_back(mFrames[lFrame].mName);
-        }
-        if (mpFirstLoss == nullptr && iLoss != Loss::Order)
-        {
-            mpFirstLoss = mpDone;
-        }
-        mReport.Add(iLoss, lPath, mFrames.size(), lFirst < mFrames.size() && mFrames[lFirst].mIsHidden);
-    }
-
-    // Comes before every value. Returns whether it is kept.
-    bool hBegin(bool iIsNested)
-    {
-        Frame& lFrame = mFrames.back();
-        const std::wstring lNumber = std::to_wstring(lFrame.mCount);
-        if (lFrame.mIsArray)
-        {
-            lFrame.mName = lNumber;
-        }
-        ++lFrame.mCount;
-        if (lFrame.mIsLeftOut)
-        {
-            return false;
-        }
-        if (!lFrame.mIsArray)
-        {
-            if (lFrame.mNames.count(lFrame.mName) != 0)
-            {
-                hCount(Loss::RepeatedName);
-            }
-            lFrame.mIsOrderLost = lFrame.mIsOrderLost || (lFrame.mHasNested && !iIsNested);
-            lFrame.mHasNested = lFrame.mHasNested || iIsNested;
-        }
-        return true;
-    }
-
-    // The last property of a name counts, also where nothing is kept of it: reading the text would take the one before.
-    void hReplace(const TextSpan& iSpan)
-    {
-        Frame& lFrame = mFrames.back();
-        if (lFrame.mIsArray && iSpan.mStart < iSpan.mStop)
-        {
-            lFrame.mHasGap = lFrame.mHasGap || lFrame.mKept < lFrame.mCount - 1;
-            ++lFrame.mKept;
-        }
-        else if (!lFrame.mIsArray)
-        {
-            TextSpan& lKept = lFrame.mNames[lFrame.mName];
-            mBuilder.Drop(lKept);
-            lKept = iSpan;
-        }
-    }
-
-    void hReport(Fault iFault)
-    {
-        hCount(iFault == Fault::EmptyValue  ? Loss::EmptyText
-               : iFault == Fault::EmptyName ? Loss::EmptyName
-                                            : Loss::Unholdable);
-    }
-
-    bool hTakeScalar(const std::string& iText)
-    {
-        return hDone(hTake(iText, true));
-    }
-
-    bool hTake(const std::string& iValue, bool iIsScalar)
-    {
-        if (mFrames.empty())
-        {
-            mError = {gWholeDocument, "a bag is made of an object or an array, and this is neither"};
-            return false;
-        }
-        if (!hBegin(false))
-        {
-            return true;
-        }
-        const std::size_t lStart = mBuilder.GetSize();
-        const Fault lFault = mBuilder.AddPlain(mFrames.back().mName, std::string_view(iValue));
-        hReplace({lStart, mBuilder.GetSize()});
-        if (lFault != Fault::None)
-        {
-            hReport(lFault);
-        }
-        else if (iIsScalar)
-        {
-            hCount(Loss::Type);
-        }
-        return true;
-    }
-
-    bool hOpen(bool iIsArray)
-    {
-        bool lIsLeftOut = false;
-        if (!mFrames.empty())
-        {
-            lIsLeftOut = !hBegin(true);
-            const Fault lFault = lIsLeftOut ? Fault::None : mBuilder.OpenBag(mFrames.back().mName);
-            if (lFault != Fault::None)
-            {
-                hReport(lFault);
-                hReplace({0, 0});
-                lIsLeftOut = true;
-            }
-        }
-        const bool lIsHidden = !mFrames.empty() && (mFrames.back().mIsHidden || mGate.HidesBag(mFrames.back().mName));
-        mFrames.push_back(Frame{{}, lIsHidden, iIsArray, lIsLeftOut, 0, 0, false, false, false, {}});
-        return true;
-    }
-
-    bool hClose()
-    {
-        mpDone = *mppRead - 1; // a number before it was known to end only there
-        const Frame lFrame = std::move(mFrames.back());
-        mFrames.pop_back();
-        if (lFrame.mIsLeftOut)
-        {
-            return true;
-        }
-        if (lFrame.mCount == 0 && !mFrames.empty())
-        {
-            hCount(lFrame.mIsArray ? Loss::EmptyArray : Loss::EmptyObject);
-        }
-        else if (lFrame.mHasGap)
-        {
-            hCount(Loss::Positions);
-        }
-        else if (!lFrame.mIsArray && LooksLikeArray(lFrame))
-        {
-            hCount(Loss::ArrayLike);
-        }
-        if (lFrame.mIsOrderLost)
-        {
-            hCount(Loss::Order);
-        }
-        if (!mFrames.empty())
-        {
-            const std::size_t lStart = mBuilder.CloseBag(); // one of which nothing is left goes without a word more
-            hReplace({lStart, mBuilder.GetSize()});
-        }
-        return true;
-    }
-
-    TextBuilder& mBuilder;
-    JsonReport& mReport;
-    const Gate& mGate;
-    std::vector<Frame> mFrames;
-    JsonError mError;
-    const char* const* mppRead;
-    const char* mpDone; // where the event before this one ended
-    const char* mpFirstLoss = nullptr;
-};
-
-// The place of a byte as editors count it.
-Place FindBytePlace(std::string_view iBytes, std::size_t iIndex)
-{
-    std::string_view lBefore = iBytes.substr(0, iIndex);
-    lBefore.remove_prefix(lBefore.rfind(gByteOrderMark, 0) == 0 ? gByteOrderMark.size() : 0);
-    const auto lLines = std::count(lBefore.begin(), lBefore.end(), '\n');
-    lBefore.remove_prefix(lBefore.rfind('\n') + 1); // 0 where there is none
-    const auto lCharacters = std::count_if(lBefore.begin(), lBefore.end(), [](char iByte) {
-        return (static_cast<unsigned char>(iByte) & 0xC0U) != 0x80U; // does not go on with one
-    });
-    return {static_cast<std::size_t>(lLines) + 1, static_cast<std::size_t>(lCharacters) + 1};
-}
-
-// Where a document begins that has one value only.
-std::size_t FindValue(std::string_view iBytes)
-{
-    const std::size_t lStart = iBytes.rfind(gByteOrderMark, 0) == 0 ? gByteOrderMark.size() : 0;
-    return std::min(iBytes.find_first_not_of(" \t\r\n", lStart), iBytes.size());
-}
-
-[[noreturn]] void ThrowJsonError(const std::string& iFile, std::string_view iBytes, const JsonError& iError)
-{
-    const std::size_t lIndex = iError.mIndex == gWholeDocument ? FindValue(iBytes) : iError.mIndex;
-    throw TextError(ShowPlace(iFile, FindBytePlace(iBytes, lIndex)) +
-                    ToUtf8(MakeControlsPrintable(QBase::UTF8ToWideChar(iError.mText, false))));
-}
 
 std::string ReadBytes(const std::string& iFile)
 {
@@ -428,55 +55,125 @@ bool WriteText(const std::wstring& iText, const DelimiterTexts& iPair, bool iHas
     return true;
 }
 
+// Writes the bag of a builder.
+void WriteBuilt(TextBuilder& oBuilder, const Gate& iGate, bool iHasHeader, const std::wstring& iLineEnd,
+                const Streams& iStreams)
+{
+    Document lDocument;
+    lDocument.mBag = oBuilder.MakeBag();
+    lDocument.mHasHeader = iHasHeader;
+    lDocument.mGate = iGate;
+    lDocument.mLineEnd = iLineEnd;
+    Save(lDocument, {}, iStreams);
+}
+
+// Reads a document from each line, and writes the text form of each as a JSON string on a line of its own.
+class LineConverter
+{
+public:
+    LineConverter(const FromJsonOptions& iOptions, const DelimiterTexts& iPair, const Gate& iGate,
+                  const Streams& iStreams)
+        : mOptions(iOptions), mPair(iPair), mGate(iGate), mStreams(iStreams), mReport(iGate, iOptions.mIsVerbose)
+    {
+    }
+
+    int Run()
+    {
+        LineSplitter lSplitter;
+        const auto lTakeLine = [&](std::string_view iLine) { hTake(iLine); };
+        ReadBlocks(
+            mOptions.mFile, [&](std::string_view iBlock) { lSplitter.Split(iBlock, lTakeLine); }, "JSON lines");
+        lSplitter.Finish(lTakeLine);
+        mReport.Write(mStreams.Remarks());
+        return mStatus;
+    }
+
+private:
+    void hTake(std::string_view iLine)
+    {
+        ++mNumber;
+        if (IsBlankLine(iLine))
+        {
+            return;
+        }
+        try
+        {
+            hConvert(LineName(mOptions.mFile, mNumber), iLine);
+        }
+        catch (const TextError& lError)
+        {
+            hTell(lError.what());
+        }
+        catch (const DataError& lError)
+        {
+            hTell(std::string("talbase: ") + lError.what());
+        }
+        catch (const QBase::Message& lMessage)
+        {
+            hTell("talbase: " + ShowMessage(lMessage.GetMessage()));
+        }
+    }
+
+    void hConvert(const std::string& iName, std::string_view iLine)
+    {
+        TextBuilder lBuilder(mPair.mBegin, mPair.mEnd);
+        const char* const lpLoss = ReadJson(iName, iLine, mGate, lBuilder, mReport);
+        if (mOptions.mIsStrict && lpLoss != nullptr)
+        {
+            RefuseLoss(iName, iLine, lpLoss);
+        }
+        std::ostringstream lText;
+        WriteBuilt(lBuilder, mGate, mOptions.mHasHeader, L"",
+                   {lText, mStreams.mErr, false, false, 0, mStreams.mIsQuiet});
+        std::string lLine;
+        AppendJsonString(QBase::UTF8ToWideChar(lText.str(), true), lLine);
+        mStreams.mOut << lLine << '\n';
+    }
+
+    void hTell(const std::string& iText)
+    {
+        mStreams.mErr << iText << '\n';
+        mStatus = ExitBad;
+    }
+
+    const FromJsonOptions& mOptions;
+    const DelimiterTexts& mPair;
+    const Gate& mGate;
+    const Streams& mStreams;
+    JsonReport mReport; // of all lines
+    std::size_t mNumber = 0;
+    int mStatus = ExitGood;
+};
+
 } // namespace
 
 int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
 {
     const DelimiterTexts lPair = ReadPair(iOptions.mPair).value_or(DelimiterTexts{BEGIN, END});
     MakeBag(lPair); // refuses a pair that no bag may have before anything is read
-    TextBuilder lBuilder(lPair.mBegin, lPair.mEnd);
     const Gate lGate = Gate::ForNames({});
+    if (iOptions.mHasLines)
+    {
+        return LineConverter(iOptions, lPair, lGate, iStreams).Run();
+    }
+    TextBuilder lBuilder(lPair.mBegin, lPair.mEnd);
     JsonReport lReport(lGate, iOptions.mIsVerbose);
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
         const auto lEscaped = std::count_if(lBytes.begin(), lBytes.end(), [](char i) { return i == '*' || i == '+'; });
         lBuilder.Reserve(lBytes.size() + lBytes.size() / 4 + 4 * static_cast<std::size_t>(lEscaped));
-        const char* const lpEncoding = FindForeignEncoding(lBytes);
-        if (lpEncoding != nullptr)
-        {
-            ThrowJsonError(iOptions.mFile, lBytes,
-                           {0, std::string("this is ") + lpEncoding + ", but JSON is in UTF-8"});
-        }
-        const std::size_t lZero = lBytes.find('\0');
-        if (lZero != std::string::npos) // the end of the document, for who parses it
-        {
-            ThrowJsonError(iOptions.mFile, lBytes, {lZero, "a zero character, which JSON does not allow"});
-        }
-        const char* lpRead = lBytes.data();
-        JsonReader lReader(lBuilder, lReport, lGate, &lpRead);
-        if (!AnyJson::sax_parse(Reading(lpRead, &lpRead), Reading(lpRead + lBytes.size(), &lpRead), &lReader))
-        {
-            ThrowJsonError(iOptions.mFile, lBytes, lReader.GetError());
-        }
+        const char* const lpLoss = ReadJson(iOptions.mFile, lBytes, lGate, lBuilder, lReport);
         lReport.Write(iStreams.Remarks());
         if (iOptions.mIsStrict && lReport.HasLoss())
         {
-            const auto lBefore = static_cast<std::size_t>(lReader.GetFirstLoss() - lBytes.data());
-            const std::size_t lPlace = std::min(lBytes.find_first_not_of(" \t\r\n,:", lBefore), lBytes.size());
-            ThrowJsonError(iOptions.mFile, lBytes, {lPlace, "a bag cannot hold all of it, this for one"});
+            RefuseLoss(iOptions.mFile, lBytes, lpLoss);
         }
     }
-    if (lBuilder.IsAsWritten() && WriteText(lBuilder.GetText(), lPair, iOptions.mHasHeader, iStreams))
+    if (!lBuilder.IsAsWritten() || !WriteText(lBuilder.GetText(), lPair, iOptions.mHasHeader, iStreams))
     {
-        return ExitGood;
+        WriteBuilt(lBuilder, lGate, iOptions.mHasHeader, L"\n", iStreams);
     }
-    Document lDocument;
-    lDocument.mBag = lBuilder.MakeBag();
-    lDocument.mHasHeader = iOptions.mHasHeader;
-    lDocument.mGate = lGate;
-    lDocument.mLineEnd = L"\n";
-    Save(lDocument, {}, iStreams);
     return ExitGood;
 }
 

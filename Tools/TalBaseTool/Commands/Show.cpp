@@ -71,6 +71,7 @@ class Tree
 public:
     Tree(const ShowOptions& iOptions, const Document& iDocument, const Streams& iStreams)
         : mOptions(iOptions),
+          mFile(iDocument.mFile),
           mRoot(iDocument.mBag),
           mOut(iStreams.mOut),
           mPalette(iOptions.mColor, iStreams.mIsOutTerminal),
@@ -84,7 +85,7 @@ public:
     void Draw()
     {
         LineSpace lLine(mWidth);
-        mOut << mPalette.Paint(Style::Bag, lLine.Take(ShowFile(mOptions.mFile))) << lLine.Take("  ")
+        mOut << mPalette.Paint(Style::Bag, lLine.Take(ShowFile(mFile))) << lLine.Take("  ")
              << mPalette.Paint(Style::Quiet, lLine.Take("begin " + hQuote(mRoot->GetBeginDelimiter()) + ", end " +
                                                         hQuote(mRoot->GetEndDelimiter()) + "; " + CountContent(*mRoot)))
              << '\n';
@@ -135,6 +136,7 @@ private:
     }
 
     const ShowOptions& mOptions;
+    std::string mFile;
     BagPtr mRoot;
     std::ostream& mOut;
     Palette mPalette;
@@ -148,10 +150,10 @@ private:
 
 int Show(const ShowOptions& iOptions, const Streams& iStreams)
 {
-    const Document lDocument = Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
-    Tree(iOptions, lDocument, iStreams).Draw();
-    ReportHidden(iOptions.mFile, lDocument.mGate, iStreams.Remarks());
-    return ExitGood;
+    return ForEachBag(iOptions.mInputs, iStreams, [&](const Document& iDocument, bool) {
+        Tree(iOptions, iDocument, iStreams).Draw();
+        ReportHidden(iDocument.mFile, iDocument.mGate, iStreams.Remarks());
+    });
 }
 
 } // namespace TalBaseTool

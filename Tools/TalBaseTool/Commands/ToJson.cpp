@@ -3,11 +3,11 @@
 
 #include "Commands/Commands.h"
 
-#include "Commands/JsonValues.h"
 #include "Commands/Redaction.h"
 #include "Text/Errors.h"
 #include "Text/Escaping.h"
 #include "Text/JsonText.h"
+#include "Text/JsonValues.h"
 #include "Text/Text.h"
 
 #include <algorithm>
@@ -184,13 +184,17 @@ private:
 
 int ToJson(const ToJsonOptions& iOptions, const Streams& iStreams)
 {
-    Document lDocument = Load(iOptions.mFile, iOptions.mPair, iOptions.mSecrets);
-    if (iOptions.mIsRedacted)
-    {
-        TakeOutSecrets(lDocument, false, iStreams);
-    }
-    JsonWriter(iOptions, lDocument.mBag, iStreams.mOut).Write();
-    return ExitGood;
+    ToJsonOptions lOptions = iOptions;
+    lOptions.mInputs.mSecrets.mShowSecrets = !iOptions.mIsRedacted; // where all is converted, none is looked for
+    lOptions.mIndent = iOptions.mHasLines ? -1 : iOptions.mIndent;
+    return ForEachBag(lOptions.mInputs, iStreams, [&](const Document& iDocument, bool) {
+        Document lDocument = iDocument;
+        if (iOptions.mIsRedacted)
+        {
+            TakeOutSecrets(lDocument, false, iStreams);
+        }
+        JsonWriter(lOptions, lDocument.mBag, iStreams.mOut).Write();
+    });
 }
 
 } // namespace TalBaseTool

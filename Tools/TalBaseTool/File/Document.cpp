@@ -51,41 +51,53 @@ std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDeli
     throw TextError(ShowPlace(iFile, lPlace) + ShowReason(iText, iPair.has_value(), lResult.mMessage.c_str()));
 }
 
+// Of small texts nobody needs to know how far they are.
+constexpr std::size_t gWorthShowing = std::size_t{1} << 20;
+
+Document Parse(const std::string& iFile, const std::wstring& iText, const RawPair& iPair, const SecretOptions& iSecrets,
+               bool iWithLosses, const std::shared_ptr<const FileLock>& iLock = {})
+{
+    const std::optional<DelimiterTexts> lPair = PairOf(iText, iPair);
+    Document lDocument;
+    lDocument.mFile = iFile;
+    lDocument.mHasHeader = !lPair;
+    std::optional<Progress> lProgress;
+    if (iText.size() >= gWorthShowing)
+    {
+        lProgress.emplace("parsing " + ShowFile(iFile), iText.size());
+    }
+    std::optional<QTalBase::TextCheckResult> lChecked; // before there is a bag, since both take much memory
+    if (iWithLosses)
+    {
+        lChecked = CheckText(iText, lPair);
+    }
+    try
+    {
+        lDocument.mBag = ReadBag(iText.c_str(), lPair);
+    }
+    catch (const QTalBase::PropertyBagException&)
+    {
+        ThrowWithPlace(iFile, iText, lPair);
+    }
+    catch (const std::out_of_range&)
+    {
+        ThrowWithPlace(iFile, iText, lPair);
+    }
+    lDocument.mGate = Gate(iSecrets, iText, lPair, true);
+    lDocument.mLineEnd = FindLineEnd(iText, lDocument.mBag->GetEndDelimiter());
+    if (lChecked)
+    {
+        lDocument.mLosses = DescribeLosses(iFile, iText, *lChecked, lDocument.mGate);
+    }
+    lDocument.mLock = iLock;
+    return lDocument;
+}
+
 Document LoadAnd(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets, bool iWithLosses,
                  const std::shared_ptr<const FileLock>& iLock = {})
 {
     ReadPair(iPair); // a wrong command line is told before anything is read
-    const std::wstring lText = ReadText(iFile, gTextForm, iLock ? iLock->GetFile() : -1);
-    const std::optional<DelimiterTexts> lPair = PairOf(lText, iPair);
-    Document lDocument;
-    lDocument.mFile = iFile;
-    lDocument.mHasHeader = !lPair;
-    const Progress lProgress("parsing " + ShowFile(iFile), lText.size());
-    std::optional<QTalBase::TextCheckResult> lChecked; // before there is a bag, since both take much memory
-    if (iWithLosses)
-    {
-        lChecked = CheckText(lText, lPair);
-    }
-    try
-    {
-        lDocument.mBag = ReadBag(lText.c_str(), lPair);
-    }
-    catch (const QTalBase::PropertyBagException&)
-    {
-        ThrowWithPlace(iFile, lText, lPair);
-    }
-    catch (const std::out_of_range&)
-    {
-        ThrowWithPlace(iFile, lText, lPair);
-    }
-    lDocument.mGate = Gate(iSecrets, lText, lPair, true);
-    lDocument.mLineEnd = FindLineEnd(lText, lDocument.mBag->GetEndDelimiter());
-    if (lChecked)
-    {
-        lDocument.mLosses = DescribeLosses(iFile, lText, *lChecked, lDocument.mGate);
-    }
-    lDocument.mLock = iLock;
-    return lDocument;
+    return Parse(iFile, ReadText(iFile, gTextForm, iLock ? iLock->GetFile() : -1), iPair, iSecrets, iWithLosses, iLock);
 }
 
 // A text that would not give the bag back is never written.
@@ -223,6 +235,12 @@ Document Load(const std::string& iFile, const RawPair& iPair, const SecretOption
     return LoadAnd(iFile, iPair, iSecrets, false);
 }
 
+Document ReadDocument(const std::string& iFile, const std::wstring& iText, const RawPair& iPair,
+                      const SecretOptions& iSecrets)
+{
+    return Parse(iFile, iText, iPair, iSecrets, false);
+}
+
 Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets,
                       const Target& iTarget)
 {
@@ -236,6 +254,21 @@ void ReportLosses(const Document& iDocument, std::ostream& oErr)
     {
         oErr << lLine << '\n';
     }
+}
+
+void CheckIsShown(const Document& iDocument)
+{
+    if (iDocument.mGate.GetOpening() == Gate::Opening::Nothing)
+    {
+        throw TextError(ShowFile(iDocument.mFile) + ": " + iDocument.mGate.GetReason());
+    }
+}
+
+ListHead HeadOf(const Document& iDocument)
+{
+    return {{iDocument.mBag->GetBeginDelimiter(), iDocument.mBag->GetEndDelimiter()},
+            iDocument.mHasHeader,
+            iDocument.mLineEnd};
 }
 
 std::size_t LeaveOut(BagPtr& oBag, const Gate& iGate, std::ostream& oErr, const Keeps& iKeeps)

@@ -7,6 +7,7 @@
 #include "Text/BagWalk.h"
 #include "Text/Delimiters.h"
 #include "Text/Gate.h"
+#include "Text/Listing.h"
 
 #include <memory>
 #include <optional>
@@ -55,12 +56,23 @@ struct Document
 // ReadPair and MakeBag throw, and TextError for a text that is no bag's.
 Document Load(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {});
 
-// The same for a bag that is to be written, with the losses; a file that is to be changed in place is locked before.
+// The same with a text that was read already. iFile: what messages call it.
+Document ReadDocument(const std::string& iFile, const std::wstring& iText, const RawPair& iPair,
+                      const SecretOptions& iSecrets = {});
+
+// The same as Load for a bag that is to be written, with the losses; a file that is to be changed in place is locked
+// before.
 Document LoadToChange(const std::string& iFile, const RawPair& iPair, const SecretOptions& iSecrets = {},
                       const Target& iTarget = {});
 
 // Shows the losses of a text. Save does so for the one that it writes.
 void ReportLosses(const Document& iDocument, std::ostream& oErr);
+
+// Throws TextError where the gate shows nothing of it.
+void CheckIsShown(const Document& iDocument);
+
+// What its list says of it.
+ListHead HeadOf(const Document& iDocument);
 
 // Takes out what is not kept, and then the nested bags without properties, with a word about those, since no text can
 // hold them. The bag may become another one. iGate: for what is shown of it. Returns how many properties were not kept.

@@ -150,12 +150,7 @@ std::wstring ReadPipe(const std::string& iFile, const char* ipWhat)
         lSize += iBytes.size();
     };
     ReadBlocks(iFile, lTake, ipWhat);
-    Decoder lDecoder(iFile, lSize);
-    for (; !lBlocks.empty(); lBlocks.pop_front())
-    {
-        lDecoder.Take(lBlocks.front());
-    }
-    return lDecoder.Finish();
+    return DecodeText(iFile, std::move(lBlocks), lSize);
 }
 
 int Open(const std::string& iFile, int iOpened)
@@ -215,6 +210,16 @@ std::wstring ReadText(const std::string& iFile, const char* ipWhat, int iOpened)
         return lDecoder.Finish();
     }
     return ReadPipe(iFile, ipWhat);
+}
+
+std::wstring DecodeText(const std::string& iFile, std::deque<std::string> iBlocks, std::size_t iSize)
+{
+    Decoder lDecoder(iFile, iSize);
+    for (; !iBlocks.empty(); iBlocks.pop_front())
+    {
+        lDecoder.Take(iBlocks.front());
+    }
+    return lDecoder.Finish();
 }
 
 void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake)

@@ -4,6 +4,7 @@
 #define TALBASETOOL_FILE_FILES_H
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,9 @@ void ReadBlocks(const std::string& iFile, const std::function<void(std::string_v
 // The text of a file, or of standard input for "-". Throws IoError; throws TextError for a byte that is not UTF-8
 // and for a zero character, which no text form can hold.
 std::wstring ReadText(const std::string& iFile, const char* ipWhat = gTextForm, int iOpened = -1);
+
+// The text in blocks that were read already, which are let go one by one. iSize: about how many bytes they have.
+std::wstring DecodeText(const std::string& iFile, std::deque<std::string> iBlocks, std::size_t iSize);
 
 // Hands the UTF-8 of a text on, block by block.
 void EncodeBlocks(std::wstring_view iText, const std::function<void(std::string_view)>& iTake);

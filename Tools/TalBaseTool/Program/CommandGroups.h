@@ -1,4 +1,4 @@
-// What the commands are called, what their help says, and which options they have, in three groups.
+// What the commands are called, what their help says, and which options they have, in groups.
 
 #ifndef TALBASETOOL_PROGRAM_COMMANDGROUPS_H
 #define TALBASETOOL_PROGRAM_COMMANDGROUPS_H
@@ -10,10 +10,15 @@ namespace TalBaseTool
 
 void AddShow(CLI::App& oApp, ChosenCommand& oChosen);
 void AddCheck(CLI::App& oApp, ChosenCommand& oChosen);
-void AddGet(CLI::App& oApp, ChosenCommand& oChosen);
 void AddDiff(CLI::App& oApp, ChosenCommand& oChosen);
 void AddWindow(CLI::App& oApp, ChosenCommand& oChosen);
 void AddGuid(CLI::App& oApp, ChosenCommand& oChosen);
+
+void AddGet(CLI::App& oApp, ChosenCommand& oChosen);
+void AddHas(CLI::App& oApp, ChosenCommand& oChosen);
+void AddGrep(CLI::App& oApp, ChosenCommand& oChosen);
+void AddList(CLI::App& oApp, ChosenCommand& oChosen);
+void AddFromList(CLI::App& oApp, ChosenCommand& oChosen);
 
 void AddSet(CLI::App& oApp, ChosenCommand& oChosen);
 void AddEdit(CLI::App& oApp, ChosenCommand& oChosen);

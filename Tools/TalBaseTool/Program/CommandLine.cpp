@@ -152,7 +152,8 @@ std::unique_ptr<CLI::App> MakeParser(ChosenCommand& oChosen, std::size_t iWidth)
     lApp->set_help_flag("-h,--help", "Print this help");
     lApp->formatter(MakeHelpFormatter(iWidth));
     lApp->footer("talbase show job.bag");
-    for (const auto lAdd : {AddShow, AddCheck, AddGet, AddSet, AddEdit, AddRemove, AddMove, AddEmbed, AddDiff, AddMerge,
+    for (const auto lAdd : {AddShow,   AddCheck,    AddGet,    AddHas,        AddGrep,   AddList, AddFromList,
+                            AddSet,    AddEdit,     AddRemove, AddMove,       AddEmbed,  AddDiff, AddMerge,
                             AddToJson, AddFromJson, AddRedact, AddDelimiters, AddWindow, AddGuid})
     {
         lAdd(*lApp, oChosen);

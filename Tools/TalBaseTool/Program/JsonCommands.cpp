@@ -2,6 +2,7 @@
 
 #include "Program/CommandGroups.h"
 #include "Program/Options.h"
+#include "Text/Errors.h"
 
 namespace TalBaseTool
 {
@@ -15,15 +16,17 @@ void AddToJson(CLI::App& oApp, ChosenCommand& oChosen)
         "strings; with --typed those that are a JSON number, true, false or null are written as that. Lines are "
         "indented by 40 levels at most.",
         "talbase to-json job.bag", ToJson, [](CLI::App& oCommand, ToJsonOptions& oOptions) {
-            AddFile(oCommand, oOptions.mFile);
-            AddPair(oCommand, oOptions.mPair);
+            oOptions.mInputs.mUnreadable = ExitBad;
+            AddInputs(oCommand, oOptions.mInputs, false);
+            oCommand.add_flag("--lines", oOptions.mHasLines,
+                              "Write each bag as one line of JSON; 'talbase from-json --lines' reads them");
             oCommand.add_option("--indent", oOptions.mIndent, "Blanks for each level, -1 for all on one line")
                 ->type_name("N")
                 ->check(CLI::Range(-1, 16))
                 ->capture_default_str();
             oCommand.add_flag("--redact", oOptions.mIsRedacted,
                               "Leave sensitive properties out, as 'talbase redact' does");
-            AddSensitiveNames(oCommand, oOptions.mSecrets);
+            AddSensitiveNames(oCommand, oOptions.mInputs.mSecrets);
             oCommand.add_flag("--typed", oOptions.mIsTyped, "Write numbers, true, false and null without quotes");
         });
 }
@@ -42,6 +45,10 @@ void AddFromJson(CLI::App& oApp, ChosenCommand& oChosen)
             AddOptional(oCommand, "--begin", oOptions.mPair.mBegin, "Begin delimiter of the bag");
             AddOptional(oCommand, "--end", oOptions.mPair.mEnd, "End delimiter of the bag");
             oCommand.add_flag("!--no-header", oOptions.mHasHeader, "Write the text without a header");
+            oCommand.add_flag(
+                "--lines", oOptions.mHasLines,
+                "Read one document a line, and write the text form of each as a JSON string on a line, as "
+                "the commands that look into bags read them");
             oCommand.add_flag("--strict", oOptions.mIsStrict,
                               "Write nothing where a bag cannot hold all of it but the order");
             oCommand.add_flag("-v,--verbose", oOptions.mIsVerbose, "Name every place, not only the first ones");

@@ -23,6 +23,38 @@ void AddFile(CLI::App& oApp, std::string& oFile)
     oApp.add_option("FILE", oFile, "The text form; - or nothing is standard input")->type_name("FILE");
 }
 
+void AddInputs(CLI::App& oApp, InputOptions& oInputs, bool iHasLines)
+{
+    oApp.add_option("FILES", oInputs.mFiles,
+                    "The text forms, and with --recursive folders of them; - or nothing is standard input, which has "
+                    "one text form or JSON lines")
+        ->type_name("FILE");
+    oApp.add_flag("-r,--recursive", oInputs.mIsRecursive,
+                  "Read all regular files in folders and in the folders in them, but no links");
+    if (iHasLines)
+    {
+        oApp.add_flag("--lines", oInputs.mHasLines,
+                      "The files have JSON lines: each line is a JSON string that holds a text form, or a JSON object "
+                      "that from-json makes a bag of. Standard input that begins with a quote or a brace has them in "
+                      "any case, unless --begin is given");
+    }
+    AddPair(oApp, oInputs.mPair);
+}
+
+void AddZero(CLI::App& oApp, bool& oEndsWithZero, const char* ipWhat)
+{
+    oApp.add_flag("-0,--null", oEndsWithZero, ipWhat);
+}
+
+void AddFileNames(CLI::App& oApp, FileNames& oNames)
+{
+    oApp.add_flag_callback(
+        "-H,--with-filename", [&oNames] { oNames = FileNames::Always; }, "Begin each line with the file");
+    oApp.add_flag_callback(
+        "--no-filename", [&oNames] { oNames = FileNames::Never; },
+        "Do not, even where there are several; -h is the help");
+}
+
 void AddOptional(CLI::App& oApp, const char* ipName, std::optional<std::string>& oValue, const char* ipWhat)
 {
     oApp.add_option_function<std::string>(

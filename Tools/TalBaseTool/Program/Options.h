@@ -19,6 +19,9 @@ inline constexpr int gMost = std::numeric_limits<int>::max(); // of what is coun
 extern const char* const gAboutPaths;                         // for the descriptions of commands that take one
 
 void AddFile(CLI::App& oApp, std::string& oFile);
+void AddInputs(CLI::App& oApp, InputOptions& oInputs, bool iHasLines = true); // FILES, --recursive, --lines, the pair
+void AddZero(CLI::App& oApp, bool& oEndsWithZero, const char* ipWhat);
+void AddFileNames(CLI::App& oApp, FileNames& oNames);
 void AddOptional(CLI::App& oApp, const char* ipName, std::optional<std::string>& oValue, const char* ipWhat);
 void AddPair(CLI::App& oApp, RawPair& oPair, const char* ipBegin = "--begin", const char* ipEnd = "--end");
 void AddColor(CLI::App& oApp, ColorChoice& oColor);

@@ -18,8 +18,10 @@ void AddShow(CLI::App& oApp, ChosenCommand& oChosen)
         "The tree has every property in the order of the bag, the delimiters, and how many properties there are. "
         "Control characters are shown as escapes. Sensitive values are hidden at every depth.",
         "talbase show job.bag", Show, [](CLI::App& oCommand, ShowOptions& oOptions) {
-            AddFile(oCommand, oOptions.mFile);
-            AddView(oCommand, oOptions);
+            oOptions.mInputs.mUnreadable = ExitBad;
+            AddInputs(oCommand, oOptions.mInputs);
+            AddColor(oCommand, oOptions.mColor);
+            AddSecrets(oCommand, oOptions.mInputs.mSecrets);
             oCommand.add_flag("--raw", oOptions.mIsRaw, "Show values as they are stored, with their escapes");
             oCommand
                 .add_option_function<std::size_t>(
@@ -37,20 +39,6 @@ void AddShow(CLI::App& oApp, ChosenCommand& oChosen)
         });
 }
 
-namespace
-{
-
-int RunCheck(const CheckOptions& iOptions, const Streams& iStreams)
-{
-    if (std::count(iOptions.mFiles.begin(), iOptions.mFiles.end(), "-") > 1)
-    {
-        throw UsageError("standard input can be read only once");
-    }
-    return Check(iOptions, iStreams);
-}
-
-} // namespace
-
 void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
 {
     AddCommand<CheckOptions>(
@@ -62,36 +50,16 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
         "written; and about what may be damage: an empty text, names that begin with a line end, and values that read "
         "as the text of a bag. "
         "Sensitive values, and sensitive bags with all that is in them, are masked.",
-        "talbase check job.bag route.bag", RunCheck, [](CLI::App& oCommand, CheckOptions& oOptions) {
-            oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - or nothing is standard input")
-                ->type_name("FILE");
-            AddPair(oCommand, oOptions.mPair);
+        "talbase check job.bag route.bag", Check, [](CLI::App& oCommand, CheckOptions& oOptions) {
+            oOptions.mInputs.mUnreadable = ExitBad;
+            AddInputs(oCommand, oOptions.mInputs);
             AddColor(oCommand, oOptions.mColor);
-            AddSecrets(oCommand, oOptions.mSecrets);
+            AddSecrets(oCommand, oOptions.mInputs.mSecrets);
             oCommand.add_option("--warnings", oOptions.mMaxWarnings, "How many warnings are shown for each file")
                 ->type_name("N")
                 ->check(CLI::Range(0, gMost))
                 ->capture_default_str();
             oCommand.add_flag("--strict", oOptions.mIsStrict, "Let warnings make the exit status 1");
-        });
-}
-
-void AddGet(CLI::App& oApp, ChosenCommand& oChosen)
-{
-    AddCommand<GetOptions>(
-        oApp, oChosen, "get",
-        "Print one value\n"
-        "For a nested bag it is the bag's text form, with a header where the text has one." +
-            std::string(gAboutPaths) + ".",
-        "talbase get Transport/Host job.bag", Get, [](CLI::App& oCommand, GetOptions& oOptions) {
-            oCommand.add_option("PATH", oOptions.mPath, "The property")->type_name("PATH")->required();
-            AddFile(oCommand, oOptions.mFile);
-            AddPair(oCommand, oOptions.mPair);
-            oCommand.add_flag(
-                "--raw", oOptions.mIsRaw,
-                "Print the value as it is stored, with its escapes; also to a terminal, where control characters "
-                "otherwise are escapes");
-            oCommand.add_flag("-n,--no-newline", oOptions.mHasNoLineEnd, "Print no line end behind the value");
         });
 }
 

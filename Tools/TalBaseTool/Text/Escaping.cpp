@@ -8,17 +8,34 @@ namespace
 
 constexpr const wchar_t* gAnyName = L""; // one that holds no delimiter, whatever that is
 
+// What is known of the default pair, asked once: a bag takes as long to make as a small text to read.
+struct DefaultEscapes
+{
+    DefaultEscapes() : mProbe(QTalBase::CreatePropertyBag(BEGIN, END)), mStar(hAsk(L'*')), mPlus(hAsk(L'+')) {}
+
+    BagPtr mProbe;
+    std::wstring mStar; // what stands for these characters
+    std::wstring mPlus;
+
+private:
+    std::wstring hAsk(wchar_t iCharacter) const
+    {
+        mProbe->SetProperty(gAnyName, std::wstring(1, iCharacter).c_str(), false);
+        return mProbe->GetValue(0).c_str();
+    }
+};
+
+const DefaultEscapes& Defaults()
+{
+    static const DefaultEscapes lDefaults;
+    return lDefaults;
+}
+
 } // namespace
 
 Escaping::Escaping(const wchar_t* ipBegin, const wchar_t* ipEnd)
-    : mProbe(QTalBase::CreatePropertyBag(ipBegin, ipEnd)),
-      mIsDefaultPair(std::wstring_view(ipBegin) == BEGIN && std::wstring_view(ipEnd) == END)
+    : mIsDefaultPair(std::wstring_view(ipBegin) == BEGIN && std::wstring_view(ipEnd) == END)
 {
-    if (mIsDefaultPair)
-    {
-        mStar = hAskEscape(L'*');
-        mPlus = hAskEscape(L'+');
-    }
 }
 
 std::wstring Escaping::Escape(std::wstring_view iValue) const
@@ -31,10 +48,11 @@ std::wstring Escaping::Escape(std::wstring_view iValue) const
 std::wstring Escaping::Unescape(std::wstring_view iStored) const
 {
     std::wstring lStored(iStored);
-    if (mIsDefaultPair && lStored.find(L'&') != std::wstring::npos)
+    if (HoldsEscape(lStored))
     {
-        mProbe->SetProperty(gAnyName, lStored.c_str(), false);
-        lStored = mProbe->GetProperty(gAnyName).c_str();
+        const BagPtr& lProbe = Defaults().mProbe;
+        lProbe->SetProperty(gAnyName, lStored.c_str(), false);
+        lStored = lProbe->GetProperty(gAnyName).c_str();
     }
     return lStored;
 }
@@ -72,13 +90,8 @@ std::size_t Escaping::CountGrowth(std::wstring_view iValue) const
 bool Escaping::HoldsEscape(std::wstring_view iValue) const
 {
     return mIsDefaultPair && iValue.find(L'&') != std::wstring_view::npos &&
-           (iValue.find(mStar) != std::wstring_view::npos || iValue.find(mPlus) != std::wstring_view::npos);
-}
-
-std::wstring Escaping::hAskEscape(wchar_t iCharacter) const
-{
-    mProbe->SetProperty(gAnyName, std::wstring(1, iCharacter).c_str(), false);
-    return mProbe->GetValue(0).c_str();
+           (iValue.find(Defaults().mStar) != std::wstring_view::npos ||
+            iValue.find(Defaults().mPlus) != std::wstring_view::npos);
 }
 
 // Null for a character that stands for itself.
@@ -88,7 +101,7 @@ const std::wstring* Escaping::hFindEscape(wchar_t iCharacter) const
     {
         return nullptr;
     }
-    return iCharacter == L'*' ? &mStar : iCharacter == L'+' ? &mPlus : nullptr;
+    return iCharacter == L'*' ? &Defaults().mStar : iCharacter == L'+' ? &Defaults().mPlus : nullptr;
 }
 
 } // namespace TalBaseTool

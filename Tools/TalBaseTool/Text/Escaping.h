@@ -31,13 +31,9 @@ public:
     bool HoldsEscape(std::wstring_view iValue) const;
 
 private:
-    std::wstring hAskEscape(wchar_t iCharacter) const;
     const std::wstring* hFindEscape(wchar_t iCharacter) const;
 
-    BagPtr mProbe;
     bool mIsDefaultPair;
-    std::wstring mStar; // what stands for these characters
-    std::wstring mPlus;
 };
 
 } // namespace TalBaseTool

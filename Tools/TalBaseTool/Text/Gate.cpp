@@ -4,6 +4,7 @@
 #include "Text/Text.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace TalBaseTool
 {
@@ -57,7 +58,18 @@ std::shared_ptr<const SensitiveNames> ReadSensitiveNames(const SecretOptions& iO
     {
         lNames.push_back(ReadArgument(lName, "--name"));
     }
-    return std::make_shared<SensitiveNames>(lNames);
+    // The same for every text of a run, so that only the first of many pays for them.
+    static std::vector<std::wstring> lKnownNames;
+    static std::string lKnownVariable;
+    static std::shared_ptr<const SensitiveNames> lKnown;
+    const char* const lVariable = std::getenv("TALBASE_SENSITIVE_NAMES");
+    if (!lKnown || lNames != lKnownNames || lKnownVariable != (lVariable != nullptr ? lVariable : ""))
+    {
+        lKnown = std::make_shared<SensitiveNames>(lNames);
+        lKnownNames = std::move(lNames);
+        lKnownVariable = lVariable != nullptr ? lVariable : "";
+    }
+    return lKnown;
 }
 
 Gate::Gate(const SecretOptions& iOptions, const std::wstring& iText, const std::optional<DelimiterTexts>& iPair,

@@ -72,7 +72,12 @@ void AppendJsonCharacters(std::wstring_view iText, std::string& oUtf8)
 
 std::optional<std::wstring> ReadJsonString(std::wstring_view iQuoted)
 {
-    const nlohmann::json lText = nlohmann::json::parse(ToUtf8(iQuoted), nullptr, false);
+    return ReadJsonString(ToUtf8(iQuoted));
+}
+
+std::optional<std::wstring> ReadJsonString(std::string_view iQuoted)
+{
+    const nlohmann::json lText = nlohmann::json::parse(iQuoted, nullptr, false);
     return lText.is_string() ? std::make_optional(QBase::UTF8ToWideChar(lText.get_ref<const std::string&>(), true))
                              : std::nullopt;
 }

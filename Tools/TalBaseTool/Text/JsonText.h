@@ -20,6 +20,7 @@ void AppendJsonCharacters(std::wstring_view iText, std::string& oUtf8);
 
 // The text of a JSON string with its quotes, or nothing where that is none.
 std::optional<std::wstring> ReadJsonString(std::wstring_view iQuoted);
+std::optional<std::wstring> ReadJsonString(std::string_view iQuoted); // in UTF-8
 
 // Where the JSON string that begins a text ends, behind its quote; npos where it does not.
 std::size_t FindJsonStringEnd(std::wstring_view iText);

@@ -46,7 +46,13 @@ bool IsBlank(wchar_t iCharacter)
 // Whether a person would not see all of it in a line.
 bool IsUnclear(std::wstring_view iText)
 {
-    return IsBlank(iText.front()) || IsBlank(iText.back()) || std::any_of(iText.begin(), iText.end(), IsInvisible);
+    unsigned int lOthers = 0;
+    for (const wchar_t lCharacter : iText) // the compiler takes many at a time
+    {
+        lOthers |= static_cast<unsigned int>(static_cast<unsigned int>(lCharacter) - L' ' > L'~' - L' ');
+    }
+    return IsBlank(iText.front()) || IsBlank(iText.back()) ||
+           (lOthers != 0 && std::any_of(iText.begin(), iText.end(), IsInvisible));
 }
 
 bool PathWantsQuotes(std::wstring_view iPath, char iEnd)
@@ -73,7 +79,8 @@ public:
           mEscaping(iBag->GetBeginDelimiter(), iBag->GetEndDelimiter()),
           mGate(iGate),
           mForm(iForm),
-          mTake(iTake)
+          mTake(iTake),
+          mPath(iGate)
     {
     }
 
@@ -131,62 +138,52 @@ private:
         else if (mGate.HidesBag(mWalk.GetName()))
         {
             mWalk.Skip(); // the step that leaves the bag comes next
-            mPath += L'/';
-            hWriteLine(gHidden);
+            hWriteLine(mPath.Get() + L'/', gHidden);
         }
     }
 
     void hEnter(const wchar_t* ipName)
     {
-        mStarts.push_back({mPath.size(), mNames.size()});
-        if (!mPath.empty())
-        {
-            mPath += L'/';
-        }
-        if (mGate.HidesName(ipName))
-        {
-            mPath += QTalBase::AsPathStep(QBase::UTF8ToWideChar(mGate.ShowName(ipName), false));
-        }
-        else
-        {
-            mPath += QTalBase::AsPathStep(ipName);
-        }
+        mPath.Enter(ipName);
         if (mForm.mIsSorted)
         {
+            mStarts.push_back(mNames.size());
             mNames.append(ipName) += L'\0';
         }
     }
 
     void hLeave()
     {
-        mPath.resize(mStarts.back().mPath);
-        mNames.resize(mStarts.back().mNames);
-        mStarts.pop_back();
+        mPath.Leave();
+        if (mForm.mIsSorted)
+        {
+            mNames.resize(mStarts.back());
+            mStarts.pop_back();
+        }
     }
 
     void hWritePlain()
     {
         const QBase::ReturnWString lStored = mWalk.GetValue();
         const std::wstring_view lView = lStored;
-        const std::wstring lEscaped =
-            lView.find(L'&') != std::wstring_view::npos ? mEscaping.Unescape(lView) : std::wstring();
+        const std::wstring lEscaped = mEscaping.HoldsEscape(lView) ? mEscaping.Unescape(lView) : std::wstring();
         const std::wstring_view lValue = lEscaped.empty() ? lView : std::wstring_view(lEscaped);
         if (mGate.HidesValue(mWalk.GetName(), lValue))
         {
-            hWriteLine(gHidden);
+            hWriteLine(mPath.Get(), gHidden);
             return;
         }
         mValue.clear();
         AppendListValue(lValue, mForm.mEnd, mValue);
-        hWriteLine(mValue);
+        hWriteLine(mPath.Get(), mValue);
     }
 
-    void hWriteLine(std::string_view iValue)
+    void hWriteLine(std::wstring_view iPath, std::string_view iValue)
     {
         std::string lOwn;
         std::string& lText = mForm.mIsSorted ? lOwn : mText;
         lText += mForm.mPrefix;
-        AppendListPath(mPath, mForm.mEnd, lText);
+        AppendListPath(iPath, mForm.mEnd, lText);
         lText.append(" = ").append(iValue) += mForm.mEnd;
         if (mForm.mIsSorted)
         {
@@ -210,20 +207,14 @@ private:
         mText.clear();
     }
 
-    struct Start
-    {
-        std::size_t mPath;
-        std::size_t mNames;
-    };
-
     BagWalk mWalk;
     Escaping mEscaping;
     const Gate& mGate;
     const ListForm& mForm;
     const std::function<void(std::string_view)>& mTake;
-    std::wstring mPath; // of the step, as it is shown
-    std::wstring mNames;
-    std::vector<Start> mStarts; // for each name of it
+    ShownPath mPath;                  // of the step
+    std::wstring mNames;              // of the same, each with a zero behind it
+    std::vector<std::size_t> mStarts; // of each of them
     std::string mValue;
     std::string mText;
     std::vector<SortedLine> mLines;
@@ -581,6 +572,45 @@ void WriteList(const BagPtr& iBag, const ListHead& iHead, const Gate& iGate, con
     ListWriter(iBag, iGate, iForm, iTake).Write(iHead);
 }
 
+std::wstring VisibleName(const Gate& iGate, const wchar_t* ipName)
+{
+    std::wstring lName = ipName;
+    if (iGate.HidesName(ipName))
+    {
+        const std::string lShown = iGate.ShowName(ipName);
+        lName = QBase::UTF8ToWideChar(lShown.substr(0, lShown.rfind(gHidden)), false);
+    }
+    return lName;
+}
+
+void ShownPath::Enter(const wchar_t* ipName)
+{
+    mStarts.push_back(mPath.size());
+    if (!mPath.empty())
+    {
+        mPath += L'/';
+    }
+    const std::wstring_view lName = ipName;
+    if (mGate.HidesName(lName))
+    {
+        mPath += QTalBase::AsPathStep(QBase::UTF8ToWideChar(mGate.ShowName(lName), false));
+    }
+    else if (lName.find(L'/') == std::wstring_view::npos && lName.find(L'\\') == std::wstring_view::npos) // mostly
+    {
+        mPath += lName;
+    }
+    else
+    {
+        mPath += QTalBase::AsPathStep(lName);
+    }
+}
+
+void ShownPath::Leave()
+{
+    mPath.resize(mStarts.back());
+    mStarts.pop_back();
+}
+
 void AppendListPath(std::wstring_view iPath, char iEnd, std::string& oUtf8)
 {
     PathWantsQuotes(iPath, iEnd) ? AppendJsonString(iPath, oUtf8) : AppendUtf8(iPath, oUtf8);
@@ -589,6 +619,16 @@ void AppendListPath(std::wstring_view iPath, char iEnd, std::string& oUtf8)
 void AppendListValue(std::wstring_view iValue, char iEnd, std::string& oUtf8)
 {
     ValueWantsQuotes(iValue, iEnd) ? AppendJsonString(iValue, oUtf8) : AppendUtf8(iValue, oUtf8);
+}
+
+void AppendListLine(std::wstring_view iPath, const std::optional<std::wstring>& iValue, const ListForm& iForm,
+                    std::string& oUtf8)
+{
+    oUtf8 += iForm.mPrefix;
+    AppendListPath(iPath, iForm.mEnd, oUtf8);
+    oUtf8 += " = ";
+    iValue ? AppendListValue(*iValue, iForm.mEnd, oUtf8) : static_cast<void>(oUtf8 += gHidden);
+    oUtf8 += iForm.mEnd;
 }
 
 List ReadList(const std::string& iFile, std::wstring_view iText, char iEnd)

@@ -60,9 +60,36 @@ struct ListForm
 void WriteList(const BagPtr& iBag, const ListHead& iHead, const Gate& iGate, const ListForm& iForm,
                const std::function<void(std::string_view)>& iTake);
 
+// What of a name is shown, without the mask, for whoever searches it.
+std::wstring VisibleName(const Gate& iGate, const wchar_t* ipName);
+
+// The path of a property as it is shown, step by step.
+class ShownPath
+{
+public:
+    explicit ShownPath(const Gate& iGate) : mGate(iGate) {}
+
+    void Enter(const wchar_t* ipName);
+    void Leave();
+
+    const std::wstring& Get() const
+    {
+        return mPath;
+    }
+
+private:
+    const Gate& mGate;
+    std::wstring mPath;
+    std::vector<std::size_t> mStarts; // of each step
+};
+
 // A path and a value as such a list has them.
 void AppendListPath(std::wstring_view iPath, char iEnd, std::string& oUtf8);
 void AppendListValue(std::wstring_view iValue, char iEnd, std::string& oUtf8);
+
+// A whole line. Without a value it is the mask.
+void AppendListLine(std::wstring_view iPath, const std::optional<std::wstring>& iValue, const ListForm& iForm,
+                    std::string& oUtf8);
 
 enum class ListLineKind
 {

@@ -93,15 +93,20 @@ std::string ToUtf8(std::wstring_view iText)
 
 void AppendUtf8(std::wstring_view iText, std::string& oUtf8)
 {
-    std::size_t lIndex = 0;
-    for (; lIndex < iText.size() && iText[lIndex] > L'\0' && iText[lIndex] < L'\x80'; ++lIndex)
+    unsigned long lAll = 0;
+    for (const wchar_t lCharacter : iText) // the compiler takes many at a time, here and below
     {
-        oUtf8 += static_cast<char>(iText[lIndex]);
+        lAll |= static_cast<unsigned int>(lCharacter);
     }
-    if (lIndex < iText.size())
+    if (lAll >= 0x80)
     {
-        oUtf8 += ToUtf8(iText.substr(lIndex));
+        oUtf8 += ToUtf8(iText);
+        return;
     }
+    const std::size_t lSize = oUtf8.size();
+    oUtf8.resize(lSize + iText.size());
+    std::transform(iText.begin(), iText.end(), oUtf8.begin() + static_cast<std::ptrdiff_t>(lSize),
+                   [](wchar_t iCharacter) { return static_cast<char>(iCharacter); });
 }
 
 void AppendWide(std::string_view iUtf8, std::wstring& oText)
@@ -119,13 +124,9 @@ void AppendWide(std::string_view iUtf8, std::wstring& oText)
     }
 }
 
-bool IsInvisible(wchar_t iCharacter)
+bool IsInvisibleBeyondAscii(wchar_t iCharacter)
 {
     const unsigned long lCode = static_cast<unsigned int>(iCharacter);
-    if (lCode >= 0x20 && lCode < 0x7F)
-    {
-        return false;
-    }
     return std::any_of(std::begin(gControls), std::end(gControls),
                        [lCode](const Range& iRange) { return lCode >= iRange.mFirst && lCode <= iRange.mLast; });
 }
@@ -191,6 +192,11 @@ std::string CutToWidth(const std::string& iText, std::size_t iColumns)
 
 std::string ShowFile(const std::string& iFile)
 {
+    const auto lIsPlain = [](char iByte) { return iByte >= ' ' && iByte <= '~' && iByte != '\\'; };
+    if (iFile.size() > 1 && std::all_of(iFile.begin(), iFile.end(), lIsPlain)) // mostly
+    {
+        return iFile;
+    }
     return iFile == "-" ? "(standard input)" : ToUtf8(MakePrintable(QBase::UTF8ToWideChar(iFile, false)));
 }
 

@@ -15,7 +15,11 @@ std::string ToUtf8(std::wstring_view iText);
 void AppendUtf8(std::wstring_view iText, std::string& oUtf8);
 
 // Whether a character is a control, or changes how the text around it is laid out, or has no shape of its own.
-bool IsInvisible(wchar_t iCharacter);
+bool IsInvisibleBeyondAscii(wchar_t iCharacter);
+inline bool IsInvisible(wchar_t iCharacter)
+{
+    return iCharacter < L' ' || (iCharacter > L'~' && IsInvisibleBeyondAscii(iCharacter));
+}
 
 // Appends the text of well-formed UTF-8, piece by piece.
 void AppendWide(std::string_view iUtf8, std::wstring& oText);

@@ -1,4 +1,4 @@
-#include "Commands/JsonReport.h"
+#include "Text/JsonReport.h"
 
 #include "Text/Text.h"
 

@@ -1,7 +1,7 @@
 // JSON as far as both ways of converting it must agree: which numbers there are, and which bags are arrays.
 
-#ifndef TALBASETOOL_COMMANDS_JSONVALUES_H
-#define TALBASETOOL_COMMANDS_JSONVALUES_H
+#ifndef TALBASETOOL_TEXT_JSONVALUES_H
+#define TALBASETOOL_TEXT_JSONVALUES_H
 
 #include <cstdint>
 #include <map>

@@ -1,4 +1,4 @@
-#include "Commands/JsonValues.h"
+#include "Text/JsonValues.h"
 
 #include <algorithm>
 

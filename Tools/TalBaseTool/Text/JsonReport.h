@@ -1,7 +1,7 @@
 // What a bag cannot hold of a JSON document, counted by kind, with the first places of each.
 
-#ifndef TALBASETOOL_COMMANDS_JSONREPORT_H
-#define TALBASETOOL_COMMANDS_JSONREPORT_H
+#ifndef TALBASETOOL_TEXT_JSONREPORT_H
+#define TALBASETOOL_TEXT_JSONREPORT_H
 
 #include "Text/TextBuilder.h"
 
