@@ -242,10 +242,10 @@ TEST(ViewsPath, OtherBackslashIsRefusedBeforeAnythingIsAsked)
         const wchar_t* mPath;
         const wchar_t* mShown; // what is behind the backslash may be anything
     } lCases[] = {{L"a\\", L"a\\"}, {L"a\\b/c", L"a\\"}, {L"a/b\\\\\\", L"a/b\\\\\\"}, {L"\\n", L"\\"}};
-    for (const auto& [lPath, lShown] : lCases)
+    for (const auto& lCase : lCases)
     {
-        EXPECT_MESSAGE(GetValueAt(*lBag, lPath), PropertyBagUserErrorException, lMessage + lShown);
-        EXPECT_MESSAGE(GetBagAt(*lBag, lPath), PropertyBagUserErrorException, lMessage + lShown);
+        EXPECT_MESSAGE(GetValueAt(*lBag, lCase.mPath), PropertyBagUserErrorException, lMessage + lCase.mShown);
+        EXPECT_MESSAGE(GetBagAt(*lBag, lCase.mPath), PropertyBagUserErrorException, lMessage + lCase.mShown);
     }
     EXPECT_EQ(lLog, CallLog());
 }
