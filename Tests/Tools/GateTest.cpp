@@ -97,6 +97,8 @@ TEST(Gate, FragileDelimitersHideWhatFollowsALoss)
     EXPECT_EQ(MaskedBrackets(L"N[FTPServerPassword]x[y]z[1]"), L"N[#]#[#]z[1]");
     EXPECT_EQ(MaskedBrackets(L"FTPServerPassword[]x[y]z[1]"), L"FTPServerPassword[]#[#]z[1]");
     EXPECT_EQ(MaskedBrackets(L"FTPServerPassword[]x"), L"FTPServerPassword[]#");
+    EXPECT_EQ(Masked(L"FTPServerPassword<<>>x>_>", DelimiterTexts{L"<<", L">>"}), L"FTPServerPassword<<>>#");
+    EXPECT_EQ(Masked(gHeader + L"FTPServerPassword++++***x++++y***"), gHeader + L"FTPServerPassword++++***x++++y***");
     EXPECT_EQ(MaskedBrackets(L"N[the FTPServerPassword]x[y]"), L"N[#]x[y]"); // a mail
     EXPECT_EQ(Masked(gHeader + L"N++++FTPServerPassword***x++++y***"), gHeader + L"N++++#***x++++y***");
     const Gate lGate = GateOf(L"N[FTPServerPassword]x[y]z[1]", DelimiterTexts{L"[", L"]"});

@@ -194,7 +194,7 @@ private:
         {
             hHide({mHiddenFrom, iRun.mStop});
             mHiddenDepth = 0;
-            mIsBehindLoss = mIsFragile && lIsValue && iRun.mStart == iRun.mStop;
+            mIsBehindLoss = (mIsFragile || mPair.mEnd.size() <= 2) && lIsValue && iRun.mStart == iRun.mStop;
         }
         else if (mHiddenDepth == 0 && lIsValue)
         {

@@ -3,10 +3,11 @@
 // Hidden are the value or the bag of a name that holds a sensitive name as a word, what follows the word in that name,
 // values that hold one, and a tail behind the last delimiter that does.
 //
-// Where one changed or lost character makes another text of the same delimiters, such as of "[" and "]", that is not
-// enough: two slips, and what was a sensitive bag is an empty property or somebody's value, with the secret behind it
-// as the next property. So there the property, or the tail, that follows an empty sensitive property or a value that is
-// a sensitive name and nothing else is hidden, its name, too.
+// Under short delimiters that is not enough. Where one changed or lost character makes another text of them, such as of
+// "[" and "]", two slips make a sensitive bag somebody's value, with the secret behind it as the next property; and
+// where the end delimiter has one or two characters, as many new ones make it an empty property. So there the property,
+// or the tail, that follows a value that is a sensitive name and nothing else, or an empty sensitive property, is
+// hidden, its name, too.
 
 #ifndef TALBASETOOL_TEXT_HIDDENPARTS_H
 #define TALBASETOOL_TEXT_HIDDENPARTS_H
