@@ -103,7 +103,9 @@ TEST(TextMatcher, PatternsMeanWhatTheyMeanToGrep)
     EXPECT_TRUE(IsIn("*", PatternKind::Basic, false, L"*"));
     EXPECT_TRUE(IsIn("b|^c", PatternKind::Extended, false, L"c"));
     EXPECT_FALSE(IsIn("b|^c", PatternKind::Extended, false, L"xc"));
-    EXPECT_TRUE(IsIn("gr\xC3\xB6\xC3\x9F" "e", PatternKind::Basic, true, L"GR\u00D6\u00DFE"));
+    EXPECT_TRUE(IsIn("gr\xC3\xB6\xC3\x9F"
+                     "e",
+                     PatternKind::Basic, true, L"GR\u00D6\u00DFE"));
     EXPECT_TRUE(IsIn("^.$", PatternKind::Basic, false, L"\u6F22"));
     EXPECT_TRUE(IsIn("\\(a\\)b\\1", PatternKind::Basic, false, L"xaba"));
     EXPECT_FALSE(IsIn("\\(a\\|c\\)b\\1", PatternKind::Basic, false, L"abc"));
