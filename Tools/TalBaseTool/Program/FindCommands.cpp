@@ -130,8 +130,7 @@ void AddFromList(CLI::App& oApp, ChosenCommand& oChosen)
         "The first line names the delimiters, as 'talbase list' writes it; each other line is 'path = value'. Lines "
         "that "
         "are empty or begin with # say nothing. Hidden lines are refused, and so is what the text would not give back.",
-        "talbase list job.bag | sed 's/^Job = .*/Job = 18/' | talbase from-list", FromList,
-        [](CLI::App& oCommand, FromListOptions& oOptions) {
+        "talbase from-list job.list", FromList, [](CLI::App& oCommand, FromListOptions& oOptions) {
             oCommand.add_option("FILE", oOptions.mFile, "The list; - or nothing is standard input")->type_name("FILE");
             AddZero(oCommand, oOptions.mEndsWithZero, "The lines end with zero characters");
         });
