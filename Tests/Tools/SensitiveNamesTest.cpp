@@ -78,6 +78,8 @@ TEST(SensitiveNames, FindWordReadsTheEscapesAroundIt)
     EXPECT_EQ(Show(lNames.FindWord(L"\\u000akey")), "6-9");
     EXPECT_EQ(Show(lNames.FindWord(L"key\\u0061")), "none");
     EXPECT_EQ(Show(lNames.FindWord(L"C:\\key")), "3-6");
+    EXPECT_EQ(Show(lNames.FindWord(L"n\\\\u006bey")), "2-10");
+    EXPECT_EQ(Show(lNames.FindWord(L"n\\u006bey")), "none");
     EXPECT_EQ(Show(SensitiveNames({L"name"}).FindWord(L"\\name")), "1-5"); // or a line end before "ame"
 }
 

@@ -329,7 +329,9 @@ std::optional<NamePlace> SensitiveNames::hFind(std::wstring_view iText, std::siz
         }
         if (iText[lStart] == L'\\')
         {
-            lStart = PassBackslashes(iText, lStart) - 1;
+            // The last of several may begin the escape, too, and the others may be anybody's.
+            const std::size_t lLast = PassBackslashes(iText, lStart) - 1;
+            lStart = lStart < lLast ? lLast - 1 : lLast;
         }
     }
     return {};
