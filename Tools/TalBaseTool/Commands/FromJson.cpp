@@ -117,10 +117,10 @@ private:
     void hConvert(const std::string& iName, std::string_view iLine)
     {
         TextBuilder lBuilder(mPair.mBegin, mPair.mEnd);
-        const char* const lpLoss = ReadJson(iName, iLine, mGate, lBuilder, mReport);
-        if (mOptions.mIsStrict && lpLoss != nullptr)
+        const char* const lLoss = ReadJson(iName, iLine, mGate, lBuilder, mReport);
+        if (mOptions.mIsStrict && lLoss != nullptr)
         {
-            RefuseLoss(iName, iLine, lpLoss);
+            RefuseLoss(iName, iLine, lLoss);
         }
         std::ostringstream lText;
         WriteBuilt(lBuilder, mGate, mOptions.mHasHeader, L"",
@@ -161,13 +161,14 @@ int FromJson(const FromJsonOptions& iOptions, const Streams& iStreams)
     {
         const std::string lBytes = ReadBytes(iOptions.mFile);
         const Progress lProgress("parsing " + ShowFile(iOptions.mFile), lBytes.size());
-        const auto lEscaped = std::count_if(lBytes.begin(), lBytes.end(), [](char i) { return i == '*' || i == '+'; });
+        const auto lEscaped =
+            std::count_if(lBytes.begin(), lBytes.end(), [](char iByte) { return iByte == '*' || iByte == '+'; });
         lBuilder.Reserve(lBytes.size() + lBytes.size() / 4 + 4 * static_cast<std::size_t>(lEscaped));
-        const char* const lpLoss = ReadJson(iOptions.mFile, lBytes, lGate, lBuilder, lReport);
+        const char* const lLoss = ReadJson(iOptions.mFile, lBytes, lGate, lBuilder, lReport);
         lReport.Write(iStreams.Remarks());
         if (iOptions.mIsStrict && lReport.HasLoss())
         {
-            RefuseLoss(iOptions.mFile, lBytes, lpLoss);
+            RefuseLoss(iOptions.mFile, lBytes, lLoss);
         }
     }
     if (!lBuilder.IsAsWritten() || !WriteText(lBuilder.GetText(), lPair, iOptions.mHasHeader, iStreams))

@@ -81,11 +81,11 @@ private:
     // Nothing of such a text is shown, because what is sensitive in it could not be found.
     void hCheckEncoding()
     {
-        const char* const lpEncoding = mText.empty() ? FindForeignEncoding(mLeft) : nullptr;
-        if (lpEncoding != nullptr)
+        const char* const lEncoding = mText.empty() ? FindForeignEncoding(mLeft) : nullptr;
+        if (lEncoding != nullptr)
         {
             mText = gReplacement;
-            hKeep(std::string("this is ") + lpEncoding + ", but a text form is in UTF-8", 0);
+            hKeep(std::string("this is ") + lEncoding + ", but a text form is in UTF-8", 0);
             throw EncodingError(mFault, std::move(mText), mPlace);
         }
     }

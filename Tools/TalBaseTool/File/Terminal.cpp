@@ -13,8 +13,8 @@ std::size_t FindWidth(int iDescriptor)
     {
         return 0;
     }
-    const char* const lpWanted = std::getenv("COLUMNS");
-    const long lWanted = lpWanted != nullptr ? std::strtol(lpWanted, nullptr, 10) : 0;
+    const char* const lColumns = std::getenv("COLUMNS");
+    const long lWanted = lColumns != nullptr ? std::strtol(lColumns, nullptr, 10) : 0;
     if (lWanted > 0)
     {
         return static_cast<std::size_t>(lWanted);

@@ -30,8 +30,8 @@ void FlushOutput(const Streams& iStreams)
     iStreams.mOut.flush();
     if (!iStreams.mOut)
     {
-        const auto* const lpBuffer = dynamic_cast<const OutputBuffer*>(iStreams.mOut.rdbuf());
-        const int lError = lpBuffer != nullptr ? lpBuffer->GetError() : 0;
+        const auto* const lBuffer = dynamic_cast<const OutputBuffer*>(iStreams.mOut.rdbuf());
+        const int lError = lBuffer != nullptr ? lBuffer->GetError() : 0;
         throw IoError(std::string("cannot write to standard output") +
                       (lError != 0 ? std::string(": ") + std::strerror(lError) : ""));
     }
@@ -131,8 +131,8 @@ int ParseAndRun(const std::vector<std::string>& iArguments, const Streams& iStre
     const CLI::App& lCommand = *lApp->get_subcommands().front();
     Streams lStreams = iStreams;
     lStreams.mIsQuiet = lCommand.count(gQuiet) > 0;
-    const CLI::Option* const lpSet = lCommand.get_option_no_throw("--set"); // of window, which draws without it
-    const bool lWritesData = WritesData(lCommand) || (lpSet != nullptr && lpSet->count() > 0);
+    const CLI::Option* const lSet = lCommand.get_option_no_throw("--set"); // of window, which draws without it
+    const bool lWritesData = WritesData(lCommand) || (lSet != nullptr && lSet->count() > 0);
     const bool lIsSafe = iStreams.mIsOutTerminal && lWritesData && lCommand.count(gRaw) == 0;
     return Run(lChosen, FindExitMeaning(lCommand.get_name()), lIsSafe, lStreams);
 }

@@ -40,16 +40,16 @@ public:
     using pointer = const char*;
     using reference = const char&;
 
-    Reading(const char* ipAt, const char** oppRead) : mpAt(ipAt), mppRead(oppRead) {}
+    Reading(const char* ipAt, const char** opRead) : mAt(ipAt), mRead(opRead) {}
 
     const char& operator*() const
     {
-        return *mpAt;
+        return *mAt;
     }
 
     Reading& operator++()
     {
-        *mppRead = ++mpAt;
+        *mRead = ++mAt;
         return *this;
     }
 
@@ -62,20 +62,20 @@ public:
 
     bool operator==(const Reading& iOther) const
     {
-        return mpAt == iOther.mpAt;
+        return mAt == iOther.mAt;
     }
 
 private:
-    const char* mpAt;
-    const char** mppRead;
+    const char* mAt;
+    const char** mRead;
 };
 
 class JsonReader : public nlohmann::json_sax<AnyJson>
 {
 public:
-    // ippRead: where the bytes that were read end, as they are read.
-    JsonReader(TextBuilder& oBuilder, JsonReport& oReport, const Gate& iGate, const char* const* ippRead)
-        : mBuilder(oBuilder), mReport(oReport), mGate(iGate), mppRead(ippRead), mpDone(*ippRead)
+    // ipRead: where the bytes that were read end, as they are read.
+    JsonReader(TextBuilder& oBuilder, JsonReport& oReport, const Gate& iGate, const char* const* ipRead)
+        : mBuilder(oBuilder), mReport(oReport), mGate(iGate), mRead(ipRead), mDone(*ipRead)
     {
     }
 
@@ -83,7 +83,7 @@ public:
     // not held as it is has its end there. Null where all can be held.
     const char* GetFirstLoss() const
     {
-        return mpFirstLoss;
+        return mFirstLoss;
     }
 
     const JsonError& GetError() const
@@ -198,7 +198,7 @@ private:
     // Ends each event.
     bool hDone(bool iIsGood)
     {
-        mpDone = *mppRead;
+        mDone = *mRead;
         return iIsGood;
     }
 
@@ -211,9 +211,9 @@ private:
         {
             lPath.push_back(mFrames[lFrame].mName);
         }
-        if (mpFirstLoss == nullptr && iLoss != Loss::Order)
+        if (mFirstLoss == nullptr && iLoss != Loss::Order)
         {
-            mpFirstLoss = mpDone;
+            mFirstLoss = mDone;
         }
         mReport.Add(iLoss, lPath, mFrames.size(), lFirst < mFrames.size() && mFrames[lFirst].mIsHidden);
     }
@@ -319,7 +319,7 @@ private:
 
     bool hClose()
     {
-        mpDone = *mppRead - 1; // a number before it was known to end only there
+        mDone = *mRead - 1; // a number before it was known to end only there
         const Frame lFrame = std::move(mFrames.back());
         mFrames.pop_back();
         if (lFrame.mIsLeftOut)
@@ -355,9 +355,9 @@ private:
     const Gate& mGate;
     std::vector<Frame> mFrames;
     JsonError mError;
-    const char* const* mppRead;
-    const char* mpDone; // where the event before this one ended
-    const char* mpFirstLoss = nullptr;
+    const char* const* mRead;
+    const char* mDone; // where the event before this one ended
+    const char* mFirstLoss = nullptr;
 };
 
 // The place of a byte as editors count it.
@@ -392,19 +392,19 @@ std::size_t FindValue(std::string_view iBytes)
 const char* ReadJson(const std::string& iFile, std::string_view iBytes, const Gate& iGate, TextBuilder& oBuilder,
                      JsonReport& oReport)
 {
-    const char* const lpEncoding = FindForeignEncoding(iBytes);
-    if (lpEncoding != nullptr)
+    const char* const lEncoding = FindForeignEncoding(iBytes);
+    if (lEncoding != nullptr)
     {
-        ThrowJsonError(iFile, iBytes, {0, std::string("this is ") + lpEncoding + ", but JSON is in UTF-8"});
+        ThrowJsonError(iFile, iBytes, {0, std::string("this is ") + lEncoding + ", but JSON is in UTF-8"});
     }
     const std::size_t lZero = iBytes.find('\0');
     if (lZero != std::string_view::npos) // the end of the document, for who parses it
     {
         ThrowJsonError(iFile, iBytes, {lZero, "a zero character, which JSON does not allow"});
     }
-    const char* lpRead = iBytes.data();
-    JsonReader lReader(oBuilder, oReport, iGate, &lpRead);
-    if (!AnyJson::sax_parse(Reading(lpRead, &lpRead), Reading(lpRead + iBytes.size(), &lpRead), &lReader))
+    const char* lRead = iBytes.data();
+    JsonReader lReader(oBuilder, oReport, iGate, &lRead);
+    if (!AnyJson::sax_parse(Reading(lRead, &lRead), Reading(lRead + iBytes.size(), &lRead), &lReader))
     {
         ThrowJsonError(iFile, iBytes, lReader.GetError());
     }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <locale.h>
 
 namespace TalBaseTool
 {
@@ -12,11 +13,11 @@ namespace TalBaseTool
 namespace
 {
 
-// What the C library does while this lives, it does in a locale.
+// What the C library does while this lives, it does in a locale that has UTF-8 and is always there.
 class UsedLocale
 {
 public:
-    explicit UsedLocale(locale_t iLocale) : mOld(::uselocale(iLocale)) {}
+    UsedLocale() : mOld(::uselocale(hMake())) {}
 
     ~UsedLocale()
     {
@@ -27,6 +28,12 @@ public:
     UsedLocale& operator=(const UsedLocale&) = delete;
 
 private:
+    static locale_t hMake()
+    {
+        static const locale_t lLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr); // it is read from files
+        return lLocale;
+    }
+
     locale_t mOld;
 };
 
@@ -68,10 +75,9 @@ void Compile(regex_t& oCompiled, const std::string& iPattern, int iFlags)
 } // namespace
 
 TextMatcher::TextMatcher(const std::string& iPattern, PatternKind iKind, bool iIgnoresCase)
-    : mLocale(::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr))
 {
     ReadArgument(iPattern, "the pattern"); // refuses what is not UTF-8
-    const UsedLocale lLocale(mLocale);
+    const UsedLocale lLocale;
     const bool lIsExtended = iKind == PatternKind::Extended;
     const std::string lPattern = iKind == PatternKind::Fixed ? Escaped(iPattern) : iPattern;
     const int lFlags = REG_NOSUB | (lIsExtended ? REG_EXTENDED : 0) | (iIgnoresCase ? REG_ICASE : 0);
@@ -86,14 +92,13 @@ TextMatcher::TextMatcher(const std::string& iPattern, PatternKind iKind, bool iI
 TextMatcher::~TextMatcher()
 {
     ::regfree(&mCompiled);
-    ::freelocale(mLocale);
 }
 
 bool TextMatcher::IsIn(std::wstring_view iText)
 {
     mText.clear();
     AppendUtf8(iText, mText);
-    const UsedLocale lLocale(mLocale);
+    const UsedLocale lLocale;
     std::size_t lStart = 0;
     for (std::size_t lStop = 0; lStop < mText.size(); lStart = lStop + 1)
     {

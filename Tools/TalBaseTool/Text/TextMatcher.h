@@ -9,7 +9,6 @@
 #define TALBASETOOL_TEXT_TEXTMATCHER_H
 
 #include <cstddef>
-#include <locale.h>
 #include <regex.h>
 #include <string>
 #include <string_view>
@@ -39,7 +38,6 @@ public:
 private:
     bool hIsInLine(std::size_t iStart, std::size_t iStop) const;
 
-    locale_t mLocale;
     regex_t mCompiled;
     std::string mText; // in UTF-8
 };
