@@ -40,11 +40,11 @@ step_tools() {
 }
 
 step_release() {
-    show cmake --workflow --preset release
+    run_workflow release
 }
 
 step_clang-release() {
-    show cmake --workflow --preset clang-release
+    run_workflow clang-release
 }
 
 # The files that the sanitized build compiles, which is clang's, and with them the project's headers, follow the naming conventions: those that
@@ -77,11 +77,11 @@ step_headers() {
 }
 
 step_asan-ubsan() {
-    show cmake --workflow --preset asan-ubsan
+    run_workflow asan-ubsan
 }
 
 step_tsan() {
-    show cmake --workflow --preset tsan
+    run_workflow tsan
 }
 
 # The build that needs a compiler and CMake only, its installed files, and a client that knows nothing else.

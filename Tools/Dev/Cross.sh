@@ -8,15 +8,15 @@ gCrossPackages=(cmake ninja-build make clang-14 googletest
     libc++-14-dev libc++abi-14-dev g++-12-aarch64-linux-gnu g++-12-s390x-linux-gnu qemu-user-static)
 
 step_libcxx() {
-    show cmake --workflow --preset libcxx
+    run_workflow libcxx
 }
 
 step_aarch64() {
-    show cmake --workflow --preset aarch64
+    run_workflow aarch64
 }
 
 step_s390x() {
-    show cmake --workflow --preset s390x
+    run_workflow s390x
 }
 
 word_cross() {

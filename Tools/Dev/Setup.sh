@@ -14,6 +14,14 @@ show() {
     "$@"
 }
 
+# Configures and builds a preset and runs its tests: the steps of its workflow, one by one, because a workflow says that all
+# went well where a signal ended a step.
+run_workflow() {
+    show cmake --preset "$1"
+    show cmake --build --preset "$1"
+    show ctest --preset "$1"
+}
+
 # Prints those of the packages that are not installed, one to a line; all of them where there is no dpkg to ask.
 missing_packages() {
     local lPackage
