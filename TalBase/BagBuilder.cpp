@@ -41,6 +41,8 @@ BagBuilder::~BagBuilder()
     }
 }
 
+// Only counted here, and escaped where it is kept, so that most values are copied once. What escaping would break is
+// refused at once all the same: SetProperty would refuse it before what follows in the text is read.
 void BagBuilder::hAddSuspect(std::wstring_view iName, std::wstring_view iValue)
 {
     const std::size_t lEscapable = CountEscapable(iValue);
@@ -61,6 +63,8 @@ void BagBuilder::OpenNest(std::wstring_view iName)
     mFrames.Push(Frame{iName, mPlains.GetCount(), mNests.GetCount(), false});
 }
 
+// What lies above the frame becomes one nest of the nest around it. Its entry is pushed before the nest is let go, so
+// that a failure of pushing frees it.
 void BagBuilder::CloseNest()
 {
     const Frame lFrame = mFrames.Top();
@@ -76,6 +80,7 @@ void BagBuilder::CloseNest()
     mNests.Top().mNest = lNest.Detach();
 }
 
+// A nest that has to be read again keeps its empty nests until then: its text has them, and they may count there.
 NestPtr BagBuilder::hMakeClosed(const Frame& iFrame, bool& oIsFinal)
 {
     oIsFinal = !iFrame.mIsTouched && hCanHeaderCarryPair();
@@ -84,6 +89,7 @@ NestPtr BagBuilder::hMakeClosed(const Frame& iFrame, bool& oIsFinal)
     return oIsFinal ? lNest : hReadAgain(*lNest, oIsFinal);
 }
 
+// What IsEmpty would say of the nest, had it been made.
 bool BagBuilder::hIsNothingLeft(const Frame& iFrame) noexcept
 {
     bool lIsNothing = hGetSizeOfPlains(iFrame).mCount == 0;
@@ -132,6 +138,7 @@ void BagBuilder::hMarkReplaced(const Frame& iFrame)
         });
 }
 
+// Of what is kept, escapes counted: all of it then goes into one piece of memory, and nothing is copied twice.
 BagBuilder::Size BagBuilder::hGetSizeOfPlains(const Frame& iFrame) noexcept
 {
     Size lSize{0, 0};
@@ -174,6 +181,7 @@ void BagBuilder::hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& 
     }
 }
 
+// Each reference leaves the stack, also that of a nest which is not kept: letting it go frees it.
 void BagBuilder::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, NestContent& oNests)
 {
     const auto lIsKept = [&](const NestEntry& iEntry) {

@@ -11,6 +11,8 @@
 namespace QTalBase
 {
 
+// Asks in an order that overriders can see: the count, then for each position the name, what the other bag has by that
+// name, and only then what this one has there.
 bool AreEqualByCalls(const PropertyBag& iAsked, const PropertyBag& iOther)
 {
     const unsigned int lCount = iAsked.GetCount();
@@ -78,6 +80,7 @@ bool IsSubsetByCalls(const PropertyBag& iWhole, const PropertyBag& iPart)
     return true;
 }
 
+// The count is asked again each time: setting a property of the bag that is merged, or of itself, may change it.
 void AddByCalls(PropertyBag& oBag, const PropertyBag& iOther)
 {
     for (unsigned int lIndex = 0; lIndex < iOther.GetCount(); ++lIndex)

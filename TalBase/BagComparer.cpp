@@ -40,6 +40,8 @@ private:
 
 } // namespace
 
+// The levels on the way down stand in a list, each with what it looks up names by; nests are compared when everything
+// before them was equal, as the operation that calls itself would.
 bool BagComparer::AreEqual(const BagState& iAsked, const BagState& iOther)
 {
     Levels lLevels;
@@ -80,6 +82,7 @@ bool BagComparer::AreEqual(const BagState& iAsked, const BagState& iOther)
     return true;
 }
 
+// Compares the plain properties of two bags at once, since they come first, and leaves their nests to the list.
 bool BagComparer::hEnterEqual(Levels& oLevels, const BagState& iAsked, const BagState& iOther, bool iIsAskedRendered,
                               bool iIsOtherRendered)
 {
@@ -99,6 +102,8 @@ bool BagComparer::hEnterEqual(Levels& oLevels, const BagState& iAsked, const Bag
     return true;
 }
 
+// Three ways, from the cheapest: all characters and lengths are the same, so every value is, unless reading by name
+// would unescape one; the same entry at the same place; the entry of that name, wherever it stands.
 bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagState& iOther, BagIndex& oIndex,
                                            bool iIsOtherRendered)
 {
@@ -123,6 +128,8 @@ bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagStat
         const std::size_t lOtherIndex = oIndex.FindValue(lName, lIndex);
         if (lOtherIndex == gNotFound || lMayHaveBoth)
         {
+            // Asking for the value of that name would render the nest, which throws where a pair in it is not allowed;
+            // after that the kinds differ.
             const std::size_t lNestIndex = oIndex.FindNest(lName);
             if (lNestIndex != gNotFound)
             {
@@ -142,6 +149,8 @@ bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagStat
     return true;
 }
 
+// The part is walked through, and the whole is asked by name. Nothing is rendered on the way: nests are asked for as
+// bags.
 bool BagComparer::IsSubset(const BagState& iWhole, const BagState& iPart)
 {
     Levels lLevels;
@@ -194,6 +203,7 @@ bool BagComparer::hEnterSubset(Levels& oLevels, const BagState& iWhole, const Ba
     return true;
 }
 
+// Both values are taken as reading by name gives them; where both bags unescape alike, equal stored values say enough.
 bool BagComparer::hArePlainPropertiesInside(const BagState& iWhole, const BagState& iPart, BagIndex& oWholeIndex)
 {
     const bool lIsWholeUnescaped = AreDefaultDelimiters(iWhole.GetPair());

@@ -33,6 +33,7 @@ BagMerger::BagMerger(BagState& oBag, std::size_t iCount)
     {
         return;
     }
+    // The names of the bag are entered without being compared: each occurs once.
     const std::size_t lCount = oBag.GetCount();
     mTable.emplace(lCount + iCount);
     for (std::size_t lIndex = 0; lIndex < oBag.mValues.GetCount(); ++lIndex)
@@ -65,6 +66,7 @@ void BagMerger::SetPlain(std::wstring_view iName, std::wstring_view iValue)
     hNumber(lNumber, mBag.mValues.GetCount() - 1, false);
 }
 
+// An overrider that was asked for the value may have pointed the defaults elsewhere meanwhile.
 void BagMerger::SetAnswer(std::wstring_view iName, std::wstring_view iValue)
 {
     mIsDefaultPair = AreDefaultDelimiters(mBag.GetPair());
@@ -76,6 +78,8 @@ void BagMerger::SetAnswer(std::wstring_view iName, std::wstring_view iValue)
     SetPlain(iName, iValue);
 }
 
+// Reads the text only when the name is gone, as SetProperty does: a text that is refused leaves the bag without the
+// property.
 void BagMerger::SetText(std::wstring_view iName, std::wstring_view iText)
 {
     hCheckName(iName);
@@ -89,6 +93,8 @@ void BagMerger::SetText(std::wstring_view iName, std::wstring_view iText)
     hNumber(lNumber, mBag.mNests.GetCount() - 1, true);
 }
 
+// The copy stands for the text wherever both would give the same nest. Where they might not, the text decides, since
+// what is lost in it is part of the contract.
 void BagMerger::SetWritten(std::wstring_view iName, const BagState& iNest)
 {
     if (NestPtr lCopy = hCopierFor(iNest.mBegin, iNest.mEnd).CopyWritten(iNest))
@@ -114,6 +120,8 @@ void BagMerger::SetRewritten(std::wstring_view iName, const BagState& iNest)
     SetText(iName, TextWriter(iNest).With(mBag.mBegin.c_str(), mBag.mEnd.c_str()).WriteToString(false));
 }
 
+// What a copier knows of a pair took a look at each of its characters, so the last one is kept: nests mostly share
+// their pair.
 NestCopier& BagMerger::hCopierFor(const SharedWString& iBegin, const SharedWString& iEnd)
 {
     if (!mCopier || !mCopier->HasPair(iBegin, iEnd))
@@ -123,6 +131,8 @@ NestCopier& BagMerger::hCopierFor(const SharedWString& iBegin, const SharedWStri
     return *mCopier;
 }
 
+// The order of what may be refused is that of SetProperty: the name, then, with the old property gone, the pair and
+// what is in the nest.
 void BagMerger::SetNest(std::wstring_view iName, NestPtr&& iNest)
 {
     hCheckName(iName);
@@ -269,6 +279,7 @@ std::uint32_t* BagMerger::hRemove(std::wstring_view iName)
     return nullptr;
 }
 
+// A killed entry bears no name: setting it again makes a new one.
 bool BagMerger::hHasName(std::uint32_t iNumber, std::wstring_view iName) const
 {
     const std::size_t lIndex = iNumber / 2;
@@ -313,6 +324,7 @@ void BagMerger::hConvert(BagState& oNest)
     });
 }
 
+// The values are set again one by one, under the new pair; a refused one leaves this level as it is.
 void BagMerger::hConvertPlain(BagState& oNest)
 {
     ValueContent lConverted;

@@ -9,6 +9,7 @@
 namespace QTalBase
 {
 
+// A nest that dies hands its own nests to the list before it goes, so nothing is ever deleted from inside a deletion.
 BagState::~BagState()
 {
     BagState* lDying = nullptr;
@@ -64,6 +65,7 @@ void BagState::AcceptPair()
     mIsPairChecked = true;
 }
 
+// Unescaped under the pair that BEGIN and END point to now, whatever the value was stored under.
 std::wstring BagState::ReadValue(std::size_t iIndex) const
 {
     const std::wstring_view lValue = mValues.GetValue(iIndex);

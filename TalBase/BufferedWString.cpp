@@ -97,6 +97,7 @@ std::size_t BufferedWStringImpl::capacity() const
     return mCapacity;
 }
 
+// Grows by whole increments, as few as are needed. Everything that can fail comes first, and changes nothing.
 void BufferedWStringImpl::AddAndResizeIfNeeded(const wchar_t* ipText, std::size_t iLength)
 {
     const std::size_t lFree = mCapacity - mSize;

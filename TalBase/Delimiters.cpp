@@ -138,6 +138,8 @@ std::wstring Escaped(std::wstring_view iValue)
     return lEscaped;
 }
 
+// Four characters are enough: unescaping is begun for an escape without its semicolon, too, and then finds nothing to
+// replace.
 bool HasEscapeStart(std::wstring_view iValue) noexcept
 {
     for (std::size_t lPlace = FindCharacter(iValue, L'&'); lPlace < iValue.size();
@@ -177,6 +179,8 @@ std::wstring Unescaped(std::wstring_view iValue)
     return lUnescaped;
 }
 
+// The end delimiter is read up to any character of the word behind it, the begin delimiter up to any character of the
+// end delimiter.
 bool CanHeaderCarry(const DelimiterPair& iPair)
 {
     return CharacterSet(gHeaderBeginWord).FindFirstIn(iPair.mEnd, 0) == std::wstring_view::npos &&
@@ -210,6 +214,7 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size
         return static_cast<unsigned int>(lUsual.size());
     }
     const std::size_t lEndStart = gHeaderEndWord.size();
+    // From here on any pair. Most headers are the usual one, which was compared whole above.
     const std::size_t lEndStop = iText.find_first_of(gHeaderBeginWord, lEndStart);
     if (lEndStop == std::wstring_view::npos)
     {

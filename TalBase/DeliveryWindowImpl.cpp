@@ -95,6 +95,7 @@ void DeliveryWindowImpl::EnableTimeBlock(unsigned int iStart, unsigned int iEnd)
     SetTimeBlock(iStart, iEnd, true);
 }
 
+// A bit for each hour, set where it is disabled. Hours beyond 31 wrap around; 24 to 31 are what a stream brought.
 bool DeliveryWindowImpl::IsEnabled(unsigned int iHour) const
 {
     return (mDisabledTimeBlocks >> (iHour % 32) & 1U) == 0;
@@ -109,6 +110,7 @@ PropertyBag* DeliveryWindowImpl::SerializeToPropertyBag(const wchar_t* ipPrefix,
     return lBag.release();
 }
 
+// Read into a scratch window first, so that a value that is refused leaves this one as it was.
 void DeliveryWindowImpl::DeSerializeFromPropertyBag(const wchar_t* ipPrefix, const PropertyBag* ipPropertyBag)
 {
     const QBase::SmartPtrI<DeliveryWindow> lScratch(new DeliveryWindowImpl());
@@ -158,6 +160,7 @@ void DeliveryWindowImpl::SetTimeBlock(unsigned int iStart, unsigned int iEnd, bo
     {
         Throw<DeliveryWindowUserErrorException>(Messages::gSetTimeBlockHour);
     }
+    // Later than its end, a block goes on over midnight.
     if (iStart <= iEnd)
     {
         hSetBlocks(iStart, iEnd, iEnable);

@@ -29,6 +29,7 @@ Secret MakeSecret() noexcept
     return lSecret;
 }
 
+// The halves of the product, folded: each bit of the result depends on all bits of both.
 std::uint64_t Mix(std::uint64_t iLeft, std::uint64_t iRight) noexcept
 {
     __extension__ using Wide = unsigned __int128;
@@ -48,6 +49,7 @@ std::uint64_t Load(const wchar_t* ipText, std::size_t iCount) noexcept
     return lNumber;
 }
 
+// At most half of the slots are taken, so a search ends soon.
 std::size_t SlotCount(std::size_t iCount)
 {
     std::size_t lSlots = 16;

@@ -28,6 +28,7 @@ NestPtr NestCopier::CopyRewritten(const BagState& iNest)
     return mRule.MayBeginLikeHeader(lFirstName) ? nullptr : hCopy(iNest, false);
 }
 
+// The copies on the way down stand in a list beside the walk; what was copied before something refused is let go.
 NestPtr NestCopier::hCopy(const BagState& iNest, bool iIsWritten)
 {
     NestPtr lCopy = mCanCopy ? hCopyPlain(iNest, iIsWritten) : nullptr;

@@ -21,6 +21,8 @@ QBase::ReturnWString Format(const wchar_t* ipFormat, Value iValue)
     return lBuffer;
 }
 
+// As the C library reads numbers: blanks before are skipped, what follows the digits is ignored, and no digits are 0.
+// A minus sign wraps around.
 unsigned long ParseUnsigned(const wchar_t* ipText)
 {
     wchar_t* lEnd = nullptr;
@@ -85,6 +87,7 @@ void UnStringize(const wchar_t* ipText, int& oValue)
     oValue = QBase::DecimalToInt(ipText);
 }
 
+// Values beyond the range wrap around, as those of the unsigned types do.
 void UnStringize(const wchar_t* ipText, short& oValue)
 {
     oValue = static_cast<short>(QBase::DecimalToInt(ipText));
@@ -100,6 +103,7 @@ void UnStringize(const wchar_t* ipText, unsigned short& oValue)
     oValue = static_cast<unsigned short>(ParseUnsigned(ipText));
 }
 
+// Everything else is false, "TRUE" and "1" included.
 void UnStringize(const wchar_t* ipText, bool& oValue)
 {
     oValue = std::wcscmp(ipText, L"true") == 0;

@@ -13,9 +13,6 @@
 #include <utility>
 #include <vector>
 
-const wchar_t* BEGIN = QTalBase::SharedWString::gDefaultBegin;
-const wchar_t* END = QTalBase::SharedWString::gDefaultEnd;
-
 namespace QTalBase
 {
 
@@ -23,10 +20,6 @@ namespace
 {
 
 using Messages::Throw;
-
-// The delimiters of a bag made from the empty text, whatever BEGIN and END point to.
-constexpr std::wstring_view gLiteralBegin = SharedWString::gDefaultBegin;
-constexpr std::wstring_view gLiteralEnd = SharedWString::gDefaultEnd;
 
 // So many names are looked up one by one as fast as all of them are compared with each other.
 const std::size_t gFewNames = 32;
@@ -52,19 +45,6 @@ bool IsLibrarysOwn(const QDataType::StringCollection& iFilter)
 
 } // namespace
 
-PropertyBag::~PropertyBag() = default;
-
-PropertyBagException::PropertyBagException(const QBase::Message& iMessage) : QBase::Message(iMessage) {}
-
-PropertyBagException::~PropertyBagException() = default;
-
-PropertyBagUserErrorException::PropertyBagUserErrorException(const QBase::Message& iMessage)
-    : PropertyBagException(iMessage)
-{
-}
-
-PropertyBagUserErrorException::~PropertyBagUserErrorException() = default;
-
 PropertyBagImpl::PropertyBagImpl() : mState(*this, SharedWString(BEGIN), SharedWString(END), false)
 {
     mState.mIsPairChecked = IsConstantPair(mState.mBegin, mState.mEnd);
@@ -83,6 +63,7 @@ PropertyBagImpl::PropertyBagImpl(const SharedWString& iBegin, const SharedWStrin
 
 PropertyBagImpl::~PropertyBagImpl() = default;
 
+// The text is rendered first, so that a pair that is not allowed leaves nothing in the stream.
 void PropertyBagImpl::Serialize(QSerialization::WriteDataStream& iStream) const
 {
     const QBase::ReturnWString lText = GetString(true, nullptr, nullptr, true);
@@ -164,6 +145,8 @@ void PropertyBagImpl::hSetPlain(const wchar_t* ipName, std::wstring_view iValue)
     }
 }
 
+// Through a text without a header, in this bag's delimiters, whoever made the other bag: what that loses is part of the
+// contract.
 void PropertyBagImpl::EmbedProperty(const wchar_t* ipName, const PropertyBag* ipPropertyBag)
 {
     const QBase::ReturnWString lText =
@@ -316,6 +299,7 @@ QBase::ReturnWString PropertyBagImpl::GetStringWithoutSensitiveInfo(bool iWithMe
     return GetString(iWithMetadata, ipBegin, ipEnd, false);
 }
 
+// Only two bags without overriders may be compared without their noticing.
 bool PropertyBagImpl::operator==(const PropertyBag& iOther) const
 {
     const BagState* lOther = hIsExact() ? StateOf(iOther) : nullptr;
@@ -359,6 +343,7 @@ const wchar_t* PropertyBagImpl::GetEndDelimiter() const
     return mState.mEnd.c_str();
 }
 
+// Flat: the clone has the same nested bags, not copies, and each counts one reference more.
 PropertyBag* PropertyBagImpl::Clone() const
 {
     mState.CheckPair();
@@ -497,36 +482,6 @@ NestPtr MakeNest(const SharedWString& iBegin, const SharedWString& iEnd)
     // The first reference is stored, not counted: nobody else can see the nest yet.
     lNest->mRefCount.mCount.store(1, std::memory_order_relaxed);
     return lNest;
-}
-
-PropertyBag* CreatePropertyBag()
-{
-    return new PropertyBagImpl();
-}
-
-PropertyBag* CreatePropertyBag(const wchar_t* ipBegin, const wchar_t* ipEnd)
-{
-    return new PropertyBagImpl(ipBegin, ipEnd);
-}
-
-PropertyBag* CreatePropertyBag(const wchar_t* ipString)
-{
-    const std::wstring_view lText(ipString);
-    DelimiterPair lPair{gLiteralBegin, gLiteralEnd};
-    const unsigned int lPosition = lText.empty() ? 0 : ReadHeader(lText, lPair);
-    if (lPosition == 0 && !lText.empty())
-    {
-        Throw<PropertyBagException>((Messages::gStringMalformed + std::wstring(lText)).c_str());
-    }
-    const SharedWString lBegin(lPair.mBegin);
-    const SharedWString lEnd(lPair.mEnd);
-    std::unique_ptr<PropertyBagImpl> lBag(new PropertyBagImpl(lBegin, lEnd, IsConstantPair(lBegin, lEnd)));
-    lBag->GetState().CheckPair();
-    if (!lText.empty())
-    {
-        AddContent(lBag->GetState(), lText, lPosition, lPair);
-    }
-    return lBag.release();
 }
 
 } // namespace QTalBase

@@ -41,6 +41,7 @@ void PropertyBagsImpl::DeSerialize(QSerialization::ReadDataStream& iStream)
     iStream >> mEntries;
 }
 
+// Shared, not copied: the collection has a reference, and whoever else holds the bag may change it.
 void PropertyBagsImpl::Add(const wchar_t* ipName, const PropertyBag* ipPropertyBag)
 {
     if (ipPropertyBag == nullptr)
@@ -73,6 +74,7 @@ QBase::SmartPtrI<PropertyBag> PropertyBagsImpl::GetPropertyBag(unsigned int iInd
     return CloneOf(mEntries[iIndex].second);
 }
 
+// The first of that name; an unknown one gives null, where a wrong position throws.
 QBase::SmartPtrI<PropertyBag> PropertyBagsImpl::GetPropertyBagByName(const wchar_t* ipName) const
 {
     for (const NamedPropertyBag& lEntry : mEntries)

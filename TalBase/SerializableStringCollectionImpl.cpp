@@ -27,6 +27,8 @@ void SerializableStringCollectionImpl::Serialize(QSerialization::WriteDataStream
     }
 }
 
+// Adds to what is there. Nothing is set aside for the count, which a stream may claim at will; strings that came before
+// a failure stay.
 void SerializableStringCollectionImpl::DeSerialize(QSerialization::ReadDataStream& iStream)
 {
     unsigned long lCount = 0;
@@ -63,6 +65,7 @@ void SerializableStringCollectionImpl::Clear()
     mStrings->Clear();
 }
 
+// A copy, which the caller owns.
 QDataType::StringCollection* SerializableStringCollectionImpl::GetStringCollection() const
 {
     std::unique_ptr<QDataType::StringCollection> lCopy(QDataType::CreateStringCollection());

@@ -37,6 +37,8 @@ bool AddText(BagState& oBag, std::wstring_view iText)
     return AddContent(oBag, iText, lPosition, lPair);
 }
 
+// What was read becomes the bag's own where that gives what merging gives: the bag has nothing yet, and no name or
+// value has to be looked at again. Everything else is merged, entry by entry.
 bool AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
 {
     const SharedPair lPair = CheckedPair(oBag, iPair);
@@ -75,6 +77,7 @@ void MergeRead(BagState& oBag, const BagState& iRead, bool iAreNestsFinal, std::
     }
 }
 
+// Not merged: overriders may see that, or names repeat, so the caller does it by calls.
 NestPtr ReadApart(BagState& oBag, std::wstring_view iText)
 {
     DelimiterPair lHeaderPair = oBag.GetPair();

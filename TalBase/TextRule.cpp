@@ -38,6 +38,8 @@ void RunGuard::hFindWhereItGoesOn(Delimiter& oDelimiter, Delimiter& oFollower, s
     }
 }
 
+// A run is kept where no delimiter occurs in it, and none begins in it that the follower completes. Only the last
+// characters can begin one, as many as the delimiter has but one.
 bool RunGuard::IsKept(std::wstring_view iRun, std::size_t iFollower)
 {
     for (Delimiter& lDelimiter : mDelimiters)
@@ -96,6 +98,8 @@ TextFaultKind TextRule::CheckValue(std::wstring_view iValue)
     return lKind == TextFaultKind::None && !IsValueKept(iValue) ? TextFaultKind::NotEscaped : lKind;
 }
 
+// Whether name and delimiter begin with the first word of a header, as far as they go: a name may be shorter than the
+// word, and the delimiter complete it.
 bool TextRule::MayBeginLikeHeader(std::wstring_view iFirstName) const noexcept
 {
     const std::wstring_view lBehind = gHeaderEndWord.substr(std::min(iFirstName.size(), gHeaderEndWord.size()));
@@ -103,6 +107,7 @@ bool TextRule::MayBeginLikeHeader(std::wstring_view iFirstName) const noexcept
            lBehind.substr(0, mBegin.size()) == mBegin.substr(0, lBehind.size());
 }
 
+// Mostly no character of the run begins a delimiter, and the guard, which costs tables, is never made.
 bool TextRule::hIsKept(std::wstring_view iRun, std::size_t iFollower)
 {
     if (!Contains(iRun, mBegin[0]) && !Contains(iRun, mEnd[0]))

@@ -3,6 +3,8 @@
 namespace QTalBase
 {
 
+// For each length, the longest proper border of that much of the needle: a prefix that is also its suffix. Searching
+// then never goes back in the text, whatever the needle (Knuth, Morris and Pratt).
 void TextSearcher::Prepare()
 {
     if (!mBorders.empty())
@@ -23,6 +25,7 @@ void TextSearcher::Prepare()
     mBorders.swap(lBorders);
 }
 
+// How much of the needle ends at a character, when so much ended at the one before it.
 std::size_t TextSearcher::Step(std::size_t iMatched, wchar_t iCharacter) const noexcept
 {
     while (iMatched != 0 && mNeedle[iMatched] != iCharacter)
@@ -32,6 +35,7 @@ std::size_t TextSearcher::Step(std::size_t iMatched, wchar_t iCharacter) const n
     return iMatched + (mNeedle[iMatched] == iCharacter ? 1 : 0);
 }
 
+// A short needle is looked for as the standard library does, which costs at most its length for each character.
 bool TextSearcher::OccursIn(std::wstring_view iText)
 {
     if (iText.size() < mNeedle.size())

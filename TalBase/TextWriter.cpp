@@ -23,6 +23,7 @@ TextWriter& TextWriter::WithoutSensitiveInfo() noexcept
     return *this;
 }
 
+// Measured first, which checks every pair and may throw; writing then cannot fail, and the text is never moved.
 QBase::ReturnWString TextWriter::Write(bool iWithMetadata)
 {
     const std::size_t lLength = hMeasure(iWithMetadata);
@@ -39,6 +40,7 @@ std::wstring TextWriter::WriteToString(bool iWithMetadata)
     return lText;
 }
 
+// A bag with an accepted pair and no nests renders without failing, so nothing needs to be measured.
 void TextWriter::CheckDelimiters(const BagState& iBag)
 {
     if (!iBag.mIsPairChecked || !iBag.mNests.IsEmpty())
@@ -108,6 +110,7 @@ std::size_t TextWriter::hMeasure(bool iWithMetadata)
     return lLength;
 }
 
+// Only the outermost bag leaves out what is sensitive; its nests are written whole, which is the contract.
 wchar_t* TextWriter::hWritePlain(const BagState& iBag, wchar_t* opTarget) const
 {
     const DelimiterPair lPair = hPairOf(iBag);

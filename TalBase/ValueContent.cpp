@@ -19,6 +19,8 @@ const std::size_t gToleratedCharacters = 256;
 
 } // namespace
 
+// A copy is laid out for what is used, so what was removed or replaced takes no memory in it. There are no killed
+// entries: nobody looks at a bag while a merger lives.
 ValueContent::ValueContent(const ValueContent& iOther)
 {
     hLayOut(iOther.mCount, iOther.mUsedLength);
@@ -62,6 +64,8 @@ ValueContent::~ValueContent()
     ::operator delete(mEntries);
 }
 
+// Entries say where each text begins and ends, so equal entries over equal characters are equal properties. Bags that
+// were read from one text are the same in both; others may be equal all the same.
 bool ValueContent::IsSameThroughout(const ValueContent& iOther) const noexcept
 {
     static_assert(std::has_unique_object_representations_v<Entry>);
@@ -88,6 +92,8 @@ void ValueContent::Reserve(std::size_t iCount, std::size_t iTextLength)
             mCount == 0 ? lLength : std::max({lLength, 2 * mUsedLength, mUsedLength + mCount}));
 }
 
+// A bag whose long values were replaced by short ones gives their memory back: it keeps a fixed multiple of what is in
+// it, however it came about.
 void ValueContent::ReserveForOne(std::size_t iTextLength)
 {
     const std::size_t lLength = 2 * (mUsedLength + iTextLength);
@@ -107,6 +113,7 @@ void ValueContent::Append(std::wstring_view iName, std::wstring_view iValue)
     mUsedLength += iName.size() + iValue.size();
 }
 
+// The characters stay until the next layout; once no entry is left all of them are free again.
 void ValueContent::Remove(std::size_t iIndex) noexcept
 {
     mUsedLength -= mEntries[iIndex].mNameLength + mEntries[iIndex].mValueLength;
@@ -133,6 +140,7 @@ void ValueContent::Compact() noexcept
     mCount = static_cast<std::size_t>(lEnd - mEntries);
 }
 
+// Moves everything into new memory, without the gaps. Entries keep their places, killed ones too, so indices stay true.
 void ValueContent::hLayOut(std::size_t iCapacity, std::size_t iTextCapacity)
 {
     const std::size_t lLargest = std::numeric_limits<std::ptrdiff_t>::max() / 4;
