@@ -7,10 +7,10 @@
 // stand for delimiters, pieces of them, words of headers and repetitions, and all others for themselves.
 
 #include "Fuzz/Support/Check.h"
+#include "Fuzz/Support/CheckedText.h"
 #include "Fuzz/Support/Input.h"
 #include "Fuzz/Support/Target.h"
 #include "QSerialization/MemoryDataStream.h"
-#include "TalBase/TextCheck.h"
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/ReadBack.h"
 #include "Tests/Support/RepointedDefaults.h"
@@ -248,15 +248,14 @@ void CheckTail(const QTalBase::TextCheckResult& iCheck, std::size_t iTail, const
 void CheckTextChecks(const Case& iCase)
 {
     const TalBaseTest::TextShape lShape = TalBaseTest::ShapeOfText(iCase.mText, iCase.mPair);
-    const QTalBase::TextCheckResult lCreation = QTalBase::CheckText(iCase.mText.c_str());
+    const QTalBase::TextCheckResult lCreation = Fuzz::CheckText(iCase.mText);
     Fuzz::Require(HasOutcome(lCreation, Created(Library, iCase.mText)),
                   "a text is checked wrongly for CreatePropertyBag");
     CheckPlaces(lCreation, iCase.mText);
     CheckTail(lCreation, lShape.mTail, iCase.mText);
 
     const BagPtr lBag = MakeBag(Library, iCase.mPair.mBegin, iCase.mPair.mEnd);
-    const QTalBase::TextCheckResult lCheck =
-        QTalBase::CheckText(iCase.mText.c_str(), iCase.mPair.mBegin.c_str(), iCase.mPair.mEnd.c_str());
+    const QTalBase::TextCheckResult lCheck = Fuzz::CheckText(iCase.mText, iCase.mPair);
     Fuzz::Require(HasOutcome(lCheck, Add(lBag, iCase.mText)), "a text is checked wrongly for AddString");
     CheckPlaces(lCheck, iCase.mText);
     CheckTail(lCheck, lShape.mTail, iCase.mText);
@@ -281,15 +280,12 @@ void CheckAgainstPlain(const Case& iCase, const std::wstring& iOutcome, const st
 // What is said of a text is what reading it throws, with a place inside the text.
 void CheckWhatIsSaid(const Case& iCase)
 {
-    const wchar_t* lText = iCase.mText.c_str();
-    const QTalBase::TextCheckResult lSaid = QTalBase::CheckText(lText);
+    const QTalBase::TextCheckResult lSaid = Fuzz::CheckText(iCase.mText);
     Fuzz::RequireEqual(Support::DescribeCheck(lSaid), Support::DescribeReading([&] { MakeBag(Library, iCase.mText); }),
                        "CheckText differs from CreatePropertyBag");
     Fuzz::Require(Support::IsInside(lSaid, iCase.mText), "CheckText names a place outside of the text");
-    const wchar_t* lBegin = iCase.mPair.mBegin.c_str();
-    const wchar_t* lEnd = iCase.mPair.mEnd.c_str();
-    const QTalBase::TextCheckResult lSaidWithPair = QTalBase::CheckText(lText, lBegin, lEnd);
-    const auto lAdd = [&] { MakeBag(Library, iCase.mPair.mBegin, iCase.mPair.mEnd)->AddString(lText); };
+    const QTalBase::TextCheckResult lSaidWithPair = Fuzz::CheckText(iCase.mText, iCase.mPair);
+    const auto lAdd = [&] { MakeBag(Library, iCase.mPair.mBegin, iCase.mPair.mEnd)->AddString(iCase.mText.c_str()); };
     Fuzz::RequireEqual(Support::DescribeCheck(lSaidWithPair), Support::DescribeReading(lAdd),
                        "CheckText with delimiters differs from AddString");
     Fuzz::Require(Support::IsInside(lSaidWithPair, iCase.mText), "CheckText names a place outside of the text");

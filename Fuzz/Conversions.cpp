@@ -6,6 +6,7 @@
 #include "Fuzz/Support/Target.h"
 #include "QBase/Convert.h"
 #include "TalBase/PropertyBagHelpers.h"
+#include "Tests/Support/BrokenRule.h"
 
 #include <climits>
 #include <cmath>
@@ -100,7 +101,8 @@ std::string Narrow(const std::wstring& iText)
 int ReadPlainInt(const std::string& iText)
 {
     const long long lValue = std::strtoll(iText.c_str(), nullptr, 10);
-    return static_cast<int>(std::min<long long>(std::max<long long>(lValue, INT_MIN), INT_MAX));
+    const int lSmallest = Plain::IsBroken("SmallestInt") ? INT_MIN + 1 : INT_MIN;
+    return static_cast<int>(std::min<long long>(std::max<long long>(lValue, lSmallest), INT_MAX));
 }
 
 void CheckText(const std::wstring& iText)

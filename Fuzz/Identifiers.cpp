@@ -7,6 +7,7 @@
 #include "QBase/Guid.h"
 #include "TalBase/Guid.h"
 #include "TalBase/PropertyBagHelpers.h"
+#include "Tests/Support/BrokenRule.h"
 
 #include <cstring>
 #include <cwchar>
@@ -50,7 +51,8 @@ std::wstring WritePlain(const Bytes& iBytes)
 
 std::optional<_GUID> ReadPlain(std::wstring iText)
 {
-    if (iText.size() == 38 && iText.front() == L'{' && iText.back() == L'}')
+    const bool lIsUnclosed = iText.size() == 37 && Plain::IsBroken("ClosingBrace");
+    if ((lIsUnclosed || (iText.size() == 38 && iText.back() == L'}')) && iText.front() == L'{')
     {
         iText = iText.substr(1, 36);
     }

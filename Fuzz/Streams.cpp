@@ -17,6 +17,7 @@
 #include "TalBase/SerializationTemplates.h"
 #include "TalBase/TextCheck.h"
 #include "Tests/Support/BagTexts.h"
+#include "Tests/Support/BrokenRule.h"
 #include "Tests/Support/Twins.h"
 
 #include <map>
@@ -275,6 +276,19 @@ void PlainWriteTexts(WriteDataStream& iWrite, const std::vector<std::wstring>& i
     }
 }
 
+// DeSerialize, or a double of it that takes memory for as many strings as the bytes claim to hold.
+void ReadStrings(QTalBase::SerializableStringCollection& oStrings, ReadDataStream& iRead)
+{
+    if (Plain::IsBroken("ClaimedCount"))
+    {
+        QSerialization::MemoryReadDataStream lAhead(dynamic_cast<QSerialization::MemoryReadDataStream&>(iRead));
+        unsigned long lCount = 0;
+        lAhead.ReadUInt64(lCount);
+        std::wstring().reserve(lCount % 1000000000);
+    }
+    oStrings.DeSerialize(iRead);
+}
+
 Observed ObserveStrings(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)
 {
     Observed lObserved;
@@ -288,7 +302,7 @@ Observed ObserveStrings(Side iSide, ReadDataStream& iRead, WriteDataStream& iWri
     {
         const QBase::SmartPtrI<QTalBase::SerializableStringCollection> lStrings(
             QTalBase::CreateSerializableStringCollection());
-        lObserved.mRead = DoneReading(iRead, [&] { lStrings->DeSerialize(iRead); });
+        lObserved.mRead = DoneReading(iRead, [&] { ReadStrings(*lStrings, iRead); });
         lObserved.mWritten = Done([&] { lStrings->Serialize(iWrite); });
         const std::unique_ptr<QDataType::StringCollection> lCopy(lStrings->GetStringCollection());
         Fuzz::Require(lCopy->GetCount() == lStrings->GetCount(), "a copied collection has another size");

@@ -9,6 +9,7 @@
 #include "QBase/SmartPtrI.h"
 #include "TalBase/DeliveryWindow.h"
 #include "Tests/Support/BagTexts.h"
+#include "Tests/Support/BrokenRule.h"
 #include "Tests/Support/Twins.h"
 
 #include <array>
@@ -60,9 +61,10 @@ std::wstring SetPlain(Hours& oHours, unsigned int iStart, unsigned int iEnd, boo
     {
         return Thrown(gNoHour);
     }
+    const bool lSkipsMidnight = iStart > iEnd && Plain::IsBroken("Midnight");
     for (unsigned int lHour = iStart;; lHour = (lHour + 1) % 24)
     {
-        oHours[lHour] = iIsDisabled;
+        oHours[lHour] = lHour == 0 && lSkipsMidnight ? oHours[lHour] : iIsDisabled;
         if (lHour == iEnd)
         {
             return L"";

@@ -2,6 +2,7 @@
 
 #include "QBase/Message.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "Tests/Support/BrokenRule.h"
 
 #include <cwchar>
 
@@ -74,7 +75,7 @@ void PlainReadStream::ReadBool(bool& oValue)
 {
     const std::string lBefore = mBytes;
     const std::uint64_t lFlag = hNumber(1, L"ReadBool");
-    if (lFlag > 1)
+    if (lFlag > 1 && !Plain::IsBroken("Flag"))
     {
         mBytes = lBefore;
         ThrowStreamException(L"ReadBool", L"; The flag is neither 0 nor 1");

@@ -1,8 +1,9 @@
-// Runs a fuzzer's test on files instead of under the fuzzing engine: replay-NAME FILE|FOLDER... The name of each file
-// is printed before it is tested, so the last one is the one that failed. A folder that does not exist holds no files;
-// it is a failure when there is none at all.
+// Runs a fuzzer's test on files instead of under the fuzzing engine: ReplayNAME [--break RULE] FILE|FOLDER... The name
+// of each file is printed before it is tested, so the last one is the one that failed. A folder that does not exist
+// holds no files; it is a failure when there is none at all.
 
 #include "Fuzz/Support/Target.h"
+#include "Tests/Support/BrokenRule.h"
 
 #include <algorithm>
 #include <csignal>
@@ -11,7 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace
@@ -60,8 +61,14 @@ int main(int iCount, char** ipArguments)
 {
     // An exit instead of a signal, so that tests of this program can expect it to fail.
     std::signal(SIGABRT, [](int) { std::_Exit(1); });
+    int lIndex = 1;
+    if (iCount > 2 && std::string_view(ipArguments[1]) == "--break")
+    {
+        Plain::gBrokenRule = ipArguments[2];
+        lIndex = 3;
+    }
     std::size_t lReplayed = 0;
-    for (int lIndex = 1; lIndex < iCount; ++lIndex)
+    for (; lIndex < iCount; ++lIndex)
     {
         for (const fs::path& lFile : FilesOf(ipArguments[lIndex]))
         {

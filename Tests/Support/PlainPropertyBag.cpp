@@ -4,6 +4,7 @@
 #include "QDataType/StringCollection.h"
 #include "TalBase/BufferedWString.h"
 #include "TalBase/PrivateSource/Messages.h"
+#include "Tests/Support/BrokenRule.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -304,10 +305,11 @@ void PlainPropertyBag::AddString(const wchar_t* ipString)
 
 void PlainPropertyBag::AddPropertyBag(const PropertyBag* ipPropertyBag)
 {
+    const bool lTakesFirstValue = ipPropertyBag == this && IsBroken("MergeIntoItself");
     for (unsigned int lIndex = 0; lIndex < ipPropertyBag->GetCount(); ++lIndex)
     {
         const QBase::ReturnWString lName = ipPropertyBag->GetName(lIndex);
-        const QBase::ReturnWString lValue = ipPropertyBag->GetValue(lIndex);
+        const QBase::ReturnWString lValue = ipPropertyBag->GetValue(lTakesFirstValue ? 0 : lIndex);
         const bool lIsEmbedded = ipPropertyBag->IsEmbedded(lIndex);
         SetProperty(lName.c_str(), lValue.c_str(), lIsEmbedded);
     }
@@ -576,7 +578,8 @@ unsigned int PlainPropertyBag::ExtractDelimiters(const std::wstring& iText, Deli
     const std::wstring lEnd = iText.substr(gEndWordLength, lEndStop - gEndWordLength);
     const std::size_t lBeginStart = lEndStop + gBeginWordLength;
     const std::size_t lBeginStop = iText.find_first_of(lEnd, lEndStop);
-    if (lBeginStop != std::wstring::npos && lBeginStop <= lBeginStart)
+    if (lBeginStop != std::wstring::npos &&
+        (lBeginStop < lBeginStart || (lBeginStop == lBeginStart && !IsBroken("EmptyBeginDelimiter"))))
     {
         Throw<PropertyBagException>(Messages::gMetadataEmptyBegin);
     }
