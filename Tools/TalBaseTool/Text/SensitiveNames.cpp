@@ -1,12 +1,13 @@
 #include "Text/SensitiveNames.h"
 
+#include "Text/Utf8Locale.h"
+
 #include "QBase/Convert.h"
 #include "TalBase/SensitiveNames.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cwctype>
-#include <locale.h>
 #include <wctype.h>
 
 namespace TalBaseTool
@@ -14,13 +15,6 @@ namespace TalBaseTool
 
 namespace
 {
-
-// Letters are known to the C library only in a locale that has them; this one is always there.
-locale_t LetterLocale()
-{
-    static const locale_t lLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    return lLocale;
-}
 
 // What has no shape of its own, and is neither a blank, a control nor a mark to the C library.
 bool IsInvisible(unsigned long iCode)
@@ -40,23 +34,23 @@ bool IsPassedOver(wchar_t iCharacter)
     {
         return lCode <= 0x20 || lCode == 0x7F;
     }
-    static const wctype_t lMark = ::wctype_l("combining", LetterLocale());
+    static const wctype_t lMark = ::wctype_l("combining", GetUtf8Locale());
     const wint_t lCharacter = static_cast<wint_t>(iCharacter);
-    return IsInvisible(lCode) || ::iswspace_l(lCharacter, LetterLocale()) != 0 ||
-           ::iswcntrl_l(lCharacter, LetterLocale()) != 0 || ::iswctype_l(lCharacter, lMark, LetterLocale()) != 0;
+    return IsInvisible(lCode) || ::iswspace_l(lCharacter, GetUtf8Locale()) != 0 ||
+           ::iswcntrl_l(lCharacter, GetUtf8Locale()) != 0 || ::iswctype_l(lCharacter, lMark, GetUtf8Locale()) != 0;
 }
 
 bool IsLetter(wchar_t iCharacter)
 {
     return iCharacter == L'_' ||
-           (::iswalnum_l(static_cast<wint_t>(iCharacter), LetterLocale()) != 0 && !IsPassedOver(iCharacter));
+           (::iswalnum_l(static_cast<wint_t>(iCharacter), GetUtf8Locale()) != 0 && !IsPassedOver(iCharacter));
 }
 
 // Upper case first: there are small letters, such as the long s, that only that makes equal to others.
 wchar_t WithoutCase(wchar_t iCharacter)
 {
-    const wint_t lUpper = ::towupper_l(static_cast<wint_t>(iCharacter), LetterLocale());
-    return static_cast<wchar_t>(::towlower_l(lUpper, LetterLocale()));
+    const wint_t lUpper = ::towupper_l(static_cast<wint_t>(iCharacter), GetUtf8Locale());
+    return static_cast<wchar_t>(::towlower_l(lUpper, GetUtf8Locale()));
 }
 
 int DigitOf(wchar_t iCharacter)
@@ -288,7 +282,7 @@ void SensitiveNames::hAdd(const std::wstring& iName)
     }
     // Beyond ASCII, the letter itself, its large one, and those that are a case of none but themselves: the dotted and
     // the dotless i, the long s, the large sharp s, and the signs of ohm, kelvin and angstrom.
-    const wchar_t lUpper = static_cast<wchar_t>(::towupper_l(static_cast<wint_t>(iName[0]), LetterLocale()));
+    const wchar_t lUpper = static_cast<wchar_t>(::towupper_l(static_cast<wint_t>(iName[0]), GetUtf8Locale()));
     for (const wchar_t lLetter :
          {iName[0], lUpper, L'\u0130', L'\u0131', L'\u017F', L'\u1E9E', L'\u2126', L'\u212A', L'\u212B'})
     {

@@ -1,6 +1,7 @@
 #include "Text/Text.h"
 
 #include "Text/Errors.h"
+#include "Text/Utf8Locale.h"
 
 #include "QBase/Convert.h"
 #include "QBase/Message.h"
@@ -9,7 +10,6 @@
 #include <clocale>
 #include <cwchar>
 #include <iterator>
-#include <locale.h>
 
 namespace TalBaseTool
 {
@@ -58,31 +58,6 @@ std::wstring Escape(std::wstring_view iText, std::wstring_view iShort, std::wstr
     }
     return lText;
 }
-
-// The C library knows the widths of characters only in a locale that has them. This one is always there; no other part
-// of the program depends on it.
-class WidthLocale
-{
-public:
-    WidthLocale() : mOld(::uselocale(hMake())) {}
-
-    ~WidthLocale()
-    {
-        ::uselocale(mOld);
-    }
-
-    WidthLocale(const WidthLocale&) = delete;
-    WidthLocale& operator=(const WidthLocale&) = delete;
-
-private:
-    static locale_t hMake()
-    {
-        static const locale_t lLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr); // it is read from files
-        return lLocale;
-    }
-
-    locale_t mOld;
-};
 
 } // namespace
 
@@ -160,7 +135,7 @@ std::wstring MakeSafe(std::wstring_view iText)
 
 std::size_t GetWidth(std::wstring_view iText)
 {
-    const WidthLocale lLocale;
+    const Utf8Locale lLocale;
     std::size_t lWidth = 0;
     for (const wchar_t lCharacter : iText)
     {
@@ -178,7 +153,7 @@ std::string CutToWidth(const std::string& iText, std::size_t iColumns)
         return iText;
     }
     std::size_t lCount = 0;
-    const WidthLocale lLocale;
+    const Utf8Locale lLocale;
     for (std::size_t lUsed = 1; lCount < lText.size(); ++lCount) // 1: the ellipsis
     {
         lUsed += static_cast<std::size_t>(std::max(::wcwidth(lText[lCount]), 0));

@@ -2,40 +2,16 @@
 
 #include "Text/Errors.h"
 #include "Text/Text.h"
+#include "Text/Utf8Locale.h"
 
 #include <algorithm>
 #include <cctype>
-#include <locale.h>
 
 namespace TalBaseTool
 {
 
 namespace
 {
-
-// What the C library does while this lives, it does in a locale that has UTF-8 and is always there.
-class UsedLocale
-{
-public:
-    UsedLocale() : mOld(::uselocale(hMake())) {}
-
-    ~UsedLocale()
-    {
-        ::uselocale(mOld);
-    }
-
-    UsedLocale(const UsedLocale&) = delete;
-    UsedLocale& operator=(const UsedLocale&) = delete;
-
-private:
-    static locale_t hMake()
-    {
-        static const locale_t lLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr); // it is read from files
-        return lLocale;
-    }
-
-    locale_t mOld;
-};
 
 // A plain text as a basic regular expression.
 std::string Escaped(const std::string& iText)
@@ -77,7 +53,7 @@ void Compile(regex_t& oCompiled, const std::string& iPattern, int iFlags)
 TextMatcher::TextMatcher(const std::string& iPattern, PatternKind iKind, bool iIgnoresCase)
 {
     ReadArgument(iPattern, "the pattern"); // refuses what is not UTF-8
-    const UsedLocale lLocale;
+    const Utf8Locale lLocale;
     const bool lIsExtended = iKind == PatternKind::Extended;
     const std::string lPattern = iKind == PatternKind::Fixed ? Escaped(iPattern) : iPattern;
     const int lFlags = REG_NOSUB | (lIsExtended ? REG_EXTENDED : 0) | (iIgnoresCase ? REG_ICASE : 0);
@@ -98,7 +74,7 @@ bool TextMatcher::IsIn(std::wstring_view iText)
 {
     mText.clear();
     AppendUtf8(iText, mText);
-    const UsedLocale lLocale;
+    const Utf8Locale lLocale;
     std::size_t lStart = 0;
     for (std::size_t lStop = 0; lStop < mText.size(); lStart = lStop + 1)
     {
