@@ -105,6 +105,8 @@ void SecretCommands::ExpectNoSecret(const PlantedText& iText, bool iWithEditor)
 {
     mText = &iText;
     mPair = RawOf(iText.mPair);
+    std::filesystem::remove(mFile); // what is cut off and written anew, some file systems bring to the disk at once
+    std::filesystem::remove(mLines);
     mWorkplace.Write("text.bag", Encode(iText.mText));
     mWorkplace.Write("text.jsonl", nlohmann::json(Encode(iText.mText)).dump() + "\n");
     hExpectOfViews();
