@@ -18,10 +18,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* ipBytes, std::size_t i
     {
         return 0;
     }
-    using TalBaseTest::Look;
-    TalBaseTest::RecordChoices lChoices(ipBytes + 1, iSize - 1);
+    using Support::Look;
+    Support::RecordChoices lChoices(ipBytes + 1, iSize - 1);
     const Look lLook = ipBytes[0] % 4 == 0 ? Look::AtTheEnd : Look::AfterEachStep;
-    const std::string lDifference = TalBaseTest::FindDifference(lChoices, gMostSteps, lLook);
+    const std::string lDifference = Support::FindDifference(lChoices, gMostSteps, lLook);
     if (!lDifference.empty())
     {
         Fuzz::Fail("the library and the plain implementation differ\n" + lDifference);

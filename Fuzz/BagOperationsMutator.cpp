@@ -16,7 +16,7 @@ namespace
 using Bytes = std::vector<std::uint8_t>;
 using Random = std::minstd_rand;
 
-const std::size_t gRecord = TalBaseTest::RecordChoices::gRecord;
+const std::size_t gRecord = Support::RecordChoices::gRecord;
 
 std::size_t Below(Random& iRandom, std::size_t iLimit)
 {

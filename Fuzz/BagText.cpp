@@ -24,13 +24,13 @@ namespace
 {
 
 using QTalBase::PropertyBag;
-using TalBaseTest::BagPtr;
-using TalBaseTest::DelimiterPair;
-using TalBaseTest::DescribeState;
-using TalBaseTest::Library;
-using TalBaseTest::MakeBag;
-using TalBaseTest::Outcome;
-using TalBaseTest::PlainSide;
+using Support::BagPtr;
+using Support::DelimiterPair;
+using Support::Describe;
+using Support::Library;
+using Support::MakeBag;
+using Support::Outcome;
+using Support::PlainSide;
 
 const std::size_t gLongestText = 60000;
 
@@ -103,7 +103,7 @@ bool IsValid(const DelimiterPair& iPair)
 Case ReadCase(Fuzz::Input& iInput)
 {
     const unsigned int lFlags = iInput.Byte();
-    const auto& lPairs = TalBaseTest::OddPairs();
+    const auto& lPairs = Support::OddPairs();
     const DelimiterPair lPair = lPairs[iInput.Below(static_cast<unsigned int>(lPairs.size()))];
     Case lCase;
     lCase.mIsFilled = (lFlags & 1) != 0;
@@ -123,7 +123,7 @@ bool CanHeaderCarry(const DelimiterPair& iPair)
            }) == iPair.mBegin + L" " + iPair.mEnd;
 }
 
-BagPtr NewBag(TalBaseTest::Side iSide, const Case& iCase)
+BagPtr NewBag(Support::Side iSide, const Case& iCase)
 {
     const BagPtr lBag = MakeBag(iSide, iCase.mPair.mBegin, iCase.mPair.mEnd);
     if (iCase.mIsFilled)
@@ -146,9 +146,9 @@ std::wstring Add(const BagPtr& iBag, const std::wstring& iText)
     });
 }
 
-std::wstring Created(TalBaseTest::Side iSide, const std::wstring& iText)
+std::wstring Created(Support::Side iSide, const std::wstring& iText)
 {
-    return Outcome([&] { return DescribeState(*MakeBag(iSide, iText)); });
+    return Outcome([&] { return Describe(*MakeBag(iSide, iText)); });
 }
 
 // Equal to itself is a bag without escaped values only; it is always its own subset, but not with a null.
@@ -180,7 +180,7 @@ void CheckRoundTrip(const PropertyBag& iBag)
         QSerialization::MemoryReadDataStream lReader(lWriter.GetBytes().data(), lWriter.GetBytes().size());
         const BagPtr lRead = MakeBag(Library);
         lRead->DeSerialize(lReader);
-        Fuzz::RequireEqual(DescribeState(*lRead), DescribeState(iBag), "a bag does not come back from its stream");
+        Fuzz::RequireEqual(Describe(*lRead), Describe(iBag), "a bag does not come back from its stream");
         Fuzz::Require(lReader.GetRemaining() == 0, "a bag leaves something of its stream");
     }
 }
@@ -188,9 +188,9 @@ void CheckRoundTrip(const PropertyBag& iBag)
 void CheckBag(const PropertyBag& iBag)
 {
     const BagPtr lClone = iBag.Clone();
-    Fuzz::RequireEqual(DescribeState(*lClone), DescribeState(iBag), "a clone differs");
+    Fuzz::RequireEqual(Describe(*lClone), Describe(iBag), "a clone differs");
     Fuzz::Require(iBag.IsSubset(&iBag), "a bag is not its own subset");
-    if (TalBaseTest::DepthOf(iBag) < 100)
+    if (Support::DepthOf(iBag) < 100)
     {
         Fuzz::Require(iBag.operator==(*lClone) != HasEscapedValues(iBag), "== is wrong about escaped values");
     }
@@ -247,7 +247,7 @@ void CheckTail(const QTalBase::TextCheckResult& iCheck, std::size_t iTail, const
 
 void CheckTextChecks(const Case& iCase)
 {
-    const TalBaseTest::TextShape lShape = TalBaseTest::ShapeOfText(iCase.mText, iCase.mPair);
+    const Support::TextShape lShape = Support::ShapeOfText(iCase.mText, iCase.mPair);
     const QTalBase::TextCheckResult lCreation = Fuzz::CheckText(iCase.mText);
     Fuzz::Require(HasOutcome(lCreation, Created(Library, iCase.mText)),
                   "a text is checked wrongly for CreatePropertyBag");
@@ -260,7 +260,7 @@ void CheckTextChecks(const Case& iCase)
     CheckPlaces(lCheck, iCase.mText);
     CheckTail(lCheck, lShape.mTail, iCase.mText);
     // Every begin delimiter begins something that is in the bag, where no remark says otherwise.
-    const bool lIsWhole = TalBaseTest::CountAll(*lBag) == lShape.mBegins;
+    const bool lIsWhole = Support::CountAll(*lBag) == lShape.mBegins;
     Fuzz::Require(!lCheck.mIsValid || TellsOfLoss(lCheck) || lIsWhole, "a text loses something and no remark says so");
     // Where a nest that is handed on as text reads back as another, that may hold as many properties as were lost.
     const bool lIsPlain = !iCase.mIsRepointed && CanHeaderCarry(iCase.mPair);
@@ -272,7 +272,7 @@ void CheckAgainstPlain(const Case& iCase, const std::wstring& iOutcome, const st
 {
     const BagPtr lPlain = NewBag(PlainSide, iCase);
     Fuzz::RequireEqual(iOutcome, Add(lPlain, iCase.mText), "AddString differs from the plain implementation's");
-    Fuzz::RequireEqual(iState, DescribeState(*lPlain), "the bag differs from the plain implementation's");
+    Fuzz::RequireEqual(iState, Describe(*lPlain), "the bag differs from the plain implementation's");
     Fuzz::RequireEqual(Created(Library, iCase.mText), Created(PlainSide, iCase.mText),
                        "CreatePropertyBag differs from the plain implementation's");
 }
@@ -295,9 +295,9 @@ void Check(const Case& iCase)
 {
     CheckWhatIsSaid(iCase);
     const BagPtr lBag = NewBag(Library, iCase);
-    const std::wstring lBefore = DescribeState(*lBag);
+    const std::wstring lBefore = Describe(*lBag);
     const std::wstring lOutcome = Add(lBag, iCase.mText);
-    const std::wstring lState = DescribeState(*lBag);
+    const std::wstring lState = Describe(*lBag);
     // A nest is read once more while it is merged, which fails where no header can carry the delimiters.
     const bool lIsMergeRefused =
         lOutcome.find(L"PropertyBagImpl::SetProperty;") != std::wstring::npos || !CanHeaderCarry(iCase.mPair);
@@ -305,7 +305,7 @@ void Check(const Case& iCase)
     {
         Fuzz::RequireEqual(lState, lBefore, "a text that cannot be read changed the bag");
     }
-    if (TalBaseTest::IsAffordable(iCase.mText, iCase.mPair))
+    if (Support::IsAffordable(iCase.mText, iCase.mPair))
     {
         CheckAgainstPlain(iCase, lOutcome, lState);
     }

@@ -32,13 +32,13 @@ namespace
 using QSerialization::ReadDataStream;
 using QSerialization::WriteDataStream;
 using QTalBase::PropertyBag;
-using TalBaseTest::BagPtr;
-using TalBaseTest::DescribeState;
-using TalBaseTest::Library;
-using TalBaseTest::MakeBag;
-using TalBaseTest::Outcome;
-using TalBaseTest::PlainSide;
-using TalBaseTest::Side;
+using Support::BagPtr;
+using Support::Describe;
+using Support::Library;
+using Support::MakeBag;
+using Support::Outcome;
+using Support::PlainSide;
+using Support::Side;
 
 // What can be seen of an object that was read, and of its writing.
 struct Observed
@@ -75,7 +75,7 @@ std::wstring DoneReading(ReadDataStream& iRead, const std::function<void()>& iOp
 
 std::wstring StateOf(const PropertyBag* ipBag)
 {
-    return ipBag != nullptr ? DescribeState(*ipBag) : L"null";
+    return ipBag != nullptr ? Describe(*ipBag) : L"null";
 }
 
 bool ComesBack(const PropertyBag* ipBag)
@@ -88,7 +88,7 @@ Observed ObserveBag(Side iSide, ReadDataStream& iRead, WriteDataStream& iWrite)
     const BagPtr lBag = MakeBag(iSide);
     Observed lObserved;
     lObserved.mRead = DoneReading(iRead, [&] { lBag->DeSerialize(iRead); });
-    lObserved.mState = DescribeState(*lBag);
+    lObserved.mState = Describe(*lBag);
     lObserved.mWritten = Done([&] { lBag->Serialize(iWrite); });
     lObserved.mComesBack = ComesBack(lBag.get());
     return lObserved;
@@ -377,7 +377,7 @@ public:
     QBase::ReturnWString ReadWString() override
     {
         const QBase::ReturnWString lText = PlainReadStream::ReadWString();
-        if (!TalBaseTest::IsAffordable(lText.c_str(), mLastTwo))
+        if (!Support::IsAffordable(lText.c_str(), mLastTwo))
         {
             throw TooExpensive();
         }
@@ -386,7 +386,7 @@ public:
     }
 
 private:
-    TalBaseTest::DelimiterPair mLastTwo;
+    Support::DelimiterPair mLastTwo;
 };
 
 std::string BytesOf(const QSerialization::MemoryWriteDataStream& iStream)
@@ -455,7 +455,7 @@ void Check(Observe ipObserve, const std::string& iBytes)
 void Append(Fuzz::PlainWriteStream& oStream, Fuzz::Input& iInput)
 {
     const unsigned int lOrder = iInput.Byte();
-    const auto& lPairs = TalBaseTest::OddPairs();
+    const auto& lPairs = Support::OddPairs();
     const auto& lPair = lPairs[lOrder / 8 % lPairs.size()];
     switch (lOrder % 8)
     {

@@ -21,13 +21,13 @@ namespace
 
 using QTalBase::DeliveryWindow;
 using QTalBase::DeliveryWindowUserErrorException;
-using TalBaseTest::BagPtr;
-using TalBaseTest::DelimiterPair;
-using TalBaseTest::DescribeState;
-using TalBaseTest::Library;
-using TalBaseTest::MakeBag;
-using TalBaseTest::Outcome;
-using TalBaseTest::PlainSide;
+using Support::BagPtr;
+using Support::DelimiterPair;
+using Support::Describe;
+using Support::Library;
+using Support::MakeBag;
+using Support::Outcome;
+using Support::PlainSide;
 
 using WindowPtr = QBase::SmartPtrI<DeliveryWindow>;
 using Hours = std::array<bool, 24>; // whether each is disabled
@@ -111,7 +111,7 @@ std::wstring Prefix(Fuzz::Input& iInput)
 
 DelimiterPair Pair(Fuzz::Input& iInput)
 {
-    const auto& lPairs = TalBaseTest::OddPairs();
+    const auto& lPairs = Support::OddPairs();
     return lPairs[iInput.Below(static_cast<unsigned int>(lPairs.size()))];
 }
 
@@ -124,12 +124,12 @@ void WriteToBag(const DeliveryWindow& iWindow, const Hours& iHours, Fuzz::Input&
     BagPtr lBag;
     const std::wstring lState = Outcome([&] {
         lBag = iWindow.SerializeToPropertyBag(lPrefix.c_str(), lPair.mBegin.c_str(), lPair.mEnd.c_str());
-        return DescribeState(*lBag);
+        return Describe(*lBag);
     });
     const std::wstring lExpected = Outcome([&] {
         const BagPtr lPlain = MakeBag(PlainSide, lPair.mBegin, lPair.mEnd);
         lPlain->SetProperty(lName.c_str(), ValueOf(iHours).c_str(), false);
-        return DescribeState(*lPlain);
+        return Describe(*lPlain);
     });
     Fuzz::RequireEqual(lState, lExpected, "a window's bag is another");
     if (lBag)

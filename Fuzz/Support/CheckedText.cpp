@@ -48,7 +48,7 @@ TextCheckResult CheckText(const std::wstring& iText)
     return BreakRule(iText, QTalBase::CheckText(iText.c_str()));
 }
 
-TextCheckResult CheckText(const std::wstring& iText, const TalBaseTest::DelimiterPair& iPair)
+TextCheckResult CheckText(const std::wstring& iText, const Support::DelimiterPair& iPair)
 {
     return BreakRule(iText, QTalBase::CheckText(iText.c_str(), iPair.mBegin.c_str(), iPair.mEnd.c_str()));
 }

@@ -12,7 +12,7 @@ namespace Fuzz
 {
 
 QTalBase::TextCheckResult CheckText(const std::wstring& iText);
-QTalBase::TextCheckResult CheckText(const std::wstring& iText, const TalBaseTest::DelimiterPair& iPair);
+QTalBase::TextCheckResult CheckText(const std::wstring& iText, const Support::DelimiterPair& iPair);
 
 } // namespace Fuzz
 

@@ -6,6 +6,7 @@
 #include "TalBase/PropertyBags.h"
 #include "TalBase/TextCheck.h"
 
+#include "Tests/Support/Describe.h"
 #include "Tests/Support/RepointedDefaults.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@
 namespace
 {
 
-using BagPtr = QBase::SmartPtrI<QTalBase::PropertyBag>;
+using Support::BagPtr;
 
 #if defined(__SANITIZE_ADDRESS__)
 const std::size_t gLevels = 100000;

@@ -23,10 +23,9 @@ TEST(Differential, RandomOperationsCannotTellTheLibraryFromThePlainImplementatio
     std::uint64_t lDone = 0;
     for (std::uint64_t lRound = 0; lDone < lOperations; ++lRound, lDone += lPerRound)
     {
-        TalBaseTest::RandomChoices lChoices(lSeed * 1000003 + lRound);
-        const TalBaseTest::Look lLook =
-            lRound % 4 == 0 ? TalBaseTest::Look::AtTheEnd : TalBaseTest::Look::AfterEachStep;
-        const std::string lDifference = TalBaseTest::FindDifference(lChoices, lPerRound, lLook);
+        Support::RandomChoices lChoices(lSeed * 1000003 + lRound);
+        const Support::Look lLook = lRound % 4 == 0 ? Support::Look::AtTheEnd : Support::Look::AfterEachStep;
+        const std::string lDifference = Support::FindDifference(lChoices, lPerRound, lLook);
         ASSERT_EQ(lDifference, "") << "round " << lRound;
     }
     RecordProperty("operations", std::to_string(lDone));

@@ -47,7 +47,8 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 set(lPrograms "")
 foreach(lTest IN ITEMS BagLifetimeTest BagOverridersTest FailedAllocationTest FailedPrimitiveTest
-        PlatformAllocationTests PropertyBagTest TestValues TestValuesAllocation)
+        PlatformAllocationTest PropertyBagsTest PropertyBagTest SerializableStringCollectionTest
+        SerializationTemplatesTest ValuesAllocationTest)
     list(APPEND lPrograms $<TARGET_FILE:${lTest}>)
 endforeach()
 add_test(NAME Failures.Tally COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/Failures/tally.sh 6500 130 1400 ${lPrograms})

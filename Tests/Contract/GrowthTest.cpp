@@ -5,6 +5,7 @@
 
 #include "Benchmarks/Cases.h"
 #include "QDataType/StringCollection.h"
+#include "Tests/Support/Describe.h"
 
 #include <gtest/gtest.h>
 
@@ -102,7 +103,7 @@ std::wstring TextOfNames(std::size_t iCount)
     return lText;
 }
 
-using BagPtr = QBase::SmartPtrI<QTalBase::PropertyBag>;
+using Support::BagPtr;
 
 Bench::PreparedCase PrepareMergingIntoItsNest(std::size_t iSize)
 {

@@ -7,6 +7,7 @@
 #include "QBase/Convert.h"
 #include "TalBase/Initializer.h"
 #include "TalBase/PropertyBag.h"
+#include "Tests/Support/Describe.h"
 #include "Tests/Support/RepointedDefaults.h"
 #include "Tests/Support/TextChecks.h"
 
@@ -29,7 +30,7 @@ namespace
 
 const QTalBase::Initializer gInitializer;
 
-using BagPtr = QBase::SmartPtrI<PropertyBag>;
+using Support::BagPtr;
 
 const wchar_t* const gPairs[][2] = {
     {L"++++", L"***"}, {L"[[", L"]]"},     {L"<", L">"},

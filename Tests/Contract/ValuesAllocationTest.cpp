@@ -5,6 +5,7 @@
 #include "TalBase/SerializableStringCollection.h"
 
 #include "QSerialization/MemoryDataStream.h"
+#include "Tests/Support/Describe.h"
 #include "Tests/Support/FailingNew.h"
 #include "Tests/Support/TracedBag.h"
 
@@ -27,7 +28,7 @@ using Support::AllocationsLive;
 using Support::FailEachAllocation;
 using Support::TracedBag;
 
-using BagPtr = SmartPtrI<PropertyBag>;
+using Support::BagPtr;
 using BagsPtr = SmartPtrI<PropertyBags>;
 using Bytes = std::vector<std::byte>;
 

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace TalBaseTest
+namespace Support
 {
 
 namespace
@@ -340,4 +340,4 @@ bool IsAffordable(const std::wstring& iText, const DelimiterPair& iPair)
     return lCost < lLimit;
 }
 
-} // namespace TalBaseTest
+} // namespace Support

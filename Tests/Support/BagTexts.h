@@ -1,14 +1,14 @@
 // Names, values, delimiters and texts that provoke the odd rules of property bags, chosen step by step.
 
-#ifndef TALBASE_TESTS_SUPPORT_BAGTEXTS_H
-#define TALBASE_TESTS_SUPPORT_BAGTEXTS_H
+#ifndef TESTS_SUPPORT_BAGTEXTS_H
+#define TESTS_SUPPORT_BAGTEXTS_H
 
 #include "Tests/Support/Choices.h"
 
 #include <string>
 #include <vector>
 
-namespace TalBaseTest
+namespace Support
 {
 
 struct DelimiterPair
@@ -72,6 +72,6 @@ TextShape ShapeOfText(const std::wstring& iText, const DelimiterPair& iPair);
 // text in a moment.
 bool IsAffordable(const std::wstring& iText, const DelimiterPair& iPair);
 
-} // namespace TalBaseTest
+} // namespace Support
 
 #endif

@@ -1,7 +1,7 @@
 // A rule that the plain implementations break on request, to see that whoever compares with them notices.
 
-#ifndef TALBASE_TESTS_SUPPORT_BROKENRULE_H
-#define TALBASE_TESTS_SUPPORT_BROKENRULE_H
+#ifndef TESTS_SUPPORT_BROKENRULE_H
+#define TESTS_SUPPORT_BROKENRULE_H
 
 #include <string_view>
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace TalBaseTest
+namespace Support
 {
 
 RandomChoices::RandomChoices(std::uint64_t iSeed) : mEngine(iSeed) {}
@@ -50,4 +50,4 @@ bool RecordChoices::NextStep()
     return true;
 }
 
-} // namespace TalBaseTest
+} // namespace Support

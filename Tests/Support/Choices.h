@@ -1,13 +1,13 @@
 // Where the choices of random tests come from: a seeded generator, or the bytes of a fuzzer.
 
-#ifndef TALBASE_TESTS_SUPPORT_CHOICES_H
-#define TALBASE_TESTS_SUPPORT_CHOICES_H
+#ifndef TESTS_SUPPORT_CHOICES_H
+#define TESTS_SUPPORT_CHOICES_H
 
 #include <cstddef>
 #include <cstdint>
 #include <random>
 
-namespace TalBaseTest
+namespace Support
 {
 
 class Choices
@@ -61,6 +61,6 @@ private:
     std::uint32_t mSeed = 0;
 };
 
-} // namespace TalBaseTest
+} // namespace Support
 
 #endif

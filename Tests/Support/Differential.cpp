@@ -5,7 +5,7 @@
 
 #include <iterator>
 
-namespace TalBaseTest
+namespace Support
 {
 
 namespace
@@ -15,11 +15,6 @@ const std::size_t gLargestState = 1500;
 const std::size_t gLargestFlatState = 6000;
 
 } // namespace
-
-std::wstring Quoted(const std::wstring& iText)
-{
-    return L"\"" + iText + L"\"";
-}
 
 std::wstring Quoted(const DelimiterPair& iPair)
 {
@@ -122,8 +117,8 @@ void Driver::hCompareStates()
 {
     for (std::size_t lIndex = 0; lIndex < gSlots && mDifference.empty(); ++lIndex)
     {
-        const std::wstring lLibrary = DescribeState(*mSlots[lIndex].mBags[Library]);
-        const std::wstring lPlain = DescribeState(*mSlots[lIndex].mBags[PlainSide]);
+        const std::wstring lLibrary = Describe(*mSlots[lIndex].mBags[Library]);
+        const std::wstring lPlain = Describe(*mSlots[lIndex].mBags[PlainSide]);
         mSizes[lIndex] = lPlain.size();
         if (lLibrary != lPlain)
         {
@@ -139,7 +134,7 @@ void Driver::hKeepSmall()
     {
         const PropertyBag& lBag = *mSlots[lIndex].mBags[PlainSide];
         const unsigned int lDepth = DepthOf(lBag);
-        const std::size_t lSize = mLook == Look::AfterEachStep ? mSizes[lIndex] : DescribeState(lBag).size();
+        const std::size_t lSize = mLook == Look::AfterEachStep ? mSizes[lIndex] : Describe(lBag).size();
         if (lDepth > gDeepest || lSize > (lDepth > 2 ? gLargestState : gLargestFlatState))
         {
             mLog += L"(" + std::to_wstring(lIndex) + L" is replaced by an empty one)\n";
@@ -196,4 +191,4 @@ std::string FindDifference(Choices& iChoices, std::size_t iOperations, Look iLoo
     return Driver(iChoices, iLook).FindDifference(iOperations);
 }
 
-} // namespace TalBaseTest
+} // namespace Support

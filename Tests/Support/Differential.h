@@ -1,15 +1,15 @@
 // Does the same random operations on bags of the library and on bags of the plain implementation, and says where the
 // two can be told apart: by a result, an exception's class or text, or the state of any live bag afterwards.
 
-#ifndef TALBASE_TESTS_SUPPORT_DIFFERENTIAL_H
-#define TALBASE_TESTS_SUPPORT_DIFFERENTIAL_H
+#ifndef TESTS_SUPPORT_DIFFERENTIAL_H
+#define TESTS_SUPPORT_DIFFERENTIAL_H
 
 #include "Tests/Support/Choices.h"
 
 #include <cstddef>
 #include <string>
 
-namespace TalBaseTest
+namespace Support
 {
 
 // When the states of all live bags are compared. Looking at a bag may hide what it forgot to bring up to date, so a
@@ -24,6 +24,6 @@ enum class Look
 // point where they did before.
 std::string FindDifference(Choices& iChoices, std::size_t iOperations, Look iLook = Look::AfterEachStep);
 
-} // namespace TalBaseTest
+} // namespace Support
 
 #endif

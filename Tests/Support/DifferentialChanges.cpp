@@ -7,7 +7,7 @@
 #include <cwchar>
 #include <memory>
 
-namespace TalBaseTest
+namespace Support
 {
 
 void Driver::hSetPlain()
@@ -290,4 +290,4 @@ void Driver::hMakeKeeper()
     });
 }
 
-} // namespace TalBaseTest
+} // namespace Support

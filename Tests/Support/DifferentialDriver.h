@@ -2,8 +2,8 @@
 // of which take another pair, a text or a word as well. Nests are shared: a pair may be the nests of another, or hold
 // the same nests as its clone.
 
-#ifndef TALBASE_TESTS_SUPPORT_DIFFERENTIALDRIVER_H
-#define TALBASE_TESTS_SUPPORT_DIFFERENTIALDRIVER_H
+#ifndef TESTS_SUPPORT_DIFFERENTIALDRIVER_H
+#define TESTS_SUPPORT_DIFFERENTIALDRIVER_H
 
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/Differential.h"
@@ -13,7 +13,7 @@
 #include <functional>
 #include <string>
 
-namespace TalBaseTest
+namespace Support
 {
 
 class Driver
@@ -118,7 +118,6 @@ private:
 };
 
 // For the log.
-std::wstring Quoted(const std::wstring& iText);
 std::wstring Quoted(const DelimiterPair& iPair);
 
 // A bag of the other kind says the same.
@@ -127,6 +126,6 @@ inline Side OtherSide(Side iSide)
     return iSide == Library ? PlainSide : Library;
 }
 
-} // namespace TalBaseTest
+} // namespace Support
 
 #endif

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <vector>
 
-namespace TalBaseTest
+namespace Support
 {
 
 namespace
@@ -129,7 +129,7 @@ void Driver::hGetAtPosition()
         lText += L" " + Outcome([&] { return std::wstring(lBag.GetName(lIndex)); });
         lText += L" " + Outcome([&] { return std::wstring(lBag.GetValue(lIndex)); });
         lText += L" " + Outcome([&] { return YesOrNo(lBag.IsEmbedded(lIndex)); });
-        lText += L" " + Outcome([&] { return DescribeState(*lBag.GetValuePropertyBag(lIndex)); });
+        lText += L" " + Outcome([&] { return Describe(*lBag.GetValuePropertyBag(lIndex)); });
         lText += L" " + DescribeView(iSide, lBag, lIndex);
         return lText + L" " + Outcome([&] { return DescribeBelow(lBag, lIndex); });
     });
@@ -170,7 +170,7 @@ void Driver::hGetNest()
     const std::wstring lName = hName();
     hTry(L"IsPropertyEmbedded, GetPropertyBag " + Quoted(lName), [&](Side iSide) {
         return YesOrNo(hBag(iSide).IsPropertyEmbedded(lName.c_str())) + L" " +
-               DescribeState(*hBag(iSide).GetPropertyBag(lName.c_str()));
+               Describe(*hBag(iSide).GetPropertyBag(lName.c_str()));
     });
 }
 
@@ -262,4 +262,4 @@ void Driver::hCompareAltered()
          });
 }
 
-} // namespace TalBaseTest
+} // namespace Support

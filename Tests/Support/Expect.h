@@ -4,41 +4,16 @@
 #define TESTS_SUPPORT_EXPECT_H
 
 #include "QBase/Message.h"
-#include "QBase/ReturnWString.h"
+#include "Tests/Support/Text.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <exception>
-#include <string>
 #include <string_view>
 #include <typeinfo>
 
 namespace Support
 {
-
-inline std::wstring Text(const QBase::ReturnWString& iText)
-{
-    return std::wstring(iText.c_str(), iText.GetLength());
-}
-
-// Returns a text as a person wants to read it in a failure report: printable ASCII as it is, the rest by code.
-inline std::string Readable(std::wstring_view iText)
-{
-    std::string lResult = "\"";
-    for (const wchar_t lCharacter : iText)
-    {
-        if (lCharacter >= L' ' && lCharacter <= L'~')
-        {
-            lResult += static_cast<char>(lCharacter);
-            continue;
-        }
-        char lCode[16];
-        std::snprintf(lCode, sizeof lCode, "<U+%04lX>", static_cast<unsigned long>(lCharacter));
-        lResult += lCode;
-    }
-    return lResult + '"';
-}
 
 // Compares a thrown message with class, text, domain and ID. iText is the whole text.
 template <class C>

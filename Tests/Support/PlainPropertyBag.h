@@ -2,8 +2,8 @@
 // depth of nesting. The library's own implementation must not differ from it in anything but speed; the differential
 // tests and the fuzzers compare the two.
 
-#ifndef TALBASE_TESTS_SUPPORT_PLAINPROPERTYBAG_H
-#define TALBASE_TESTS_SUPPORT_PLAINPROPERTYBAG_H
+#ifndef TESTS_SUPPORT_PLAINPROPERTYBAG_H
+#define TESTS_SUPPORT_PLAINPROPERTYBAG_H
 
 #include "QSynch/AtomicLong.h"
 #include "TalBase/PropertyBag.h"

@@ -3,7 +3,7 @@
 #ifndef TESTS_SUPPORT_READBACK_H
 #define TESTS_SUPPORT_READBACK_H
 
-#include "TalBase/PropertyBag.h"
+#include "Tests/Support/Describe.h"
 
 #include <stdexcept>
 #include <string>
@@ -16,12 +16,11 @@ namespace Support
 // Plain properties come first, as in a text. A delimiter that is given stands for the bags' own.
 inline std::wstring DescribeWritten(const QTalBase::PropertyBag& iBag, const wchar_t* ipBegin, const wchar_t* ipEnd)
 {
-    using Held = QBase::SmartPtrI<QTalBase::PropertyBag>;
     std::wstring lText;
     const auto lAdd = [&](std::wstring_view iPart) {
         lText.append(std::to_wstring(iPart.size())).append(L":").append(iPart);
     };
-    std::vector<Held> lNests;
+    std::vector<BagPtr> lNests;
     const auto lAddBag = [&](const QTalBase::PropertyBag& iEach) {
         lAdd(ipBegin != nullptr ? ipBegin : iEach.GetBeginDelimiter());
         lAdd(ipEnd != nullptr ? ipEnd : iEach.GetEndDelimiter());
@@ -41,7 +40,7 @@ inline std::wstring DescribeWritten(const QTalBase::PropertyBag& iBag, const wch
     lAddBag(iBag);
     while (!lNests.empty())
     {
-        const Held lNest = lNests.back();
+        const BagPtr lNest = lNests.back();
         lNests.pop_back();
         lAddBag(*lNest);
     }
@@ -54,10 +53,10 @@ inline bool ReadsBack(const QTalBase::PropertyBag& iBag, bool iWithMetadata, con
     try
     {
         const QBase::ReturnWString lText = iBag.GetString(iWithMetadata, ipBegin, ipEnd, true);
-        const QBase::SmartPtrI<QTalBase::PropertyBag> lRead(
-            iWithMetadata ? QTalBase::CreatePropertyBag(lText.c_str())
-                          : QTalBase::CreatePropertyBag(ipBegin != nullptr ? ipBegin : iBag.GetBeginDelimiter(),
-                                                        ipEnd != nullptr ? ipEnd : iBag.GetEndDelimiter()));
+        const BagPtr lRead(iWithMetadata
+                               ? QTalBase::CreatePropertyBag(lText.c_str())
+                               : QTalBase::CreatePropertyBag(ipBegin != nullptr ? ipBegin : iBag.GetBeginDelimiter(),
+                                                             ipEnd != nullptr ? ipEnd : iBag.GetEndDelimiter()));
         if (!iWithMetadata)
         {
             lRead->AddString(lText.c_str());

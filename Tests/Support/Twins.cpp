@@ -7,51 +7,14 @@
 #include <algorithm>
 #include <stdexcept>
 #include <typeinfo>
-#include <vector>
 
-namespace TalBaseTest
+namespace Support
 {
 
 using QTalBase::PropertyBag;
 
 namespace
 {
-
-// A bag on the way down, and which of its entries comes next.
-struct Place
-{
-    BagPtr mBag; // null for the bag that was asked about, whose reference count may be 0
-    const PropertyBag* mLooked;
-    unsigned int mNext;
-    unsigned int mCount;
-};
-
-// Visits a bag and its nests from the outside in, without recursion: texts can nest deeper than a stack.
-template <class Enter, class Visit, class Leave>
-void Walk(const PropertyBag& iBag, const Enter& iEnter, const Visit& iVisit, const Leave& iLeave)
-{
-    std::vector<Place> lPlaces;
-    lPlaces.push_back({nullptr, &iBag, 0, iBag.GetCount()});
-    iEnter(iBag);
-    while (!lPlaces.empty())
-    {
-        Place& lPlace = lPlaces.back();
-        if (lPlace.mNext == lPlace.mCount)
-        {
-            lPlaces.pop_back();
-            iLeave();
-            continue;
-        }
-        const unsigned int lIndex = lPlace.mNext++;
-        iVisit(*lPlace.mLooked, lIndex);
-        if (lPlace.mLooked->IsEmbedded(lIndex))
-        {
-            const BagPtr lNest = lPlace.mLooked->GetValuePropertyBag(lIndex);
-            iEnter(*lNest);
-            lPlaces.push_back({lNest, lNest.get(), 0, lNest->GetCount()});
-        }
-    }
-}
 
 template <class Bag>
 class Keeper : public Bag
@@ -112,33 +75,12 @@ bool IsKeeper(const PropertyBag& iBag)
     return dynamic_cast<const LibraryKeeper*>(&iBag) != nullptr || dynamic_cast<const PlainKeeper*>(&iBag) != nullptr;
 }
 
-std::wstring DescribeState(const PropertyBag& iBag)
-{
-    std::wstring lText;
-    Walk(
-        iBag,
-        [&lText](const PropertyBag& iEntered) {
-            lText += std::wstring(L"{") + iEntered.GetBeginDelimiter() + L"|" + iEntered.GetEndDelimiter() + L"|" +
-                     std::to_wstring(iEntered.GetCount()) + L"|";
-        },
-        [&lText](const PropertyBag& iVisited, unsigned int iIndex) {
-            lText += iVisited.GetName(iIndex).c_str();
-            lText += L"=";
-            if (!iVisited.IsEmbedded(iIndex))
-            {
-                lText += L"\"" + std::wstring(iVisited.GetValue(iIndex).c_str()) + L"\"";
-            }
-        },
-        [&lText] { lText += L"}"; });
-    return lText;
-}
-
 unsigned int DepthOf(const PropertyBag& iBag)
 {
     unsigned int lDepth = 0;
     unsigned int lDeepest = 0;
     Walk(
-        iBag, [&](const PropertyBag&) { lDeepest = std::max(lDeepest, lDepth++); },
+        iBag, [&](const PropertyBag&, const PropertyBag*) { lDeepest = std::max(lDeepest, lDepth++); },
         [](const PropertyBag&, unsigned int) {}, [&] { --lDepth; });
     return lDeepest;
 }
@@ -147,7 +89,8 @@ std::size_t CountAll(const PropertyBag& iBag)
 {
     std::size_t lCount = 0;
     Walk(
-        iBag, [](const PropertyBag&) {}, [&](const PropertyBag&, unsigned int) { ++lCount; }, [] {});
+        iBag, [](const PropertyBag&, const PropertyBag*) {}, [&](const PropertyBag&, unsigned int) { ++lCount; },
+        [] {});
     return lCount;
 }
 
@@ -168,4 +111,4 @@ std::wstring Outcome(const std::function<std::wstring()>& iOperation)
     }
 }
 
-} // namespace TalBaseTest
+} // namespace Support

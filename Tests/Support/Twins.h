@@ -1,19 +1,16 @@
 // Two bags that must be told apart by nothing: one of the library, one of the plain implementation.
 
-#ifndef TALBASE_TESTS_SUPPORT_TWINS_H
-#define TALBASE_TESTS_SUPPORT_TWINS_H
+#ifndef TESTS_SUPPORT_TWINS_H
+#define TESTS_SUPPORT_TWINS_H
 
-#include "QBase/SmartPtrI.h"
-#include "TalBase/PropertyBag.h"
+#include "Tests/Support/Describe.h"
 
 #include <array>
 #include <functional>
 #include <string>
 
-namespace TalBaseTest
+namespace Support
 {
-
-using BagPtr = QBase::SmartPtrI<QTalBase::PropertyBag>;
 
 enum Side
 {
@@ -36,9 +33,6 @@ BagPtr MakeBag(Side iSide, const std::wstring& iText);
 BagPtr MakeKeeper(Side iSide, bool iKeepsValues, bool iKeepsNests);
 bool IsKeeper(const QTalBase::PropertyBag& iBag);
 
-// The whole state of a bag: its delimiters, names and values as they are stored, and its nests.
-std::wstring DescribeState(const QTalBase::PropertyBag& iBag);
-
 // How many levels of nests a bag has, and how many properties and nests at all of them.
 unsigned int DepthOf(const QTalBase::PropertyBag& iBag);
 std::size_t CountAll(const QTalBase::PropertyBag& iBag);
@@ -46,6 +40,6 @@ std::size_t CountAll(const QTalBase::PropertyBag& iBag);
 // What one side answers: a result, or an exception's class and text. Exceptions that no operation promises pass on.
 std::wstring Outcome(const std::function<std::wstring()>& iOperation);
 
-} // namespace TalBaseTest
+} // namespace Support
 
 #endif

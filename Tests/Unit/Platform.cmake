@@ -8,7 +8,7 @@ set_target_properties(PlatformAsCxx17 PROPERTIES CXX_STANDARD 17 CXX_STANDARD_RE
 target_link_libraries(PlatformAsCxx17 PRIVATE ${lPlatform} GTest::gtest)
 talbase_warnings(PlatformAsCxx17)
 
-talbase_test(PlatformTests
+talbase_test(PlatformTest
     SOURCES
         QBaseAtomicTest.cpp
         QBaseConvertTest.cpp
@@ -31,11 +31,11 @@ talbase_test(PlatformTests
         $<TARGET_OBJECTS:PlatformAsCxx17>
     LINK ${lPlatform} ${CMAKE_DL_LIBS})
 
-talbase_test(PlatformThreadTests
+talbase_test(PlatformThreadsTest
     SOURCES QBaseModuleMainPtrThreadsTest.cpp QBaseReferenceCountedThreadsTest.cpp
     LINK ${lPlatform}
     LABELS threads)
 
-talbase_test(PlatformRandomSourceTests SOURCES QBaseGuidRandomSourceTest.cpp LINK ${lPlatform})
+talbase_test(GuidRandomSourceTest SOURCES QBaseGuidRandomSourceTest.cpp LINK ${lPlatform})
 
-talbase_test(PlatformAllocationTests SOURCES QAllocationFailureTest.cpp ../Support/FailingNew.cpp LINK ${lPlatform})
+talbase_test(PlatformAllocationTest SOURCES QAllocationFailureTest.cpp ../Support/FailingNew.cpp LINK ${lPlatform})

@@ -1,5 +1,6 @@
 #include "TalBase/PropertyBags.h"
 
+#include "Tests/Support/Describe.h"
 #include "Tests/Support/Expect.h"
 #include "Tests/Support/RecordingStreams.h"
 #include "Tests/Support/ScriptedStream.h"
@@ -27,7 +28,7 @@ using Support::StreamFailure;
 using Support::TracedBag;
 using Support::Untouched;
 
-using BagPtr = SmartPtrI<PropertyBag>;
+using Support::BagPtr;
 using BagsPtr = SmartPtrI<PropertyBags>;
 
 const std::vector<Answer> gThreeEntries = {3U,

@@ -1,6 +1,7 @@
 #include "TalBase/PropertyBags.h"
 
 #include "TalBase/PrivateSource/PropertyBagsImpl.h"
+#include "Tests/Support/Describe.h"
 #include "Tests/Support/Expect.h"
 #include "Tests/Support/TracedBag.h"
 
@@ -22,7 +23,7 @@ using QTalBase::PropertyBagUserErrorException;
 using Support::CallLog;
 using Support::TracedBag;
 
-using BagPtr = SmartPtrI<PropertyBag>;
+using Support::BagPtr;
 using BagsPtr = SmartPtrI<PropertyBags>;
 
 const wchar_t* const gNameOutOfRange = L"QTalBase::PropertyBagsImpl::GetName; index is out of range";

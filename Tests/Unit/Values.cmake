@@ -19,25 +19,32 @@ if(TALBASE_LOCALEDEF)
     endif()
 endif()
 
-talbase_test(TestValues
+talbase_test(DeliveryWindowTest
+    SOURCES DeliveryWindowBagTest.cpp DeliveryWindowTest.cpp ../Support/ScriptedStream.cpp
+    LINK TalBase::TalBase Q8::Stream)
+talbase_test(GoldenBagsTest
+    SOURCES GoldenBagsTest.cpp ../Support/ScriptedStream.cpp
+    LINK TalBase::TalBase Q8::Stream)
+talbase_test(GuidTest SOURCES GuidTest.cpp LINK TalBase::TalBase)
+talbase_test(PropertyBagHelpersTest
+    SOURCES PropertyBagHelpersLocaleTest.cpp PropertyBagHelpersTest.cpp
+    LINK TalBase::TalBase
+    DEFINITIONS TALBASE_TEST_LOCALES="${lLocales}" TALBASE_TEST_HAS_COMMA_LOCALE=${lHasCommaLocale})
+talbase_test(PropertyBagsTest
+    SOURCES PropertyBagsStreamTest.cpp PropertyBagsTest.cpp ../Support/ScriptedStream.cpp
+    LINK TalBase::TalBase Q8::Stream)
+talbase_test(SensitiveNamesTest SOURCES SensitiveNamesTest.cpp LINK TalBase::TalBase)
+talbase_test(SerializableStringCollectionTest
+    SOURCES SerializableStringCollectionTest.cpp ../Support/ScriptedStream.cpp
+    LINK TalBase::TalBase Q8::Stream)
+talbase_test(SerializationTemplatesTest
     SOURCES
-        DeliveryWindowBagTest.cpp
-        DeliveryWindowTest.cpp
-        GoldenBagsTest.cpp
-        GuidTest.cpp
-        PropertyBagHelpersLocaleTest.cpp
-        PropertyBagHelpersTest.cpp
-        PropertyBagsStreamTest.cpp
-        PropertyBagsTest.cpp
         PropertyBagSerializationTest.cpp
-        SensitiveNamesTest.cpp
-        SerializableStringCollectionTest.cpp
         SerializationTemplatesClientTest.cpp
         SerializationTemplatesEntryTest.cpp
         SerializationTemplatesTest.cpp
         ../Support/ScriptedStream.cpp
-    LINK TalBase::TalBase Q8::Stream
-    DEFINITIONS TALBASE_TEST_LOCALES="${lLocales}" TALBASE_TEST_HAS_COMMA_LOCALE=${lHasCommaLocale})
+    LINK TalBase::TalBase Q8::Stream)
 
 # What clients build into their own programs, in both language versions that they may use. talbase_test asks for C++20.
 foreach(lVersion IN ITEMS 17 20)
