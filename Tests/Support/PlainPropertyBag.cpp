@@ -79,6 +79,49 @@ void AppendRun(BufferedWString& iBuffer, const std::wstring& iText, std::size_t 
     }
 }
 
+std::wstring AsText(const QBase::ReturnWString& iText)
+{
+    return std::wstring(iText.c_str(), iText.GetLength());
+}
+
+// Comparing asks both bags by calls, which derived classes answer. A value is compared as it is stored with what
+// reading the other one's property gives.
+bool IsEqualIn(const PropertyBag& iOther, const PropertyBag& iBag, unsigned int iIndex)
+{
+    const std::wstring lName = AsText(iBag.GetName(iIndex));
+    const std::wstring lRead = AsText(iOther.GetProperty(lName.c_str()));
+    const bool lIsNest = iBag.IsEmbedded(iIndex);
+    if (iOther.IsPropertyEmbedded(lName.c_str()) != lIsNest)
+    {
+        return false;
+    }
+    if (lIsNest)
+    {
+        const QBase::SmartPtrI<PropertyBag> lNest = iOther.GetPropertyBag(lName.c_str());
+        return *lNest == *iBag.GetValuePropertyBag(iIndex);
+    }
+    return AsText(iBag.GetValue(iIndex)) == lRead;
+}
+
+// Here both sides are asked by name, and both values are read.
+bool IsContainedIn(const PropertyBag& iBag, const PropertyBag& iSubset, unsigned int iIndex)
+{
+    const std::wstring lName = AsText(iSubset.GetName(iIndex));
+    const wchar_t* lAsked = lName.c_str();
+    const bool lHasNest = iBag.IsPropertyEmbedded(lAsked);
+    if (lHasNest != iSubset.IsPropertyEmbedded(lAsked))
+    {
+        return false;
+    }
+    if (iSubset.IsEmbedded(iIndex))
+    {
+        const QBase::SmartPtrI<PropertyBag> lNest = iBag.GetPropertyBag(lAsked);
+        return lNest->IsSubset(iSubset.GetPropertyBag(lAsked).get());
+    }
+    const std::wstring lValue = AsText(iBag.GetProperty(lAsked));
+    return lValue == AsText(iSubset.GetProperty(lAsked));
+}
+
 } // namespace
 
 PlainPropertyBag::PlainPropertyBag() : mBeginDelimiter(BEGIN), mEndDelimiter(END), mRefCount(0) {}
@@ -364,31 +407,12 @@ bool PlainPropertyBag::operator==(const PropertyBag& iOther) const
     {
         return false;
     }
-    for (unsigned int lIndex = 0; lIndex < lCount; ++lIndex)
+    unsigned int lEqual = 0;
+    while (lEqual < lCount && IsEqualIn(iOther, *this, lEqual))
     {
-        const QBase::ReturnWString lName = GetName(lIndex);
-        const QBase::ReturnWString lOtherValue = iOther.GetProperty(lName.c_str());
-        const bool lIsOtherEmbedded = iOther.IsPropertyEmbedded(lName.c_str());
-        const bool lIsEmbedded = IsEmbedded(lIndex);
-        if (lIsOtherEmbedded != lIsEmbedded)
-        {
-            return false;
-        }
-        if (lIsEmbedded)
-        {
-            const QBase::SmartPtrI<PropertyBag> lOtherBag = iOther.GetPropertyBag(lName.c_str());
-            const QBase::SmartPtrI<PropertyBag> lBag = GetValuePropertyBag(lIndex);
-            if (!lOtherBag->operator==(*lBag))
-            {
-                return false;
-            }
-        }
-        else if (std::wstring_view(GetValue(lIndex)) != std::wstring_view(lOtherValue))
-        {
-            return false;
-        }
+        ++lEqual;
     }
-    return true;
+    return lEqual == lCount;
 }
 
 bool PlainPropertyBag::IsSubset(const PropertyBag* ipSubset) const
@@ -398,29 +422,12 @@ bool PlainPropertyBag::IsSubset(const PropertyBag* ipSubset) const
     {
         return false;
     }
-    for (unsigned int lIndex = 0; lIndex < lCount; ++lIndex)
+    unsigned int lContained = 0;
+    while (lContained < lCount && IsContainedIn(*this, *ipSubset, lContained))
     {
-        const QBase::ReturnWString lName = ipSubset->GetName(lIndex);
-        if (IsPropertyEmbedded(lName.c_str()) != ipSubset->IsPropertyEmbedded(lName.c_str()))
-        {
-            return false;
-        }
-        if (ipSubset->IsEmbedded(lIndex))
-        {
-            const QBase::SmartPtrI<PropertyBag> lBag = GetPropertyBag(lName.c_str());
-            const QBase::SmartPtrI<PropertyBag> lSubset = ipSubset->GetPropertyBag(lName.c_str());
-            if (!lBag->IsSubset(lSubset.get()))
-            {
-                return false;
-            }
-        }
-        else if (std::wstring_view(GetProperty(lName.c_str())) !=
-                 std::wstring_view(ipSubset->GetProperty(lName.c_str())))
-        {
-            return false;
-        }
+        ++lContained;
     }
-    return true;
+    return lContained == lCount;
 }
 
 void PlainPropertyBag::ChangeDelimiters(const wchar_t* ipBegin, const wchar_t* ipEnd)
