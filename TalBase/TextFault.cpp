@@ -1,9 +1,11 @@
 // Looks for what a bag's text would not give back, without the text.
 //
-// That a fault of one property is one of the whole text holds because what breaks the rule for names and values can
-// come from no text with these delimiters, and because a text that is cut where it was written gives what was written.
-// Where a text may be read with other delimiters, or a value be one that is escaped while it is read, a bag may come
-// back by chance from a text that is cut elsewhere: only there a fault is doubtful, and the text is written and read.
+// Where every name and value keeps the rule of TextRule.h, the text is cut where it was written, and the bag comes
+// back. One that breaks the rule comes from no text with these delimiters, so then the bag does not come back.
+//
+// Two kinds of text are doubtful: one that may be read with other delimiters than it was written with, and one whose
+// values may be escaped while they are read. There a bag may come back by chance, from a text that is cut elsewhere; so
+// a fault is believed only when the text, written and read, shows it.
 
 #include "TalBase/PrivateSource/BagState.h"
 #include "TalBase/PrivateSource/NameTable.h"
@@ -287,11 +289,22 @@ private:
         return 0;
     }
 
-    // Mostly the first name decides; where it and the delimiter behind it are too short for that, the text does.
+    // Mostly the first name decides; where it and the delimiter behind it are too short for that, the text does. One
+    // that cannot be written, for a nest's delimiters, begins with nothing: these are then told.
     bool hBeginsLikeHeader() const
     {
-        return mBag.GetCount() != 0 && mRule.MayBeginLikeHeader(mBag.GetName(hFindFirst())) &&
-               std::wstring_view(hText()).substr(0, gHeaderEndWord.size()) == gHeaderEndWord;
+        if (mBag.GetCount() == 0 || !mRule.MayBeginLikeHeader(mBag.GetName(hFindFirst())))
+        {
+            return false;
+        }
+        try
+        {
+            return std::wstring_view(hText()).substr(0, gHeaderEndWord.size()) == gHeaderEndWord;
+        }
+        catch (const PropertyBagException&)
+        {
+            return false;
+        }
     }
 
     QBase::ReturnWString hText() const

@@ -27,6 +27,6 @@ talbase_test(TextCheckTest SOURCES TextCheckTest.cpp LINK TalBase::TalBase)
 talbase_test(BufferedWStringTest
     SOURCES BufferedWStringTest.cpp ../Support/FailingNew.cpp
     LINK TalBase::TalBase)
-talbase_test(TextFaultTest SOURCES TextFaultTest.cpp LINK TalBase::TalBase)
+talbase_test(TextFaultTest SOURCES TextFaultTest.cpp LINK TalBase::TalBase Q8::Stream)
 talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
 talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)

@@ -2,6 +2,7 @@
 
 #include "TalBase/TextCheck.h"
 
+#include "QSerialization/MemoryDataStream.h"
 #include "TalBase/Initializer.h"
 #include "TalBase/PropertyBag.h"
 #include "Tests/Support/ForeignBag.h"
@@ -160,6 +161,21 @@ TEST(TextFault, OfAFirstNameLikeAHeader)
 }
 
 // What is taken for a header happens to be one, and what follows it to be the bag.
+// Its text cannot be written, so it does not begin like a header either; the nest is to blame.
+TEST(TextFault, OfAFirstNameLikeAHeaderBeforeANestThatCannotBeWritten)
+{
+    const BagPtr lBag = Read(L"EndDelimiter++++1***n++++k++++v******");
+    QSerialization::MemoryWriteDataStream lWritten;
+    for (const wchar_t* lText : {L"x", L"x", L""})
+    {
+        lWritten.WriteWString(lText);
+    }
+    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    EXPECT_THROW(lBag->GetPropertyBag(L"n")->DeSerialize(lStream), QTalBase::PropertyBagException);
+    EXPECT_EQ(WithoutHeader(*lBag), L"delimiters different: n [1]");
+    EXPECT_EQ(WithHeader(*lBag), L"delimiters different: n [1]");
+}
+
 TEST(TextFault, OfAFirstNameThatComesBackByChance)
 {
     const BagPtr lBag = Made(L"EndDelimiter", L"v", L"#BeginDelimiter=#EndDelimiter=v#", L"$");
