@@ -6,14 +6,8 @@ find_program(TALBASE_LAYOUT_CLANG NAMES clang++-14 clang++ DOC "The clang that p
 if(TALBASE_LAYOUT_CLANG)
     add_test(NAME Layout.VirtualTablesEqualGoldenFile
         COMMAND ${lTables} golden ${TALBASE_LAYOUT_CLANG} ${lIncludes})
-    add_test(NAME Layout.VirtualSlotsDocumentIsUpToDate
-        COMMAND ${lTables} document ${TALBASE_LAYOUT_CLANG} ${lIncludes})
-    # They start a compiler of this machine, whatever machine the tests are built for.
-    set_tests_properties(Layout.VirtualTablesEqualGoldenFile Layout.VirtualSlotsDocumentIsUpToDate
-        PROPERTIES LABELS host)
-    add_custom_target(virtual-slots
-        COMMAND ${lTables} write ${TALBASE_LAYOUT_CLANG} ${lIncludes}
-        COMMENT "Writing Docs/VirtualSlots.md" VERBATIM)
+    # It starts a compiler of this machine, whatever machine the tests are built for.
+    set_tests_properties(Layout.VirtualTablesEqualGoldenFile PROPERTIES LABELS host)
 else()
     message(STATUS "No clang++: the tests that read virtual tables by name are left out")
 endif()

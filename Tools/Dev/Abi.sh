@@ -1,10 +1,10 @@
 # Sourced by ../../dev: the word `abi` and the step `abi` of `./dev check`. They compare the interface of the libraries
-# with its record in Docs/abi/, whose README.md says what each file is for.
+# with its record in Tests/Abi/, whose README.md says what each file is for.
 # shellcheck shell=bash
 
-gAbiRecord=Docs/abi
+gAbiRecord=Tests/Abi
 gAbiBuild=build/abi
-gAbiPackages=(g++-12 cmake ninja-build clang-14 clang-format-14 abigail-tools binutils)
+gAbiPackages=(g++-12 cmake ninja-build clang-14 python3 git abigail-tools binutils)
 
 # Builds the libraries as they are released, but with the debug information that abidw reads, and installs them.
 abi_build() {
@@ -45,31 +45,31 @@ abi_types() {
     sed -i -E "s|(<abi-instr [^>]*path=')[^']*/((TalBase\|Platform)/)|\1\2|" "$iFile"
 }
 
-# Writes the public headers without their comments, which promise much but bind no binary.
-abi_headers() {
-    local iFolder=$1 lHeader
-    (cd "$gAbiBuild/installed/include" && find . -name '*.h' -printf '%P\n') | while IFS= read -r lHeader; do
-        mkdir -p "$(dirname "$iFolder/$lHeader")"
-        g++-12 -fpreprocessed -dD -E -P -x c++ "$gAbiBuild/installed/include/$lHeader" |
-            clang-format-14 --style="file:$PWD/.clang-format" >"$iFolder/$lHeader"
-    done
-}
-
 # Writes today's interface into a folder.
 abi_write() {
     local iFolder=$1 lLibrary lName
     rm -rf "$iFolder"
-    mkdir -p "$iFolder/headers"
+    mkdir -p "$iFolder"
     for lLibrary in $(abi_libraries); do
         lName=$(basename "$lLibrary" .so)
         abi_exports "$lLibrary" >"$iFolder/$lName.exports"
         abi_types "$lLibrary" "$iFolder/$lName.abi"
     done
-    abi_headers "$iFolder/headers"
+    Tools/Abi/headers.py "$gAbiBuild/installed/include" >"$iFolder/headers.sums"
+}
+
+# Shows how the headers differ whose sums differ, from when the sums were recorded.
+abi_show_headers() {
+    local lRecorded lHeader
+    lRecorded=$(git log -1 --format=%h -- "$gAbiRecord/headers.sums")
+    awk 'NR == FNR { gSums[$2] = $1; next } $1 != gSums[$2] { print $2 }' "$gAbiRecord/headers.sums" "$1" |
+        while IFS= read -r lHeader; do
+            show git --no-pager diff "$lRecorded" -- "$lHeader" "Platform/$lHeader"
+        done
 }
 
 abi_slots() {
-    show Tests/Contract/VirtualTables.sh "$1" clang++-14 "$PWD" "$PWD/Platform"
+    show Tests/Contract/VirtualTables.sh golden clang++-14 "$PWD" "$PWD/Platform"
 }
 
 # Every class whose virtual table is exported is among those whose slots are recorded. All ExceptionImpl<T> have the
@@ -77,7 +77,7 @@ abi_slots() {
 abi_slots_complete() {
     local lClass lMissing=0
     while IFS= read -r lClass; do
-        if ! grep -q -x "## $lClass" Docs/VirtualSlots.md; then
+        if ! grep -q -x "$lClass" Tests/Golden/Layout/VirtualSlots.txt; then
             echo "Tests/Contract/VirtualTables.cpp does not probe $lClass, whose virtual table is exported"
             lMissing=1
         fi
@@ -98,10 +98,13 @@ abi_old_client() {
 abi_compare() {
     local iToday=$1 lFile
     gDifferences=()
-    show diff -u -r --exclude=README.md --exclude=baseline --exclude='*.abi' "$gAbiRecord" "$iToday" ||
-        gDifferences+=("exports or headers")
-    abi_slots document || gDifferences+=("virtual slots")
-    abi_slots golden || gDifferences+=("virtual slots written by hand")
+    show diff -u -r --exclude=README.md --exclude=baseline --exclude='*.abi' --exclude=headers.sums "$gAbiRecord" \
+        "$iToday" || gDifferences+=("exports")
+    if ! show diff -u "$gAbiRecord/headers.sums" "$iToday/headers.sums"; then
+        abi_show_headers "$iToday/headers.sums"
+        gDifferences+=("headers: default arguments, inline functions, macros or declarations")
+    fi
+    abi_slots || gDifferences+=("virtual slots")
     abi_slots_complete "$iToday" || gDifferences+=("classes without recorded slots")
     for lFile in "$gAbiRecord"/*.abi; do
         # Any status but 0: a changed interface is 4, an incompatible one 12, and each is a difference.
@@ -127,16 +130,16 @@ abi_accept() {
     local iBaseline=$1
     abi_build
     abi_write "$gAbiBuild/today"
-    rm -rf "${gAbiRecord:?}"/*.exports "$gAbiRecord"/*.abi "$gAbiRecord/headers"
+    rm -rf "${gAbiRecord:?}"/*.exports "$gAbiRecord"/*.abi
     cp -r "$gAbiBuild/today/." "$gAbiRecord"
-    abi_slots write
     if [[ $iBaseline == yes ]]; then
         rm -rf "$gAbiRecord/baseline"
         mkdir "$gAbiRecord/baseline"
-        cp -r "$gAbiRecord/headers" Tests/Consumer/Client.cpp "$gAbiRecord/baseline"
+        cp -r "$gAbiBuild/installed/include" "$gAbiRecord/baseline/headers"
+        cp Tests/Consumer/Client.cpp "$gAbiRecord/baseline"
     fi
-    echo "abi: written; read the difference before it is committed: git diff --stat Docs"
-    abi_slots golden || echo "abi: Tests/Golden/Layout/VirtualSlots.txt is written by hand, and needs the same change"
+    echo "abi: written; read the difference before it is committed: git diff --stat $gAbiRecord"
+    abi_slots || echo "abi: Tests/Golden/Layout/VirtualSlots.txt is written by hand, and needs the same change"
     abi_old_client || echo "abi: hosts would break; a new major version gives them up: ./dev abi --accept --break"
 }
 

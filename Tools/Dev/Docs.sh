@@ -1,7 +1,7 @@
 # Sourced by ../../dev: the documents, for those who use the library.
 # shellcheck shell=bash
 
-gDocsPackages=(doxygen graphviz)
+gDocsPackages=(doxygen graphviz clang-14)
 
 # What the documents tell of other libraries is compiled with them; that of JSON also comes with the tool.
 # shellcheck disable=SC2034 # for ./dev check
@@ -14,6 +14,7 @@ build_html() {
     lVersion=$(sed -n 's/^project(TalBase VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
     rm -rf "$lFolder"
     mkdir -p "$lFolder"
+    show Tests/Contract/VirtualTables.sh page clang++-14 "$PWD" "$PWD/Platform" >"$lFolder/VirtualSlots.md"
     show env TALBASE_VERSION="$lVersion" doxygen Docs/Doxyfile 2>&1 | tee "$lFolder/said" >&2
     if grep -q -v '^+ ' "$lFolder/said"; then
         echo "build_html: Doxygen is to say nothing" >&2
@@ -25,7 +26,7 @@ word_docs() {
     # shellcheck disable=SC2154 # dev has the first list
     require_packages "${gTestPackages[@]}" "${gDocsPackages[@]}"
     show cmake --preset release
-    show cmake --build --preset release --target virtual-slots shown-code
+    show cmake --build --preset release --target shown-code
     build_html
     echo "The pages begin at build/docs/html/index.html" >&2
 }
