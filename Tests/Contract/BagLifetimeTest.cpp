@@ -159,6 +159,20 @@ TEST(BagLifetime, FactoryResultMayBeDeletedByItsCreator)
     EXPECT_EQ(Leaked([] { delete QTalBase::CreateBufferedWString(10, 3); }), 0);
 }
 
+TEST(BagLifetime, BagOnWhichNobodyHasAReferenceIsMergedAndStays)
+{
+    EXPECT_EQ(Leaked([] {
+                  const BagPtr lBag(QTalBase::CreatePropertyBag());
+                  const std::unique_ptr<PropertyBag> lMerged(QTalBase::CreatePropertyBag());
+                  lMerged->SetProperty(L"k", L"v", false);
+                  lBag->AddPropertyBag(lMerged.get());
+                  lBag->AddPropertyBag(lMerged.get());
+                  EXPECT_EQ(lBag->GetCount(), 1U);
+                  EXPECT_EQ(lMerged->GetCount(), 1U);
+              }),
+              0);
+}
+
 TEST(BagLifetime, ClonesHaveCountZeroAndReleaseWhatTheyShare)
 {
     const BagPtr lBag = NestedBag();

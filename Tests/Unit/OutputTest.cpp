@@ -119,6 +119,14 @@ TEST(Output, TextsAreEscapedForALog)
     EXPECT_EQ(Shown(QBase::ReturnWString(L"a\0b", 3)), R"(a\u{0}b)");
 }
 
+// Only within quotation marks has a character to be told from the mark.
+TEST(Output, TextWithoutQuotesKeepsEveryVisibleCharacter)
+{
+    const std::string lText = "ABCDEFGHIJKLMNOPQRSTUVWXYZ abcdefghijklmnopqrstuvwxyz 0123456789 "
+                              "!\"#$%&'()*+,-./:;<=>?@[]^_`{|}~";
+    EXPECT_EQ(Shown(QBase::ReturnWString(std::wstring(lText.begin(), lText.end()))), lText);
+}
+
 // The first and the last of every range of codes, and their neighbours, which are shown.
 TEST(Output, CodesThatAreEscapedForALog)
 {

@@ -2,6 +2,9 @@
 
 #include "TalBase/PropertyBag.h"
 
+#include "QBase/Convert.h"
+#include "TalBase/PrivateSource/PropertyBagImpl.h"
+
 #include "Tests/Support/BagBuilder.h"
 #include "Tests/Support/BagGenerator.h"
 #include "Tests/Support/Describe.h"
@@ -152,6 +155,20 @@ TEST(PropertyBag, GetStringWithoutSensitiveInfoMatchesTheNameExactly)
                             .Set(L"", L"6");
     EXPECT_EQ(WithoutSensitiveInfo(lBag), L"ftpserverpassword++++1***FTPServerPassword2++++2***FTPServerPasswor++++3***"
                                           L" FTPServerPassword++++4***Password++++5***++++6***");
+}
+
+// What a derived class asks that writes a text of its own.
+TEST(PropertyBagImpl, IsSensitivePropertyIsTrueForThePasswordOnly)
+{
+    struct Derived : QTalBase::PropertyBagImpl
+    {
+        using PropertyBagImpl::IsSensitiveProperty;
+    };
+    EXPECT_TRUE(Derived::IsSensitiveProperty(L"FTPServerPassword"));
+    for (const wchar_t* lName : {L"", L"ftpserverpassword", L"FTPServerPassword2", L"FTPServerPasswor"})
+    {
+        EXPECT_FALSE(Derived::IsSensitiveProperty(lName)) << QBase::WideCharToUTF8(lName, true);
+    }
 }
 
 TEST(PropertyBag, GetStringWithoutSensitiveInfoWritesNestedBagsWhole)

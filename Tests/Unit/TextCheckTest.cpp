@@ -284,6 +284,17 @@ TEST(TextCheck, RemarksAreTheSameWhereBagsAreMade)
     EXPECT_EQ(RemarksOn(lText, L"=", L";"), lExpected);
 }
 
+// A header names "=" and "xxn" as "r=" and "xx". So when m is handed on and read again, its k is "nk", and without the
+// value that it had.
+TEST(TextCheck, NestThatIsEmptyOnlyWhenItIsReadAgainIsAnEmptyBag)
+{
+    const std::wstring lText = L"m=kr=xxxnxxn";
+    EXPECT_EQ(RemarksOn(lText, L"=", L"xxn"), "empty bag 'm' at 0");
+    const QBase::SmartPtrI<QTalBase::PropertyBag> lBag(QTalBase::CreatePropertyBag(L"=", L"xxn"));
+    lBag->AddString(lText.c_str());
+    EXPECT_EQ(lBag->GetPropertyBag(L"m")->GetCount(), 0U);
+}
+
 TEST(TextCheck, MillionsOfLevelsAndNamesAreChecked)
 {
     const std::size_t lLevels = 300000;
