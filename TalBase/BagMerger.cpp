@@ -283,8 +283,13 @@ std::uint32_t* BagMerger::hRemove(std::wstring_view iName)
 bool BagMerger::hHasName(std::uint32_t iNumber, std::wstring_view iName) const
 {
     const std::size_t lIndex = iNumber / 2;
-    return iNumber % 2 == 0 ? !mBag.mValues.IsKilled(lIndex) && AreEqualTexts(mBag.mValues.GetName(lIndex), iName)
-                            : !mBag.mNests.IsKilled(lIndex) && AreEqualTexts(mBag.mNests.GetName(lIndex), iName);
+    const bool lIsPlain = iNumber % 2 == 0;
+    if (lIsPlain ? mBag.mValues.IsKilled(lIndex) : mBag.mNests.IsKilled(lIndex))
+    {
+        return false;
+    }
+    // Not equal only where two names have one hash of 32 bits, which is keyed with a secret of the process.
+    return AreEqualTexts(lIsPlain ? mBag.mValues.GetName(lIndex) : mBag.mNests.GetName(lIndex), iName);
 }
 
 void BagMerger::hKill(std::uint32_t iNumber)

@@ -31,6 +31,7 @@ void BagState::hLetNestsGo(BagState*& oDying) noexcept
     {
         BagState* lNest = mNests.Detach(lIndex);
         // The only reference cannot be taken again by anybody else, so it needs no atomic decrement.
+        // Hardly ever true: another thread lets go of the nest between the look at its count and the decrement.
         if (lNest != nullptr && (lNest->mRefCount.mCount.load(std::memory_order_acquire) == 1 || lNest->DropRef()))
         {
             lNest->mNextDying = oDying;

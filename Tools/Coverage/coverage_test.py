@@ -3,7 +3,7 @@
 import unittest
 
 import lines_and_branches
-import unreached
+import reasons
 
 SOURCE = """int Sign(int iValue)
 {
@@ -76,33 +76,43 @@ class LinesAndBranches(unittest.TestCase):
         self.assertEqual([row.split()[0] for row in rows[1:]], ["TalBase/Sign.cpp", "TalBase/", "all"])
 
 
-class Unreached(unittest.TestCase):
-    ENTRY = "file: a.cpp\nline: if (b)\nwhat: never true: b\nwhy: b is a myth\n"
+class Reasons(unittest.TestCase):
+    def gap(self, number, what="never true: b"):
+        return lines_and_branches.Gap("a.cpp", number, "if (b)", what)
 
-    def gap(self, number):
-        return lines_and_branches.Gap("a.cpp", number, "if (b)", "never true: b")
+    def find(self, *lines):
+        return reasons.find("a.cpp", lines)
 
-    def test_entry_excuses_one_gap(self):
-        entries = unreached.parse("# comment\n\n" + self.ENTRY)
-        first, second = self.gap(3), self.gap(9)
-        self.assertEqual(unreached.compare([first], entries), ([first], [], []))
-        self.assertEqual(unreached.compare([first, second], entries), ([first], [second], []))
-        self.assertEqual(unreached.compare([first, second], entries * 2), ([first, second], [], []))
+    def test_reason_above_or_in_the_line_excuses_one_gap(self):
+        for lines in (("a();", "// Never true: b is a myth,", "// as everybody knows.", "if (b)"),
+                      ("a();", "", "", "if (b) // Never true: b is a myth")):
+            found = self.find(*lines)
+            here = self.gap(4)
+            self.assertEqual(reasons.compare([here], found), ([here], [], []))
+            for other in (self.gap(3), self.gap(4), self.gap(4, "never false: b"), self.gap(4, "not run")):
+                self.assertEqual(reasons.compare([here, other], found), ([here], [other], []))
 
-    def test_entry_without_gap_is_out_of_date(self):
-        entries = unreached.parse(self.ENTRY)
-        self.assertEqual(unreached.compare([], entries), ([], [], entries))
+    def test_reasons_of_both_directions(self):
+        found = self.find("// Never true: b is a myth", "// Never false: or is it?", "if (b)")
+        gaps = [self.gap(3), self.gap(3, "never false: b")]
+        self.assertEqual(reasons.compare(gaps, found), (gaps, [], []))
 
-    def test_entry_of_what_is_reached_by_chance_is_never_out_of_date(self):
-        entries = unreached.parse(self.ENTRY.replace("never", "by chance never"))
-        self.assertEqual(unreached.compare([], entries), ([], [], []))
-        self.assertEqual(unreached.compare([self.gap(3)], entries), ([self.gap(3)], [], []))
+    def test_reason_without_gap_is_out_of_date(self):
+        found = self.find("// Never true: b is a myth", "if (b)")
+        self.assertEqual(reasons.compare([], found), ([], [], found))
 
-    def test_entry_needs_a_reason_and_known_keys(self):
-        three = "file: a\nline: b\nwhat: c"
-        for text in (three, three + "\nwhy:  ", three + "\nbecause: d", three + "\nfile: d"):
-            with self.assertRaises(ValueError):
-                unreached.parse(text)
+    def test_what_is_reached_by_chance_may_have_been(self):
+        found = self.find("// Hardly ever true: b is a comet", "if (b)")
+        self.assertEqual(reasons.compare([], found), ([], [], []))
+        self.assertEqual(reasons.compare([self.gap(2)], found), ([self.gap(2)], [], []))
+
+    def test_a_reason_is_needed(self):
+        self.assertEqual(self.find("// Never true:", "if (b)"), [])
+
+    def test_reasons_belong_to_the_file(self):
+        lines = SOURCE[:2] + ["    // Never true: nobody goes below zero"] + SOURCE[2:]
+        result = lines_and_branches.read_file_coverage("TalBase/Sign.cpp", NEVER_NEGATIVE, lines)
+        self.assertEqual(result.reasons, [reasons.Reason("TalBase/Sign.cpp", 4, "never true", False)])
 
 
 if __name__ == "__main__":

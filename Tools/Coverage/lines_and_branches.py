@@ -8,6 +8,8 @@ merged here.
 from collections import defaultdict
 from dataclasses import dataclass, field
 
+import reasons
+
 
 @dataclass(frozen=True, order=True)
 class Gap:
@@ -18,9 +20,6 @@ class Gap:
     line: str
     what: str  # "not run", "never true: CONDITION" or "never false: CONDITION"
 
-    def key(self):
-        return (self.file, self.line, self.what)
-
 
 @dataclass
 class FileCoverage:
@@ -28,6 +27,7 @@ class FileCoverage:
     lines: int = 0
     branches: int = 0  # directions: two for each condition
     gaps: list = field(default_factory=list)
+    reasons: list = field(default_factory=list)
 
     def missed_lines(self):
         return sum(gap.what == "not run" for gap in self.gaps)
@@ -92,7 +92,7 @@ def text_between(lines, place):
 
 def read_file_coverage(name, exported, lines):
     """Judges one file. exported: its part of the export; lines: its source."""
-    result = FileCoverage(name)
+    result = FileCoverage(name, reasons=reasons.find(name, lines))
     segments = exported["segments"]
     for number, count in count_lines(segments).items():
         result.lines += 1

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Prints what the tests reach of TalBase/ and Platform/, and fails where that is not everything or listed as unreachable.
+"""Prints what the tests reach of TalBase/ and Platform/, and fails where that is not everything.
 
-usage: report.py BUILD LIST
+usage: report.py BUILD
 
-BUILD is the folder of the coverage preset after its tests ran; LIST the checked-in list of what cannot be reached.
+BUILD is the folder of the coverage preset after its tests ran. A direction of a branch that nothing can take has its
+reason in the source (see reasons.py).
 """
 
 import json
@@ -12,7 +13,7 @@ import subprocess
 import sys
 
 import lines_and_branches
-import unreached
+import reasons
 
 FOLDERS = ("TalBase/", "Platform/")
 
@@ -64,40 +65,34 @@ def judge(files, root):
     return sorted(judged, key=lambda file: file.name)
 
 
-def summary(files, listed):
-    """Returns the last line: the figures with what is listed taken as reached, and without."""
-    def share(title, total, missed, excused):
-        return (f"{title} {lines_and_branches.percent(total, missed - excused)} ({excused} listed as unreachable; "
-                f"raw {total - missed} of {total}, {lines_and_branches.percent(total, missed)})")
-
-    listed_lines = sum(gap.what == "not run" for gap in listed)
-    return "coverage: " + ", ".join((
-        share("lines", sum(file.lines for file in files), sum(file.missed_lines() for file in files), listed_lines),
-        share("branches", sum(file.branches for file in files), sum(file.missed_branches() for file in files),
-              len(listed) - listed_lines)))
+def summary(files, explained):
+    """Returns the last line."""
+    lines, branches = sum(file.lines for file in files), sum(file.branches for file in files)
+    missed_lines = sum(file.missed_lines() for file in files)
+    missed_branches = sum(file.missed_branches() for file in files) - len(explained)
+    return (f"coverage: {lines_and_branches.percent(lines, missed_lines)} of {lines} lines, "
+            f"{lines_and_branches.percent(branches, missed_branches)} of {branches} directions of branches but for "
+            f"{len(explained)} that have a reason")
 
 
-def main(build, list_name):
+def main(build):
     build = os.path.realpath(build)
-    root = os.getcwd()
-    with open(list_name, encoding="utf-8") as file:
-        entries = unreached.parse(file.read())
-    files = judge(export(build), root)
+    files = judge(export(build), os.getcwd())
     if not files:
         print("coverage: nothing was measured", file=sys.stderr)
         return 1
     gaps = [gap for file in files for gap in file.gaps]
-    listed, unlisted, stale = unreached.compare(gaps, entries)
+    explained, unexplained, stale = reasons.compare(gaps, [reason for file in files for reason in file.reasons])
     print("\n".join(lines_and_branches.table(files)))
-    for gap in unlisted:
+    for gap in unexplained:
         print(f"{gap.file}:{gap.number}: {gap.what}\n    {gap.line}")
-    for entry in stale:
-        print(f"{list_name}: listed, but reached or gone: {entry.file}: {entry.line} ({entry.what})")
-    print(summary(files, listed))
-    return 1 if unlisted or stale else 0
+    for reason in stale:
+        print(f"{reason.file}:{reason.number}: has a reason why it is {reason.what}, but there is no such branch")
+    print(summary(files, explained))
+    return 1 if unexplained or stale else 0
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    if len(sys.argv) != 2:
         sys.exit(__doc__)
-    sys.exit(main(*sys.argv[1:]))
+    sys.exit(main(sys.argv[1]))

@@ -9,5 +9,5 @@ word_coverage() {
     show cmake --build --preset coverage
     rm -rf build/coverage/profiles
     show ctest --preset coverage
-    show Tools/Coverage/report.py build/coverage Tools/Dev/Unreached.txt
+    show Tools/Coverage/report.py build/coverage
 }

@@ -3,8 +3,16 @@
 Places are found in the text, not in a syntax tree: the sources are formatted by clang-format, so a binary operator has
 blanks on both sides and a template's bracket, a reference or a pointer has not. A change that does not compile is found
 out by the compiler and does not count.
+
+Left out are kinds of places whose changes nothing but time and memory can show:
+- what containers are told to reserve or Reserve, and whether their reserve is called at all
+- thresholds between two ways to the same result, which are constants named gFew..., gMost..., gShort... or gSmall..., and
+  comparisons with them
+- capacities, which are numbers among the arguments of a template
+- hashes: what functions called Hash and hHash do
 """
 
+import re
 from dataclasses import dataclass
 
 import tokens as lexer
@@ -18,7 +26,10 @@ OPERATORS = {
 }
 STEPS = {"++": "--", "--": "++"}
 FLAGS = {"true": "false", "false": "true"}
+THRESHOLD = re.compile(r"g(Few|Most|Short|Small)([A-Z]\w*)?")
 TYPE_WORDS = {"class", "struct", "union", "enum"}
+TERM_STARTS = {"&&", "||", "?", ":", ";", ",", "{", "}", "(", "[", "return"}
+TERM_STOPS = {"&&", "||", "?", ":", ";", ",", "{", "}", ")", "]"}
 # What an expression statement cannot start with.
 OTHER_STATEMENTS = {
     "return", "const", "constexpr", "constinit", "static", "using", "auto", "if", "for", "while", "do", "switch", "case",
@@ -37,7 +48,7 @@ class Mutant:
     new: str
     number: int  # of the line, from 1
     line: str  # its text
-    change: str  # for people, and for the list of survivors
+    change: str  # for people
 
     def apply(self, text):
         return text[: self.start] + self.new + text[self.stop :]
@@ -90,7 +101,8 @@ class Finder:
         self.found.append(Mutant(self.file, start, stop, new, number, line, change))
 
     def _left_out(self):
-        """Returns the indexes of tokens that are no behaviour: what is only checked or named while compiling."""
+        """Returns the indexes of tokens that are no behaviour: what is only checked or named while compiling, and what the
+        head of this file names."""
         result = set()
         for index, token in enumerate(self.tokens):
             following = self.tokens[index + 1].text if index + 1 < len(self.tokens) else ""
@@ -102,7 +114,32 @@ class Finder:
                 result.update((index, index + 1))
             elif token.text == "operator":
                 result.update((index, index + 1))
+            elif token.text in ("reserve", "Reserve") and self.tokens[index - 1].text in (".", "->"):
+                result.update(range(index + 1, self.partners[index + 1] + 1))
+            elif token.text in ("Hash", "hHash") and following == "(":
+                result.update(self._body_behind(index + 1))
+            elif THRESHOLD.fullmatch(token.text):
+                result.update(self._term_around(index))
+            elif token.text == "<" and not token.is_after_blank and index not in result:
+                result.update(place for place in range(index, self._after_angle(index))
+                              if self.tokens[place].kind == "number")
         return result
+
+    def _body_behind(self, opening):
+        """Returns the indexes of the body of the function whose parameters begin at opening; none for a call."""
+        place = self.partners[opening] + 1
+        while self.tokens[place].text in ("const", "noexcept", "override"):
+            place += 1
+        return range(place, self.partners[place] + 1) if self.tokens[place].text == "{" else ()
+
+    def _term_around(self, index):
+        """Returns the indexes of what is compared with, or assigned to, the name at index."""
+        start, stop = index, index
+        while self.tokens[start - 1].text not in TERM_STARTS:
+            start = self.partners.get(start - 1, start - 1)
+        while self.tokens[stop + 1].text not in TERM_STOPS:
+            stop = self.partners.get(stop + 1, stop + 1)
+        return range(start, stop + 1)
 
     def _after_angle(self, index):
         """Returns the index behind the angle bracket that closes the one at index."""
@@ -196,6 +233,8 @@ class Finder:
                 start = place + 1
             place += 1
         first, last = self.tokens[start].start, self.tokens[closing - 1].stop
+        if self.left_out.issuperset(range(start, closing)):
+            return
         condition = self.text[first:last]
         self._add(first, last, f"!({condition})", f"the condition of {word} is turned round")
 
@@ -204,8 +243,10 @@ class Finder:
         for index, token in enumerate(self.tokens):
             if token.text not in ("{", "}", ";") or index + 1 == len(self.tokens) or not self._is_in_code(index + 1):
                 continue
+            if index + 1 in self.left_out:
+                continue
             stop = self._end_of_statement(index + 1)
-            if stop is not None and self._is_droppable(index + 1, stop):
+            if stop is not None and self._is_droppable(index + 1, stop) and not self._only_reserves(stop):
                 start = self.tokens[index + 1].start
                 statement = " ".join(self.text[start : self.tokens[stop].stop].split())
                 shown = statement if len(statement) <= 60 else statement[:57] + "..."
@@ -267,6 +308,9 @@ class Finder:
         if first.text in ("break", "continue", "throw", "delete", "++", "--", "*", "(", "::", "this"):
             return True
         return first.kind == "word" and not self._is_declaration(start, stop)
+
+    def _only_reserves(self, stop):
+        return self.tokens[stop - 1].text == ")" and self.tokens[self.partners[stop - 1] - 1].text == "reserve"
 
     def _is_declaration(self, start, stop):
         """A type's name is followed by the name of what it declares; an expression's first name never is."""

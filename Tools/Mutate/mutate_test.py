@@ -2,6 +2,7 @@
 
 import contextlib
 import io
+import json
 import os
 import tempfile
 import unittest
@@ -10,7 +11,6 @@ from unittest import mock
 import judge
 import mutants
 import mutate
-import survivors
 import tokens
 
 
@@ -47,6 +47,17 @@ class Mutants(unittest.TestCase):
         for text in ("template <class A, int B = 3> A b(A&& c, const D& d, E* e);", "std::vector<std::pair<A, B>> c;",
                      "A b = *c;", "bool operator<(A, B);", "static_assert(sizeof(A) == 4);", "[[nodiscard]] int a();"):
             self.assertEqual(changes(text), [], text)
+
+    def test_what_only_time_and_memory_show_is_left_out(self):
+        for text in ("const std::size_t gShortText = 32;", "static constexpr std::size_t gSmall = 2 * 8 + 1;",
+                     "void f()\n{\n    a.reserve(b + 1);\n}", "void f()\n{\n    if (a.size() - 1 > gFewNames)\n    {\n    }\n}",
+                     "Stack<A, 24> b;", "unsigned int hHash(A b) const noexcept\n{\n    c += b * 3;\n    return c >> 7;\n}"):
+            self.assertEqual(changes(text), [], text)
+        self.assertEqual(changes("void f()\n{\n    a.Reserve(b + 1);\n}"), ["the statement a.Reserve(b + 1); goes"])
+        self.assertEqual(len(changes("void f()\n{\n    Reserve(b + 1);\n}")), 4)
+        self.assertEqual(changes("int a = Hash(b) + 1;"), ["+ becomes -", "1 becomes 0", "1 becomes 2"])
+        self.assertEqual(changes("bool a = b < 2 * gMostNames && c[1];"),
+                         ["&& becomes ||", "1 becomes 0", "1 becomes 2"])
 
     def test_numbers(self):
         self.assertEqual(results("int a = 0;"), ["int a = 1;"])
@@ -200,15 +211,15 @@ class Reporting(unittest.TestCase):
             taken.append(file)
         self.assertEqual(taken, ["b.cpp"] * 5 + ["a.cpp"] * 2)
 
-    def test_the_score_leaves_out_the_explained(self):
+    def test_the_score_is_the_share_of_what_compiles(self):
         found = mutants.find_mutants("a.cpp", "int a = 1 + 3;")
-        report = mutate.Report(5, {found[0].key(): "why not"})
+        report = mutate.Report(5)
+        self.assertEqual(report.score(), 0)
         for mutant, outcome in zip(found, ("survived", "killed", "timeout", "not compiled", "survived")):
             with contextlib.redirect_stdout(io.StringIO()):
                 report.add(mutant, outcome, "")
-        self.assertEqual((report.explained_survivors, report.unexplained), (1, [found[4]]))
-        self.assertAlmostEqual(report.score(), 100 * 2 / 3)
-        self.assertAlmostEqual(report.raw_score(), 50)
+        self.assertEqual(report.survivors, [found[0], found[4]])
+        self.assertAlmostEqual(report.score(), 50)
 
     def test_the_same_seed_draws_the_same_sample(self):
         population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5 + 7 + 9;")
@@ -233,22 +244,10 @@ class Reporting(unittest.TestCase):
 
     def test_again_judges_what_was_left(self):
         population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5;")
-        with tempfile.TemporaryDirectory() as folder, mock.patch.object(mutate, "LEFT", os.path.join(folder, "left.txt")):
+        with tempfile.TemporaryDirectory() as folder, mock.patch.object(mutate, "LEFT", os.path.join(folder, "left.json")):
             with open(mutate.LEFT, "w", encoding="utf-8") as file:
-                file.write("\n".join(survivors.entry(mutant) for mutant in population[1:3]))
+                json.dump([mutant.key() for mutant in population[1:3]], file)
             self.assertEqual(mutate.draw(population, mutate.parse_arguments(["--again"])), population[1:3])
-
-    def test_list_of_survivors(self):
-        found = mutants.find_mutants("a.cpp", "int a = 0;")
-        text = survivors.entry(found[0])
-        with self.assertRaises(ValueError):
-            survivors.parse(text)
-        explained = text.replace("why: ", "why: nobody reads a")
-        self.assertEqual(survivors.parse("# comment\n\n" + explained), {found[0].key(): "nobody reads a"})
-        with self.assertRaises(ValueError):
-            survivors.parse(explained + "\n" + explained)
-        with self.assertRaises(ValueError):
-            survivors.parse(explained.replace("change", "changed"))
 
 
 if __name__ == "__main__":
