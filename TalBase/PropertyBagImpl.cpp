@@ -263,7 +263,7 @@ void PropertyBagImpl::AddPropertyBag(const PropertyBag* ipPropertyBag)
     // One of this bag's own nests, on which it has a reference, may be replaced, and so let go, while it is merged.
     const bool lMayBeNest = lExact != nullptr && lExact->mRefCount.mCount.load(std::memory_order_relaxed) > 0;
     const QBase::SmartPtrI<const PropertyBag> lHeld(lMayBeNest ? ipPropertyBag : nullptr);
-    if (lExact != nullptr && lExact->GetCount() > gFewNames && hIsExact())
+    if (lExact != nullptr && lExact->GetCount() > gFewNames)
     {
         mState.FindOutWhetherNamesRepeat();
     }

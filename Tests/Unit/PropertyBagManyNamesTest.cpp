@@ -134,6 +134,20 @@ TEST(ManyNames, AddStringOfManyIntoACloneOfADerivedClass)
     lTwice->AddString(lText.c_str());
     EXPECT_EQ(Describe(lTwice), L"'++++' '***' {'p0'='b'" + PlainDescription(0, 40) + L" 'n'={'k'='w'}}");
 
+    const BagPtr lPlain = RepeatingBag().Plain(L"p0", L"a").Plain(L"p0", L"b").Plain(L"q", L"c").Cloned();
+    lPlain->AddString(lText.c_str());
+    EXPECT_EQ(Describe(lPlain), L"'++++' '***' {'p0'='b' 'q'='c'" + PlainDescription(0, 40) + L" 'n'={'k'='w'}}");
+    EXPECT_FALSE(*lPlain == *lPlain) << "the second value of p0 is compared with the first";
+
+    const BagPtr lBoth = RepeatingBag().Plain(L"n", L"c").Nest(L"n", L"k++++v***").Cloned();
+    lBoth->AddString(lText.c_str());
+    EXPECT_EQ(Describe(lBoth), L"'++++' '***' {" + PlainDescription(0, 40).substr(1) + L" 'n'={'k'='w'}}");
+
+    const BagPtr lNests = RepeatingBag().Nest(L"n", L"k++++v***").Nest(L"n", L"k++++x***").Cloned();
+    lNests->AddString(lText.c_str());
+    EXPECT_EQ(Describe(lNests),
+              L"'++++' '***' {" + PlainDescription(0, 40).substr(1) + L" 'n'={'k'='x'} 'n'={'k'='w'}}");
+
     const BagPtr lOnce = RepeatingBag().Plain(L"p0", L"a").Plain(L"q", L"b").Nest(L"n", L"k++++v***").Cloned();
     lOnce->AddString(lText.c_str());
     lOnce->AddString(lText.c_str());
