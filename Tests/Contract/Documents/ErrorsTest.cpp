@@ -202,6 +202,24 @@ std::wstring LeftBehind(const BagPtr& iBag, const std::function<void(QTalBase::P
     return Describe(*iBag);
 }
 
+// Lets a bag read itself from a stream.
+void Receive(QTalBase::PropertyBag& oBag, const wchar_t* ipBegin, const wchar_t* ipEnd, const std::wstring& iText)
+{
+    QSerialization::MemoryWriteDataStream lWritten;
+    lWritten.WriteWString(ipBegin);
+    lWritten.WriteWString(ipEnd);
+    lWritten.WriteWString(iText.c_str());
+    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    oBag.DeSerialize(lStream);
+}
+
+// Gives it delimiters that no bag may have.
+BagPtr Spoilt(const BagPtr& iBag)
+{
+    EXPECT_THROW(Receive(*iBag, L"x", L"x", L""), QTalBase::PropertyBagException);
+    return iBag;
+}
+
 } // namespace
 
 TEST(ErrorsDocument, EveryMessageIsThrownAsWritten)
@@ -253,16 +271,34 @@ TEST(ErrorsDocument, UnreadableNestLeavesItsNameGone)
         L"'++++' '***' {'a'='1'}");
 }
 
+TEST(ErrorsDocument, RefusedPropertyOfANestLeavesItsNameGone)
+{
+    EXPECT_EQ(
+        LeftBehind(MakeBag(L"{'a'='1' 'n'='2'}"),
+                   [](auto& oBag) { oBag.SetProperty(L"n", L"EndDelimiter]]BeginDelimiter[[]]k***[[v]]", true); }),
+        L"'++++' '***' {'a'='1'}");
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'='2'}", L"[[", L"]]"),
+                         [](auto& oBag) { oBag.SetProperty(L"n", L"EndDelimiter)BeginDelimiter()k(x]]y)", true); }),
+              L"'[[' ']]' {'a'='1'}");
+}
+
 TEST(ErrorsDocument, ForbiddenDelimitersOfItsOwnLeaveTheNameOfANestGone)
 {
-    QSerialization::MemoryWriteDataStream lWritten;
-    lWritten.WriteWString(L"x");
-    lWritten.WriteWString(L"x");
-    lWritten.WriteWString(L"");
-    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
-    const BagPtr lBag = MakeBag(L"{'a'='1' 'n'='2'}");
-    EXPECT_THROW(lBag->DeSerialize(lStream), QTalBase::PropertyBagException);
-    EXPECT_EQ(LeftBehind(lBag, [](auto& oBag) { oBag.SetProperty(L"n", L"k++++v***", true); }), L"'x' 'x' {'a'='1'}");
+    const auto lBag = [] { return Spoilt(MakeBag(L"{'a'='1' 'n'='2'}")); };
+    EXPECT_EQ(LeftBehind(lBag(), [](auto& oBag) { oBag.SetProperty(L"n", L"k++++v***", true); }), L"'x' 'x' {'a'='1'}");
+    const std::wstring lText = L"EndDelimiter]]BeginDelimiter[[]]b[[2]]n[[k[[v]]]]o[[k[[v]]]]";
+    const std::wstring lLeft = L"'x' 'x' {'a'='1' 'b'='2'}";
+    EXPECT_EQ(LeftBehind(lBag(), [&](auto& oBag) { oBag.AddString(lText.c_str()); }), lLeft);
+    EXPECT_EQ(LeftBehind(lBag(), [&](auto& oBag) { oBag.AddPropertyBag(ReadBag(lText).get()); }), lLeft);
+    EXPECT_EQ(LeftBehind(lBag(), [&](auto& oBag) { Receive(oBag, L"x", L"x", lText); }), lLeft);
+}
+
+TEST(ErrorsDocument, NestThatCannotBeWrittenLeavesItsNameAndThoseBeforeItMerged)
+{
+    const BagPtr lOther = MakeBag(L"{'b'='2' 'm'={'k'='v'} 'n'={'k'='v'} 'o'={'k'='v'}}");
+    Spoilt(lOther->GetPropertyBag(L"n"));
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'='old'}"), [&](auto& oBag) { oBag.AddPropertyBag(lOther.get()); }),
+              L"'++++' '***' {'a'='1' 'n'='old' 'b'='2' 'm'={'k'='v'}}");
 }
 
 TEST(ErrorsDocument, RefusedPropertyLeavesThoseBeforeItMerged)
@@ -280,6 +316,13 @@ TEST(ErrorsDocument, RefusedPropertyLeavesThoseBeforeItMerged)
     const BagPtr lOther = MakeBag(L"{'b'='2' 'm'={'k'='v'} 'n'={''='1'} 'o'={'k'='v'}}");
     EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'={'k'='old'}}"), [&](auto& oBag) { oBag.AddPropertyBag(lOther.get()); }),
               L"'++++' '***' {'a'='1' 'b'='2' 'm'={'k'='v'}}");
+
+    const BagPtr lPlain = MakeBag(L"{'b'='2' 'c***'='3' 'd'='4'}", L"(", L")");
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { oBag.AddPropertyBag(lPlain.get()); }),
+              L"'++++' '***' {'a'='1' 'b'='2'}");
+    const BagPtr lNested = MakeBag(L"{'b'='2' 'n'={'k***'='v'} 'o'={'k'='v'}}", L"(", L")");
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1' 'n'='old'}"), [&](auto& oBag) { oBag.AddPropertyBag(lNested.get()); }),
+              L"'++++' '***' {'a'='1' 'b'='2'}");
 }
 
 TEST(ErrorsDocument, FailedDeSerializeLeavesWhatWasRead)
@@ -298,25 +341,15 @@ TEST(ErrorsDocument, FailedDeSerializeLeavesWhatWasRead)
 
 TEST(ErrorsDocument, RefusedPropertyOfAStreamLeavesItsDelimitersAndThoseBeforeIt)
 {
-    QSerialization::MemoryWriteDataStream lWritten;
-    lWritten.WriteWString(L"[[");
-    lWritten.WriteWString(L"]]");
-    lWritten.WriteWString((std::wstring(gHeader) + L"b++++2***c]]++++3***d++++4***").c_str());
-    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
-    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { oBag.DeSerialize(lStream); }),
+    const std::wstring lText = std::wstring(gHeader) + L"b++++2***c]]++++3***d++++4***";
+    EXPECT_EQ(LeftBehind(MakeBag(L"{'a'='1'}"), [&](auto& oBag) { Receive(oBag, L"[[", L"]]", lText); }),
               L"'[[' ']]' {'a'='1' 'b'='2'}");
 }
 
 TEST(ErrorsDocument, CopiesOfAnIntactBagDoNotMindANestWithForbiddenDelimiters)
 {
     const BagPtr lBag = MakeBag(L"{'n'={'k'='v'}}");
-    const BagPtr lNest = lBag->GetPropertyBag(L"n");
-    QSerialization::MemoryWriteDataStream lWritten;
-    lWritten.WriteWString(L"x");
-    lWritten.WriteWString(L"x");
-    lWritten.WriteWString(L"");
-    QSerialization::MemoryReadDataStream lStream(lWritten.GetBytes().data(), lWritten.GetBytes().size());
-    EXPECT_THROW(lNest->DeSerialize(lStream), QTalBase::PropertyBagException);
+    Spoilt(lBag->GetPropertyBag(L"n"));
     EXPECT_EQ(Describe(BagPtr(lBag->Clone())), L"'++++' '***' {'n'='x' 'x' {'k'='v'}}");
     const std::unique_ptr<QDataType::StringCollection> lFilter(QDataType::CreateStringCollection());
     lFilter->Insert(L"n");
@@ -334,6 +367,17 @@ TEST(ErrorsDocument, FailedDeSerializeOfCollectionsKeepsWhatWasRead)
     const QBase::SmartPtrI<QTalBase::PropertyBags> lBags(QTalBase::CreatePropertyBags());
     lBags->Add(L"old", NewBag().get());
     EXPECT_THROW(lBags->DeSerialize(lStream), QSerialization::StreamException);
+    ASSERT_EQ(lBags->GetCount(), 1U);
+    EXPECT_STREQ(lBags->GetName(0), L"new");
+
+    lWritten.WriteWString(L"unreadable");
+    lWritten.WriteBool(true);
+    lWritten.WriteWString(L"++++");
+    lWritten.WriteWString(L"***");
+    lWritten.WriteWString(L"a***");
+    QSerialization::MemoryReadDataStream lUnreadable(lWritten.GetBytes().data(), lWritten.GetBytes().size());
+    lBags->Add(L"old", NewBag().get());
+    EXPECT_THROW(lBags->DeSerialize(lUnreadable), QTalBase::PropertyBagException);
     ASSERT_EQ(lBags->GetCount(), 1U);
     EXPECT_STREQ(lBags->GetName(0), L"new");
 
