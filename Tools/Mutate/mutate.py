@@ -188,6 +188,12 @@ def draw(population, options):
     return sorted(drawn, key=lambda mutant: (mutant.file, mutant.start, mutant.stop, mutant.new))
 
 
+def exit_status(options, score):
+    """Of one file's mutants, or of survivors, any number may survive; a reader asked for them."""
+    is_draw_of_all = not options.file and not options.again
+    return 1 if is_draw_of_all and score < REQUIRED_SCORE else 0
+
+
 def main(arguments):
     options = parse_arguments(arguments)
     names = tracked_files()
@@ -210,8 +216,7 @@ def main(arguments):
     with open(LEFT, "w", encoding="utf-8") as file:
         json.dump([mutant.key() for mutant in report.survivors], file)
     print("\n".join(report.lines(len(population), time.monotonic() - start)))
-    is_draw_of_all = not options.file and not options.again
-    return 1 if is_draw_of_all and report.score() < REQUIRED_SCORE else 0
+    return exit_status(options, report.score())
 
 
 if __name__ == "__main__":

@@ -221,6 +221,11 @@ class Reporting(unittest.TestCase):
         self.assertEqual(report.survivors, [found[0], found[4]])
         self.assertAlmostEqual(report.score(), 50)
 
+    def test_many_survivors_of_the_whole_library_fail(self):
+        for arguments, score, status in (([], 90, 0), ([], 89.9, 1), (["--all"], 89.9, 1), (["--sample", "9"], 0, 1),
+                                         (["--file", "a.cpp"], 0, 0), (["--again"], 0, 0)):
+            self.assertEqual(mutate.exit_status(mutate.parse_arguments(arguments), score), status, arguments)
+
     def test_the_same_seed_draws_the_same_sample(self):
         population = mutants.find_mutants("a.cpp", "int a = 1 + 3 + 5 + 7 + 9;")
         first = mutate.draw(population, mutate.parse_arguments(["--sample", "4", "--seed", "9"]))

@@ -138,7 +138,7 @@ std::string Spelled(const std::string& iOperation)
 // The types that an operator of TalBase/Output.h writes, as that header spells them.
 std::set<std::string> OutputOperators()
 {
-    const std::regex lOperator(R"(.*std::ostream& operator<<\(std::ostream& oStream, const ([A-Za-z_:<>]+)& i[A-Z].*)");
+    const std::regex lOperator(R"(.*std::ostream& operator<<\(std::ostream& \w+, const ([A-Za-z_:<>]+)& \w+\).*)");
     std::ifstream lFile(TALBASE_SOURCE_DIR "/TalBase/Output.h");
     std::set<std::string> lOperators;
     for (std::string lLine; std::getline(lFile, lLine);)
