@@ -31,6 +31,13 @@ talbase_test(PlatformTest
         $<TARGET_OBJECTS:PlatformAsCxx17>
     LINK ${lPlatform} ${CMAKE_DL_LIBS})
 
+# The conversions, and once more with the source that makes them compiled as where there is no SSE2.
+set(lUtf8 QBaseUtf8StepsTest.cpp ../Support/PlainUtf8.cpp)
+talbase_test(Utf8StepsTest SOURCES ${lUtf8} LINK Q8::Base)
+talbase_test(Utf8StepsWithoutSse2Test SOURCES ${lUtf8} ../../Platform/QBase/Utf8.cpp LINK Q8::Base PREFIX WithoutSse2.)
+target_include_directories(Utf8StepsWithoutSse2Test PRIVATE ${PROJECT_SOURCE_DIR}/Platform)
+target_compile_options(Utf8StepsWithoutSse2Test PRIVATE -U__SSE2__ $<$<NOT:$<CONFIG:Debug>>:-O3>)
+
 talbase_test(PlatformThreadsTest
     SOURCES QBaseModuleMainPtrThreadsTest.cpp QBaseReferenceCountedThreadsTest.cpp
     LINK ${lPlatform}

@@ -4,12 +4,12 @@
 #include "TalBase/PrivateSource/TextCutters.h"
 #include "TalBase/PrivateSource/TextPrimitives.h"
 
+#include "Tests/Support/GuardedPage.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 using QTalBase::Found;
 using QTalBase::LongCutter;
@@ -19,44 +19,6 @@ namespace
 {
 
 const std::size_t gLongest = 100;
-
-// A page of characters between two that may not be touched.
-class GuardedPage
-{
-public:
-    GuardedPage()
-        : mSize(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))),
-          mMemory(static_cast<char*>(::mmap(nullptr, 3 * mSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)))
-    {
-        EXPECT_EQ(::mprotect(mMemory + mSize, mSize, PROT_READ | PROT_WRITE), 0);
-    }
-
-    ~GuardedPage()
-    {
-        ::munmap(mMemory, 3 * mSize);
-    }
-
-    GuardedPage(const GuardedPage&) = delete;
-    GuardedPage& operator=(const GuardedPage&) = delete;
-
-    // Room for so many characters, at the page's beginning or its end.
-    wchar_t* Place(std::size_t iLength, bool iIsAtEnd) const
-    {
-        wchar_t* lPage = reinterpret_cast<wchar_t*>(mMemory + mSize);
-        return iIsAtEnd ? lPage + mSize / sizeof(wchar_t) - iLength : lPage;
-    }
-
-    std::wstring_view Put(const std::wstring& iText, bool iIsAtEnd) const
-    {
-        wchar_t* lPlace = Place(iText.size(), iIsAtEnd);
-        iText.copy(lPlace, iText.size());
-        return {lPlace, iText.size()};
-    }
-
-private:
-    std::size_t mSize;
-    char* mMemory;
-};
 
 template <class Cutter>
 std::size_t CountDelimiters(Cutter iCutter)
@@ -77,7 +39,7 @@ class TextBounds : public testing::TestWithParam<bool>
 
 TEST_P(TextBounds, CuttersReadNothingOutsideTheText)
 {
-    const GuardedPage lPage;
+    const Support::GuardedPage lPage;
     for (std::size_t lLength = 1; lLength < gLongest; ++lLength)
     {
         std::wstring lText;
@@ -97,12 +59,12 @@ TEST_P(TextBounds, CuttersReadNothingOutsideTheText)
 
 TEST_P(TextBounds, PrimitivesTouchNothingOutsideTheText)
 {
-    const GuardedPage lSource;
-    const GuardedPage lTarget;
+    const Support::GuardedPage lSource;
+    const Support::GuardedPage lTarget;
     for (std::size_t lLength = 0; lLength < gLongest; ++lLength)
     {
         const std::wstring_view lText = lSource.Put(std::wstring(lLength, L'x'), GetParam());
-        wchar_t* lCopy = lTarget.Place(lLength, GetParam());
+        wchar_t* lCopy = lTarget.Place<wchar_t>(lLength, GetParam());
         EXPECT_EQ(QTalBase::CopyText(lText, lCopy), lCopy + lLength);
         EXPECT_TRUE(QTalBase::AreEqualTexts(lText, std::wstring_view(lCopy, lLength)));
         EXPECT_FALSE(QTalBase::Contains(lText, L'&'));
