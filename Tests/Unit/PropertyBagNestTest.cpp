@@ -152,6 +152,15 @@ TEST(PropertyBagNest, BeginDelimiterThatAHeaderCannotCarryMisreadsNests)
     EXPECT_EQ(DescribeContent(*lBag), L"{'p'='old' 'm'={'>k'='>v'}}");
 }
 
+// A header carries "<" for "<!", and ends a character early. So whenever n is read again its first name gains ">", what
+// follows a name gains "!", and the empty nest e is a plain property then.
+TEST(PropertyBagNest, EmptyNestThatIsReadAgainWithAnotherBeginDelimiterGainsAValue)
+{
+    const BagPtr lBag = NewBag(L"<!", L"!>");
+    lBag->AddString(L"n<!k<!v!>e<!m<!!>!>!>");
+    EXPECT_EQ(DescribeContent(*lBag), L"{'n'={'>>k'='!!v' 'e'='!!'}}");
+}
+
 TEST(PropertyBagNest, NameLikeAHeaderIsOrdinaryAfterAHeader)
 {
     EXPECT_EQ(AfterAddString(L"n++++EndDelimiterX++++v******"), L"{'n'={'EndDelimiterX'='v'}}");
