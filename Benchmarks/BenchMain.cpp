@@ -22,6 +22,7 @@ struct Section
 };
 
 constexpr Section gSections[] = {{"Beside other libraries", Bench::MakeRatioTables},
+                                 {"Conversions", Bench::MakeConversionTables},
                                  {"Growth of hostile input", Bench::MakeGrowthTables},
                                  {"Memory for hostile input", Bench::MakeMemoryTables},
                                  {"Depth", Bench::MakeDepthTables}};

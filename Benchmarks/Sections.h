@@ -22,6 +22,9 @@ struct Options
 // Times of each operation of the library beside the peers and the lower bounds, and which of our limits they keep.
 std::vector<Table> MakeRatioTables(const Options& iOptions);
 
+// Times of the conversions between UTF-8 and wide characters.
+std::vector<Table> MakeConversionTables(const Options& iOptions);
+
 // What each hostile case costs when its size doubles.
 std::vector<Table> MakeGrowthTables(const Options& iOptions);
 

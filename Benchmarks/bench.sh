@@ -2,7 +2,8 @@
 # usage: Benchmarks/bench.sh [--filter REGEX]
 # Behind `./dev bench`: installs what the benchmarks need, fetches the peers that are no packages, builds and runs. A
 # whole run writes Docs/Performance.md; --filter runs what it is found in, among names such as ratios/parse/SMALL,
-# growth/asterisks, memory/nests and depth/parse, and writes nothing. TALBASE_BENCH_MAIL names another folder of messages.
+# conversions/read/ASCII, growth/asterisks, memory/nests and depth/parse, and writes nothing. TALBASE_BENCH_MAIL names
+# another folder of messages.
 set -euo pipefail
 
 gRoot=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)

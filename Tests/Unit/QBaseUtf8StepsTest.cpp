@@ -133,6 +133,29 @@ TEST(Utf8, EverySequenceOfThreeIsReadAsPlainAtEveryPlaceOfAStep)
     }
 }
 
+// Four characters of three bytes are taken at once, so each sequence stands in each place of four.
+TEST(Utf8, EverySequenceOfThreeIsReadAsPlainAmongOthersOfThree)
+{
+    const std::string lMany = EncodeUtf8(L"\u4E2D\u4E2D\u4E2D\u4E2D").mText;
+    for (unsigned int lPair = 0; lPair < 0x10000; lPair += gEvery)
+    {
+        std::string lBytes = lMany;
+        std::wstring lExpected(4, L'\u4E2D');
+        for (unsigned int lThird = 0; lThird < 0x100; ++lThird)
+        {
+            const std::string lSequence = Bytes({lPair >> 8, lPair & 0xFF, lThird});
+            const std::size_t lBehind = 4 + lThird % 4;
+            lBytes.append(lSequence).append("x").append(lMany).append(lMany, 0, 3 * (lBehind - 4));
+            lExpected.append(DecodeUtf8(lSequence).mText).append(L"x").append(lBehind, L'\u4E2D');
+        }
+        for (std::size_t lPlace = 0; lPlace < 4; ++lPlace)
+        {
+            const std::wstring lText = UTF8ToWideChar(std::string_view(lBytes).substr(3 * lPlace), false);
+            ASSERT_TRUE(lText == std::wstring_view(lExpected).substr(lPlace)) << lPair << " at " << lPlace;
+        }
+    }
+}
+
 TEST(Utf8, EverySequenceOfOneOrTwoIsReadAsPlainAtTheEndOfEveryText)
 {
     for (unsigned int lPair = 0; lPair < 0x10000; lPair += gEvery)
