@@ -2,6 +2,7 @@
 // environment asks for another number of them, TALBASE_DIFFERENTIAL_SEED for another start.
 
 #include "Tests/Support/Differential.h"
+#include "Tests/Support/BrokenRule.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -9,27 +10,46 @@
 namespace
 {
 
+const std::size_t gPerRound = 100;
+
 std::uint64_t FromEnvironment(const char* ipName, std::uint64_t iDefault)
 {
     const char* lText = std::getenv(ipName);
     return lText != nullptr ? std::strtoull(lText, nullptr, 10) : iDefault;
 }
 
+// Returns what a round of 100 operations finds.
+std::string FindInRound(std::uint64_t iSeed, std::uint64_t iRound)
+{
+    Support::RandomChoices lChoices(iSeed * 1000003 + iRound);
+    const Support::Look lLook = iRound % 4 == 0 ? Support::Look::AtTheEnd : Support::Look::AfterEachStep;
+    return Support::FindDifference(lChoices, gPerRound, lLook);
+}
+
 TEST(Differential, RandomOperationsCannotTellTheLibraryFromThePlainImplementation)
 {
     const std::uint64_t lOperations = FromEnvironment("TALBASE_DIFFERENTIAL_OPERATIONS", 200000);
     const std::uint64_t lSeed = FromEnvironment("TALBASE_DIFFERENTIAL_SEED", 1);
-    const std::size_t lPerRound = 100;
-    std::uint64_t lDone = 0;
-    for (std::uint64_t lRound = 0; lDone < lOperations; ++lRound, lDone += lPerRound)
+    for (std::uint64_t lRound = 0; lRound * gPerRound < lOperations; ++lRound)
     {
-        Support::RandomChoices lChoices(lSeed * 1000003 + lRound);
-        const Support::Look lLook = lRound % 4 == 0 ? Support::Look::AtTheEnd : Support::Look::AfterEachStep;
-        const std::string lDifference = Support::FindDifference(lChoices, lPerRound, lLook);
-        ASSERT_EQ(lDifference, "") << "round " << lRound;
+        ASSERT_EQ(FindInRound(lSeed, lRound), "") << "round " << lRound;
     }
-    RecordProperty("operations", std::to_string(lDone));
-    EXPECT_GE(lDone, lOperations);
+}
+
+// What the plain implementation does wrongly on request is found: the operations reach it, and the states show it.
+TEST(Differential, RandomOperationsFindABrokenRule)
+{
+    for (const char* lRule : {"MergeIntoItself", "EmptyBeginDelimiter"})
+    {
+        Plain::gBrokenRule = lRule;
+        std::uint64_t lRound = 0;
+        while (lRound < 100 && FindInRound(1, lRound).empty())
+        {
+            ++lRound;
+        }
+        Plain::gBrokenRule = {};
+        EXPECT_LT(lRound, 100U) << lRule;
+    }
 }
 
 } // namespace

@@ -39,17 +39,3 @@ talbase_test(MemoryTest
         ../Support/FailingNew.cpp
         Documents/Document.cpp
     LINK TalBase::TalBase Q8::Stream)
-
-# How many failed in the whole test run: allocations, primitives of streams, and reads of cut data. The floors are what
-# Docs/Quality.md says. A sanitizer's build has said all it has to say when these programs ran the first time.
-if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-    return()
-endif()
-set(lPrograms "")
-foreach(lTest IN ITEMS BagLifetimeTest BagOverridersTest FailedAllocationTest FailedPrimitiveTest
-        PlatformAllocationTest PropertyBagsTest PropertyBagTest SerializableStringCollectionTest
-        SerializationTemplatesTest ValuesAllocationTest)
-    list(APPEND lPrograms $<TARGET_FILE:${lTest}>)
-endforeach()
-add_test(NAME Failures.Tally COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/Failures/tally.sh 6500 130 1400 ${lPrograms})
-set_tests_properties(Failures.Tally PROPERTIES LABELS host) # starts them without an emulator

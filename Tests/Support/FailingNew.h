@@ -5,8 +5,6 @@
 #ifndef TESTS_SUPPORT_FAILINGNEW_H
 #define TESTS_SUPPORT_FAILINGNEW_H
 
-#include "Tests/Support/Tally.h"
-
 #include <gtest/gtest.h>
 
 #include <cstddef>

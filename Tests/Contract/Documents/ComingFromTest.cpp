@@ -17,16 +17,16 @@ void ExpectColumnInProgram(const std::string& iDocument, const std::vector<std::
                            const std::string& iColumn, const std::string& iProgram)
 {
     const std::string lProgram = ReadProjectFile("Examples/ComingFrom/" + iProgram);
-    std::size_t lCount = 0;
+    bool lIsOneNamed = false;
     for (const Row& lRow : RowsWithColumns(ReadTables(ReadProjectFile(iDocument)), iColumns))
     {
         for (const std::string& lCode : CodeSpans(lRow.at(iColumn)))
         {
-            ++lCount;
+            lIsOneNamed = true;
             EXPECT_NE(lProgram.find(lCode), std::string::npos) << iProgram << " has no " << lCode;
         }
     }
-    EXPECT_GT(lCount, 10U) << iColumn;
+    EXPECT_TRUE(lIsOneNamed) << iColumn;
 }
 
 } // namespace

@@ -232,31 +232,31 @@ TEST(AllDocuments, LinksLeadSomewhere)
 TEST(AllDocuments, NamedFilesAreThere)
 {
     const std::regex lPath("[A-Z][A-Za-z0-9]*(/[A-Za-z0-9.-]+)+\\.(h|cpp|cmake|md|sh|txt)");
-    std::size_t lCount = 0;
+    bool lIsOneNamed = false;
     for (const std::string& lDocument : AllDocuments())
     {
         for (const std::string& lFile : Named(lDocument, lPath))
         {
-            ++lCount;
+            lIsOneNamed = true;
             EXPECT_TRUE(fs::exists(fs::path(TALBASE_SOURCE_DIR) / lFile) ||
                         fs::exists(fs::path(TALBASE_SOURCE_DIR) / "Platform" / lFile))
                 << lDocument << " names " << lFile;
         }
     }
-    EXPECT_GT(lCount, 50U);
+    EXPECT_TRUE(lIsOneNamed);
 }
 
 TEST(AllDocuments, NamedTestsAreThere)
 {
     const std::set<std::string> lTests = TestNames();
-    std::size_t lCount = 0;
+    bool lIsOneNamed = false;
     for (const std::string& lDocument : AllDocuments())
     {
         for (const std::string& lTest : Named(lDocument, std::regex("[A-Z]\\w+\\.[A-Z]\\w+")))
         {
-            ++lCount;
+            lIsOneNamed = true;
             EXPECT_EQ(lTests.count(lTest), 1U) << lDocument << " names " << lTest;
         }
     }
-    EXPECT_GT(lCount, 20U);
+    EXPECT_TRUE(lIsOneNamed);
 }

@@ -30,12 +30,10 @@ using namespace Failures;
 
 void TryAll(const Cases& iCases)
 {
-    const std::size_t lBefore = Support::gFailedAllocations;
     for (const Case& lCase : iCases)
     {
         Try(lCase);
     }
-    testing::Test::RecordProperty("failed_allocations", std::to_string(Support::gFailedAllocations - lBefore));
 }
 
 Cases AllCases()
@@ -53,13 +51,11 @@ Cases AllCases()
 
 std::set<std::string> Tried()
 {
-    const Cases lCases = AllCases();
     std::set<std::string> lOperations;
-    for (const Case& lCase : lCases)
+    for (const Case& lCase : AllCases())
     {
         lOperations.insert(lCase.mOperation);
     }
-    std::printf("tried: %zu operations in %zu situations\n", lOperations.size(), lCases.size());
     return lOperations;
 }
 
@@ -263,7 +259,8 @@ TEST(FailedAllocation, NoVirtualOperationIsForgotten)
             lOperations.insert(lOperation);
         }
     }
-    EXPECT_GT(lOperations.size(), 60U);
+    EXPECT_EQ(lOperations.count("QTalBase::PropertyBag::MoveProperty(const wchar_t*, unsigned int)"), 1U);
+    EXPECT_EQ(lOperations.count("QTalBase::DeliveryWindow::Clone() const"), 1U);
     EXPECT_EQ(Missing(lOperations, Tried()), "");
 }
 
@@ -273,7 +270,9 @@ TEST(FailedAllocation, NoExportedFunctionIsForgotten)
     std::set<std::string> lFunctions;
     for (std::string lLibrary; std::getline(lLibraries, lLibrary, ':');)
     {
-        for (const std::string& lFunction : ExportedFunctions(lLibrary))
+        const std::set<std::string> lExported = ExportedFunctions(lLibrary);
+        EXPECT_FALSE(lExported.empty()) << lLibrary;
+        for (const std::string& lFunction : lExported)
         {
             if (IsPublicFunction(lFunction))
             {
@@ -281,13 +280,13 @@ TEST(FailedAllocation, NoExportedFunctionIsForgotten)
             }
         }
     }
-    EXPECT_GT(lFunctions.size(), 60U);
+    EXPECT_EQ(lFunctions.count("QTalBase::CheckText(wchar_t const*)"), 1U);
     EXPECT_EQ(Missing(lFunctions, Tried()), "");
 }
 
 TEST(FailedAllocation, NoInlineOperationIsForgotten)
 {
-    EXPECT_GE(OutputOperators().size(), 10U);
+    EXPECT_EQ(OutputOperators().count("operator<<(std::ostream&, const QTalBase::PropertyBag&)"), 1U);
     EXPECT_EQ(Missing(InlineOperations(), Tried()), "");
 }
 
