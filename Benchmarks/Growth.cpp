@@ -24,7 +24,6 @@ constexpr std::size_t gLastPower = 20;
 constexpr double gSeconds = 10;           // for all sizes of a case
 constexpr double gCountedSeconds = 1.5;   // of these, as many as callgrind can count: it is some 60 times slower
 constexpr double gCallgrindSeconds = 120; // for its count
-constexpr double gLimit = 2.2;            // what a doubling may cost in instructions and in bytes
 constexpr std::size_t gTimedDoublings = 5;
 
 // What a case cost at one size. No instructions: not counted.
@@ -200,28 +199,19 @@ std::string FormatTimeFactor(const Growth& iGrowth)
     return Format(std::pow(lFactor, 1.0 / gTimedDoublings), 2);
 }
 
-std::string Judge(const Growth& iGrowth)
+std::string DescribeEnd(const Growth& iGrowth)
 {
-    const std::vector<double> lInstructions = GetFactors(iGrowth, &Cost::mInstructions);
-    const std::vector<double> lBytes = GetFactors(iGrowth, &Cost::mAllocatedBytes);
-    const auto lIsOver = [](double iFactor) { return iFactor > gLimit; };
-    if (std::any_of(lInstructions.begin(), lInstructions.end(), lIsOver) ||
-        std::any_of(lBytes.begin(), lBytes.end(), lIsOver))
-    {
-        return "over " + Format(gLimit, 1);
-    }
-    if (iGrowth.mOutcome != Outcome::Done)
-    {
-        return GetOutcomeName(iGrowth.mOutcome);
-    }
-    return lInstructions.size() == gLastPower - gFirstPower ? "kept" : "not counted to the end";
+    const bool lIsCounted = GetFactors(iGrowth, &Cost::mInstructions).size() == gLastPower - gFirstPower;
+    return iGrowth.mOutcome == Outcome::Done && !lIsCounted ? "not counted to the end"
+                                                            : GetOutcomeName(iGrowth.mOutcome);
 }
 
 std::vector<std::string> MakeRow(const Growth& iGrowth)
 {
     if (iGrowth.mCosts.empty())
     {
-        return {iGrowth.mCase.mName, iGrowth.mCase.mSizeName, "none", "-", "-", "-", "-", "-", "-", Judge(iGrowth)};
+        return {iGrowth.mCase.mName, iGrowth.mCase.mSizeName, "none", "-", "-", "-", "-", "-", "-",
+                DescribeEnd(iGrowth)};
     }
     const Cost& lLast = iGrowth.mCosts.back();
     return {iGrowth.mCase.mName,
@@ -233,7 +223,7 @@ std::vector<std::string> MakeRow(const Growth& iGrowth)
             FormatWorst(GetFactors(iGrowth, &Cost::mAllocatedBytes)),
             FormatTimeFactor(iGrowth),
             FormatWorst(GetFactors(iGrowth, &Cost::mPeakBytes)),
-            Judge(iGrowth)};
+            DescribeEnd(iGrowth)};
 }
 
 Table MakeDetailTable(const std::vector<Growth>& iGrowths)
@@ -277,7 +267,7 @@ std::vector<Table> MakeGrowthTables(const Options& iOptions)
     CountAllInstructions(iOptions, lGrowths);
     Table lTable{"The factor of a doubling",
                  {"case", "what doubles", "up to", "ms there", "peak MB there", "instructions", "bytes allocated",
-                  "time", "peak", "limit of " + Format(gLimit, 1)},
+                  "time", "peak", "ended"},
                  {}};
     std::transform(lGrowths.begin(), lGrowths.end(), std::back_inserter(lTable.mRows), MakeRow);
     return {lTable, MakeDetailTable(lGrowths)};
