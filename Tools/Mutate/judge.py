@@ -62,10 +62,13 @@ class Worker:
         self.environment = {**os.environ, **environment}
         self.judging = {**self.environment, "CCACHE_READONLY": "1"}  # a cache of compilations need not keep mutants
 
-    def prepare(self):
-        """Copies what has changed, builds everything, and measures the tests, which must pass without a change."""
+    def set_up(self):
+        """Copies what has changed, and configures."""
         self._copy()
         self._must_pass(self.configure)
+
+    def prepare(self):
+        """Builds everything, and measures the tests, which must pass without a change."""
         for programs in self.rounds:
             self._must_pass(self.build + [program.target for program in programs])
             for program in programs:

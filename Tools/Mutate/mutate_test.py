@@ -136,8 +136,10 @@ class Judging(unittest.TestCase):
 
     def worker(self):
         rounds = [[judge.Program("Test", "Test")]]
-        return judge.Worker(os.path.abspath("copy"), ["Source.h", "Test.cpp", "Makefile"], ["true"], ["make", "-s"],
-                            rounds, {})
+        worker = judge.Worker(os.path.abspath("copy"), ["Source.h", "Test.cpp", "Makefile"], ["true"], ["make", "-s"],
+                              rounds, {})
+        worker.set_up()
+        return worker
 
     def test_every_mutant_is_judged(self):
         worker = self.worker()
@@ -182,20 +184,19 @@ class Judging(unittest.TestCase):
 
     def test_a_program_that_somebody_stops_for_a_while_is_not_late(self):
         self.addCleanup(setattr, judge, "STUCK_SECONDS", judge.STUCK_SECONDS)
-        judge.STUCK_SECONDS = 1
+        judge.STUCK_SECONDS = 2
         command = ["sh", "-c", "(sleep 3; kill -CONT $$) & kill -STOP $$; echo done"]
         self.assertEqual(judge.run_quietly(command, ".", None, 0.01), (0, b"done\n", False))
         self.assertEqual(judge.run_quietly(["sleep", "9"], ".", None, 0.01)[1:], (b"", True))
 
     def test_what_is_gone_from_the_tree_goes_from_the_copy(self):
         worker = self.worker()
-        worker.prepare()
         with open("copy/Old.h", "w", encoding="utf-8") as file:
             file.write("int gOld;\n")
         os.makedirs("copy/build")
         with open("copy/build/kept", "w", encoding="utf-8") as file:
             file.write("")
-        worker.prepare()
+        worker.set_up()
         self.assertFalse(os.path.exists("copy/Old.h"))
         self.assertTrue(os.path.exists("copy/build/kept"))
 
