@@ -20,14 +20,12 @@ namespace
 constexpr double gSecondsPerText = 0.5; // all converters together
 constexpr std::size_t gLengths[] = {27, 1000, 100000};
 
-// A text, in wide characters and in UTF-8, and what we hold ourselves to, 0 for nothing.
+// A text, in wide characters and in UTF-8.
 struct Text
 {
     std::string mName;
     std::wstring mWide;
     std::string mBytes;
-    double mIconvLimit;
-    double mCopyLimit;
 };
 
 wchar_t MakeCharacter(const std::string& iName, std::mt19937& ioEngine)
@@ -47,20 +45,12 @@ wchar_t MakeCharacter(const std::string& iName, std::mt19937& ioEngine)
 Text MakeText(const std::string& iName, std::size_t iLength)
 {
     std::mt19937 lEngine(1);
-    Text lText{iName, {}, {}, 0, 0};
+    Text lText{iName, {}, {}};
     while (lText.mWide.size() < iLength)
     {
         lText.mWide += MakeCharacter(iName, lEngine);
     }
     lText.mBytes = QBase::WideCharToUTF8(lText.mWide.c_str(), true);
-    if (iName == "ASCII")
-    {
-        lText.mCopyLimit = iLength == gLengths[0] ? 3 : 1.5;
-    }
-    if (iLength != gLengths[0])
-    {
-        lText.mIconvLimit = iName == "ASCII" ? 0.25 : iName == "Latin" ? 0.5 : iName == "Chinese" ? 0.6 : 0;
-    }
     return lText;
 }
 
@@ -184,16 +174,6 @@ private:
     std::wstring mWide;
 };
 
-std::string JudgeRatio(double iRatio, double iLimit)
-{
-    std::string lText = Format(iRatio, 2);
-    if (iLimit != 0)
-    {
-        lText += (iRatio <= iLimit ? " of at most " : ", more than ") + Format(iLimit, 2);
-    }
-    return lText;
-}
-
 std::vector<std::string> MakeRow(const Text& iText, OperationKind iKind)
 {
     const SubjectMap lSubjects{{"ours", std::make_shared<OurConverter>(iText)},
@@ -210,8 +190,8 @@ std::vector<std::string> MakeRow(const Text& iText, OperationKind iKind)
             FormatShort(GetMedian(lOurs)),
             FormatShort(GetMedian(lSamples.at("iconv"))),
             FormatShort(GetMedian(lSamples.at("copy"))),
-            JudgeRatio(GetMedianRatio(lOurs, lSamples.at("iconv")), iText.mIconvLimit),
-            JudgeRatio(GetMedianRatio(lOurs, lSamples.at("copy")), iText.mCopyLimit)};
+            Format(GetMedianRatio(lOurs, lSamples.at("iconv")), 2),
+            Format(GetMedianRatio(lOurs, lSamples.at("copy")), 2)};
 }
 
 Table MakeTable(const std::string& iTitle, OperationKind iKind, const Options& iOptions)
