@@ -201,6 +201,20 @@ class Judging(unittest.TestCase):
         self.assertTrue(os.path.exists("copy/build/kept"))
 
 
+class Rounds(unittest.TestCase):
+    NAMED = {name for group in mutate.ROUNDS + (mutate.LEFT_OUT,) for name in group}
+
+    def test_programs_that_are_named_nowhere_come_last(self):
+        rounds = mutate.rounds_of(self.NAMED | {"Unit/New", "Contract/New"})
+        self.assertEqual([program.path for program in rounds[-1]],
+                         ["build/mutate/Tests/Contract/New", "build/mutate/Tests/Unit/New"])
+        self.assertEqual([len(programs) for programs in rounds[:-1]], [len(group) for group in mutate.ROUNDS])
+
+    def test_named_programs_that_are_gone_are_refused(self):
+        with self.assertRaises(RuntimeError):
+            mutate.rounds_of(self.NAMED - {"Contract/DepthTest"})
+
+
 class Reporting(unittest.TestCase):
     def test_a_worker_stays_with_a_file(self):
         found = mutants.find_mutants("a.cpp", "int a = 7;") + mutants.find_mutants("b.cpp", "int b = 7 + 8;")
