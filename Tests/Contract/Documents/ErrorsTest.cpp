@@ -291,6 +291,8 @@ TEST(ErrorsDocument, ForbiddenDelimitersOfItsOwnLeaveTheNameOfANestGone)
     EXPECT_EQ(LeftBehind(lBag(), [&](auto& oBag) { oBag.AddString(lText.c_str()); }), lLeft);
     EXPECT_EQ(LeftBehind(lBag(), [&](auto& oBag) { oBag.AddPropertyBag(ReadBag(lText).get()); }), lLeft);
     EXPECT_EQ(LeftBehind(lBag(), [&](auto& oBag) { Receive(oBag, L"x", L"x", lText); }), lLeft);
+    const BagPtr lWithNest = Spoilt(MakeBag(L"{'a'='1' 'n'={'k'='v'}}"));
+    EXPECT_EQ(LeftBehind(lWithNest, [](auto& oBag) { oBag.AddPropertyBag(&oBag); }), L"'x' 'x' {'a'='1'}");
 }
 
 TEST(ErrorsDocument, NestThatCannotBeWrittenLeavesItsNameAndThoseBeforeItMerged)
