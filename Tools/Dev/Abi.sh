@@ -64,7 +64,7 @@ abi_show_headers() {
     lRecorded=$(git log -1 --format=%h -- "$gAbiRecord/headers.sums")
     awk 'NR == FNR { gSums[$2] = $1; next } $1 != gSums[$2] { print $2 }' "$gAbiRecord/headers.sums" "$1" |
         while IFS= read -r lHeader; do
-            show git --no-pager diff "$lRecorded" -- "$lHeader" "Platform/$lHeader"
+            show git --no-pager diff "${lRecorded:-HEAD}" -- "$lHeader" "Platform/$lHeader"
         done
 }
 
