@@ -92,8 +92,8 @@ void AddByCalls(PropertyBag& oBag, const PropertyBag& iOther)
     }
 }
 
-// What the other bag has nobody knows before it was asked, so the merger is made anew whenever the names have doubled.
-// Whoever is asked may change the bag, the filter or the defaults meanwhile.
+// Whoever is asked may change the bag, the filter or the defaults meanwhile, so each is looked at when it is needed.
+// How many names there will be nobody knows either: whenever they have doubled, a merger is made for as many more.
 void SetNamedByCalls(BagState& oBag, const PropertyBag& iOther, const QDataType::StringCollection& iFilter)
 {
     std::optional<BagMerger> lMerger;

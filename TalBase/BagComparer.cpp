@@ -103,7 +103,7 @@ bool BagComparer::hEnterEqual(Levels& oLevels, const BagState& iAsked, const Bag
 }
 
 // Three ways, from the cheapest: all characters and lengths are the same, so every value is, unless reading by name
-// would unescape one; the same entry at the same place; the entry of that name, wherever it stands.
+// would unescape one; the same entry at the same position; the entry of that name, wherever it stands.
 bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagState& iOther, BagIndex& oIndex,
                                            bool iIsOtherRendered)
 {
@@ -118,7 +118,7 @@ bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagStat
     }
     for (std::size_t lIndex = 0; lIndex < lAsked.GetCount(); ++lIndex)
     {
-        // Mostly the same entry stands at the same place.
+        // Mostly the same entry stands at the same position.
         if (lIsUnique && lIndex < lOther.GetCount() && lAsked.IsEntryEqual(lIndex, lOther, lIndex) &&
             (!lIsUnescaped || !TriggersUnescaping(lOther.GetValue(lIndex))))
         {

@@ -143,7 +143,7 @@ void BagMerger::SetNest(std::wstring_view iName, NestPtr&& iNest)
     hNumber(lNumber, mBag.mNests.GetCount() - 1, true);
 }
 
-// At step s, s entries are at their final place and s more have gone to the end, so the entry at position s stands at
+// At step s, s entries are where they will stay and s more have gone to the end, so the entry at position s stands at
 // index 2s, killed entries counted.
 void BagMerger::SetAllOfItself()
 {
@@ -183,8 +183,8 @@ void BagMerger::SetAllOfItself()
     }
 }
 
-// The nest that shows the bag is handed on as it is by that time, without killed entries. No bag stands in two places,
-// so the merger is made anew once at most.
+// The nest that shows the bag is handed on as it is by that time, without killed entries. That is one
+// nest, so the merger is made anew once at most.
 void BagMerger::SetAll(BagState& oBag, const BagState& iOther)
 {
     const bool lIsInside = iOther.HasInside(oBag);
@@ -236,7 +236,7 @@ void BagMerger::hCheckName(std::wstring_view iName)
     }
 }
 
-// The value as it is kept; where it is escaped, oEscaped holds it.
+// The value as it is kept: the given one, or oEscaped, which it is escaped into.
 std::wstring_view BagMerger::hStoredValue(std::wstring_view iValue, std::wstring& oEscaped)
 {
     std::wstring_view lStored = iValue;

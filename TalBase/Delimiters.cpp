@@ -33,7 +33,7 @@ public:
         }
     }
 
-    bool Has(wchar_t iCharacter) const
+    bool Contains(wchar_t iCharacter) const
     {
         return mSorted.empty() ? mCharacters.find(iCharacter) != std::wstring_view::npos
                                : std::binary_search(mSorted.begin(), mSorted.end(), iCharacter);
@@ -43,7 +43,7 @@ public:
     {
         for (std::size_t lIndex = iFrom; lIndex < iText.size(); ++lIndex)
         {
-            if (Has(iText[lIndex]))
+            if (Contains(iText[lIndex]))
             {
                 return lIndex;
             }
@@ -138,14 +138,13 @@ std::wstring Escaped(std::wstring_view iValue)
     return lEscaped;
 }
 
-// Four characters are enough: unescaping is begun for an escape without its semicolon, too, and then finds nothing to
-// replace.
-bool HasEscapeStart(std::wstring_view iValue) noexcept
+// The semicolon is not asked for: without one, unescaping finds nothing to replace.
+bool ContainsEscapeStart(std::wstring_view iValue) noexcept
 {
-    for (std::size_t lPlace = FindCharacter(iValue, L'&'); lPlace < iValue.size();
-         lPlace += 1 + FindCharacter(iValue.substr(lPlace + 1), L'&'))
+    for (std::size_t lPosition = FindCharacter(iValue, L'&'); lPosition < iValue.size();
+         lPosition += 1 + FindCharacter(iValue.substr(lPosition + 1), L'&'))
     {
-        const std::wstring_view lFour = iValue.substr(lPlace, 4);
+        const std::wstring_view lFour = iValue.substr(lPosition, 4);
         if (lFour == gStarEscape.substr(0, 4) || lFour == gPlusEscape.substr(0, 4))
         {
             return true;
@@ -161,9 +160,9 @@ std::wstring Unescaped(std::wstring_view iValue)
     lUnescaped.reserve(iValue.size());
     while (!iValue.empty())
     {
-        const std::size_t lPlace = std::min(iValue.find(L'&'), iValue.size());
-        lUnescaped.append(iValue.substr(0, lPlace));
-        iValue.remove_prefix(lPlace);
+        const std::size_t lPosition = std::min(iValue.find(L'&'), iValue.size());
+        lUnescaped.append(iValue.substr(0, lPosition));
+        iValue.remove_prefix(lPosition);
         const std::wstring_view lFive = iValue.substr(0, gStarEscape.size());
         const bool lIsEscape = lFive == gStarEscape || lFive == gPlusEscape;
         if (lIsEscape)
@@ -207,6 +206,7 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size
     {
         return 0;
     }
+    // Most headers are this one, and are compared in one piece.
     constexpr std::wstring_view lUsual = L"EndDelimiter***BeginDelimiter++++***";
     if (iText.size() >= lUsual.size() && AreEqualTexts(iText.substr(0, lUsual.size()), lUsual))
     {
@@ -214,7 +214,6 @@ unsigned int ReadHeader(std::wstring_view iText, DelimiterPair& oPair, std::size
         return static_cast<unsigned int>(lUsual.size());
     }
     const std::size_t lEndStart = gHeaderEndWord.size();
-    // From here on any pair. Most headers are the usual one, which was compared whole above.
     const std::size_t lEndStop = iText.find_first_of(gHeaderBeginWord, lEndStart);
     if (lEndStop == std::wstring_view::npos)
     {

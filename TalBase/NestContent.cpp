@@ -28,7 +28,7 @@ void NestContent::Swap(std::size_t iLeft, std::size_t iRight) noexcept
     std::swap(mEntries[iLeft], mEntries[iRight]);
 }
 
-// An entry without a nest is a killed one; its name stays, so that the others keep their places.
+// An entry without a nest is a killed one; its name stays, so that the others keep their positions.
 void NestContent::Kill(std::size_t iIndex) noexcept
 {
     mEntries[iIndex].mNest = nullptr;

@@ -190,8 +190,8 @@ unsigned int PropertyBagImpl::GetCount() const
     return static_cast<unsigned int>(mState.GetCount());
 }
 
-// The four positional operations let the position equal to the count pass their test; it designates no entry, and so
-// does any position that an overridden GetCount lets through.
+// The four positional operations let the position equal to the count pass their test; it designates no entry, and
+// neither does any position that an overridden GetCount lets through.
 
 QBase::ReturnWString PropertyBagImpl::GetName(unsigned int iIndex) const
 {
@@ -317,6 +317,7 @@ void PropertyBagImpl::ChangeDelimiters(const wchar_t* ipBegin, const wchar_t* ip
     CheckValidityOfDelimiters(ipBegin, ipEnd);
     const SharedWString lBegin(ipBegin);
     const SharedWString lEnd(ipEnd);
+    // A list of all bags, which a deep nest makes longer by a pointer a level: a walk would keep twice that.
     std::vector<BagState*> lBags{&mState};
     for (std::size_t lBag = 0; lBag < lBags.size(); ++lBag)
     {

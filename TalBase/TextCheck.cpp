@@ -1,5 +1,5 @@
-// The steps of CreatePropertyBag and AddString, with the place of what is read beside them: the header, the parser and
-// the merging are those of every reading, and the checker is another handler.
+// The steps of CreatePropertyBag and AddString, with the position of what is read beside them: the header, the parser
+// and the merging are those of every reading, and the checker is another handler.
 //
 // Nested bags are read without being made where that cannot fail: where every one of them is final (see BagBuilder),
 // and where nothing has to be merged into a bag with other delimiters. Otherwise they are made, as in every reading.
@@ -53,7 +53,7 @@ class TextChecker
 public:
     TextChecker(std::wstring_view iText, TextCheckResult& oResult) : mText(iText), mResult(oResult) {}
 
-    // What reading throws leaves the place where it happened in oResult.
+    // Throw what reading throws, with the position where that happened in the result.
     void CheckWithHeader()
     {
         DelimiterPair lPair;
@@ -176,8 +176,8 @@ private:
         });
     }
 
-    // A run that was just cut, and the delimiter before it. Under the default pair a value holds no character of the
-    // end delimiter that is not escaped, so what follows one belongs to the next name.
+    // Remarks on the delimiter before a run that was just cut, if it could also have begun further on. An end delimiter
+    // of the default pair could not: values contain its character only escaped, so what follows belongs to a name.
     void hRemarkOnOverlap(std::wstring_view iRun)
     {
         const bool lIsAmbiguous = mLastFound == Found::Begin || (mLastFound == Found::End && !mIsDefaultPair);
@@ -191,7 +191,7 @@ private:
         }
     }
 
-    // Into a bag for which a name or a value may be unfit. The entry that is merged is found again among what was read.
+    // Merges what was read into a bag that may refuse a name or a value, which is then the result's position.
     void hMerge(BagState& oBag)
     {
         const bool lAreNestsFinal = mBuilder->AreNestsFinal();

@@ -40,7 +40,7 @@ bool IsAllowed(const DelimiterPair& iPair)
 using Held = QBase::SmartPtrI<PropertyBag>;
 using HeldPairs = std::vector<std::pair<Held, Held>>;
 
-// Whether a bag that was read, which lists its plain properties first, holds the same names, values and nested bags in
+// Whether a bag that was read, which lists its plain properties first, has the same names, values and nested bags in
 // the same order as another, at this level; adds the nested bags to oNests, as pairs.
 bool HasSameLevel(const PropertyBag& iBag, const PropertyBag& iRead, HeldPairs& oNests)
 {
@@ -104,8 +104,6 @@ unsigned int FindRepeatedName(const PropertyBag& iBag)
     }
     return lCount;
 }
-
-} // namespace
 
 class TextFaultFinder
 {
@@ -348,6 +346,8 @@ private:
     bool mCanBeCarried = false;
     std::vector<Level> mLevels; // the last is looked at
 };
+
+} // namespace
 
 TextFault FindTextFault(const PropertyBag& iBag, bool iWithMetadata, const wchar_t* ipBegin, const wchar_t* ipEnd)
 {

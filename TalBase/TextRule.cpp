@@ -21,8 +21,8 @@ RunGuard::RunGuard(std::wstring_view iBegin, std::wstring_view iEnd) : mDelimite
     }
 }
 
-// What is left of the delimiter has to begin the follower. So its ends are looked for that do; they are the longest one
-// and its borders.
+// What is left of the delimiter has to be a beginning of the follower. The automaton of the follower finds the longest
+// end of the delimiter that is one; its borders are the others.
 void RunGuard::hFindWhereItGoesOn(Delimiter& oDelimiter, Delimiter& oFollower, std::vector<bool>& oGoesOn)
 {
     const std::wstring_view lText = oDelimiter.mText;

@@ -140,7 +140,7 @@ void ValueContent::Compact() noexcept
     mCount = static_cast<std::size_t>(lEnd - mEntries);
 }
 
-// Moves everything into new memory, without the gaps. Entries keep their places, killed ones too, so indices stay true.
+// Moves everything into new memory, without the gaps. Entries keep their positions, killed ones too.
 void ValueContent::hLayOut(std::size_t iCapacity, std::size_t iTextCapacity)
 {
     const std::size_t lLargest = std::numeric_limits<std::ptrdiff_t>::max() / 4;

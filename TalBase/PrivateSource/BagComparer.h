@@ -3,8 +3,7 @@
 // Equality is asked of one side: its values are taken as they are stored, the other side's as reading by name gives
 // them. So under the default pair {'a'='x&#42;y'} is unequal to itself, since "x&#42;y" is not "x*y". In nests the
 // sides change, as the other bag's nest is asked about this one's: {'n'={'a'='x&#42;y'}} under the default pair is
-// equal to
-// {'n'={'a'='x*y'}} under another one, which is unequal to it. See "Escapes" in Docs/TextFormat.md.
+// equal to {'n'={'a'='x*y'}} under another one, which is unequal to it. See "Escapes" in Docs/TextFormat.md.
 //
 // Invariant: answers, and throws, as the operations would if each called itself on the nests. The names that a level
 // looks up in the other bag are looked up as a scan from the front would, so a name that occurs twice gives the same.

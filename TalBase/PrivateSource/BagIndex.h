@@ -1,5 +1,5 @@
-// Looks many names up in one bag that does not change meanwhile: by the place where the name is expected, then, for a
-// small bag, by a scan, then by a table. Finds the first entry of a name, as a scan from the front would.
+// Looks many names up in one bag that does not change meanwhile: by the position where the name is expected, then, for
+// a small bag, by a scan, then by a table. Finds the first entry of a name, as a scan from the front would.
 
 #ifndef TALBASE_PRIVATESOURCE_BAGINDEX_H
 #define TALBASE_PRIVATESOURCE_BAGINDEX_H

@@ -4,7 +4,7 @@
 // Setting a name removes what bore it, of either kind, and appends: of "a b c" and the nests "n m", setting b and then
 // a nest a leaves the plain properties "c b" and the nests "n m a". One by one each removal would move what stands
 // behind it; the merger only kills the entries, a b c -> (a) (b) c b, and a table of names says where each name stands.
-// Docs/TextFormat.md, "What does not survive the text form", is what setting a nest does: it goes through its text.
+// A nest is set through its text; see "What does not survive the text form" in Docs/TextFormat.md.
 //
 // Invariant: while the merger lives, replaced entries stay, killed, until its end drops them; so nobody may look
 // at the bag meanwhile.
@@ -54,7 +54,7 @@ public:
     // gives it, level by level, the delimiters of the bag.
     void SetNest(std::wstring_view iName, NestPtr&& iNest);
 
-    // Sets all that another bag has, which may have this one somewhere inside.
+    // Sets all properties of another bag, which may have this one among its nests, at any depth.
     static void SetAll(BagState& oBag, const BagState& iOther);
 
     // Sets the properties of another bag that a filter names, in its order. Asking the filter may change nothing.

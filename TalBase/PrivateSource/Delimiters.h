@@ -32,12 +32,12 @@ std::size_t CountEscapable(std::wstring_view iValue) noexcept;
 void WriteEscaped(std::wstring_view iValue, wchar_t* opTarget) noexcept;
 std::wstring Escaped(std::wstring_view iValue);
 
-// Whether reading by name unescapes: whether "&#42" or "&#43" occurs, without the semicolon. What it sets off replaces
-// complete sequences only.
-bool HasEscapeStart(std::wstring_view iValue) noexcept;
+// Whether a value has to be unescaped when it is read by name. Also true for "&#42" and "&#43" without the semicolon,
+// of which unescaping replaces nothing.
+bool ContainsEscapeStart(std::wstring_view iValue) noexcept;
 inline bool TriggersUnescaping(std::wstring_view iValue) noexcept
 {
-    return Contains(iValue, L'&') && HasEscapeStart(iValue); // mostly there is not even an ampersand
+    return Contains(iValue, L'&') && ContainsEscapeStart(iValue); // mostly there is not even an ampersand
 }
 std::wstring Unescaped(std::wstring_view iValue);
 

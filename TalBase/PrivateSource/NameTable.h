@@ -1,7 +1,7 @@
 // A hash table from names to entry numbers, for operations that look many names up. It lives no longer than the
 // operation. The hash is keyed with a secret of the process, so chosen names cannot be made to collide.
 //
-// The table does not hold the names: whoever asks says how to compare with entry n.
+// The table does not keep the names: whoever asks says how to compare with entry n.
 
 #ifndef TALBASE_PRIVATESOURCE_NAMETABLE_H
 #define TALBASE_PRIVATESOURCE_NAMETABLE_H

@@ -1,6 +1,6 @@
 // The nested bags of a bag: an ordered sequence of names and nests, the twin of ValueContent.
 //
-// A nest is known by its state (see BagState.h). The content holds one reference on each, and so may others: clones
+// A nest is known by its state (see BagState.h). The content has one reference on each, and so may others: clones
 // share nests, and clients hold them.
 
 #ifndef TALBASE_PRIVATESOURCE_NESTCONTENT_H
@@ -45,7 +45,8 @@ public:
         return mEntries[iIndex].mName;
     }
 
-    // The nest is not a part of the content that holds it: who may only look at the one may change the other.
+    // A nest is not a part of the content, which only has a reference on it: whoever may look at the content may change
+    // the nest.
     BagState& GetNest(std::size_t iIndex) const noexcept
     {
         return *mEntries[iIndex].mNest;

@@ -1,9 +1,9 @@
-// Copies nests as handing them on as text would leave them, without the text, whose delimiters alone may be longer than
-// all that the nests hold.
+// Copies nests that are handed on as text, as that text would leave them, but without writing it: its delimiters alone
+// may be longer than all that is in the nests.
 //
 // The text of a nest reads back as the nest itself, less the empty nests in it, where
 // - a header can carry the delimiters,
-// - the rule for names and values holds (TextRule.h). No name comes twice: nests are read from texts.
+// - names and values keep the rule (TextRule.h). No name comes twice: nests are read from texts.
 //
 // For example: a nest with "a" = "1" has the text "a++++1***" and is copied. One with "a+" = "1" has "a+++++1***", in
 // which the first "++++" begins a character early, so that it reads back as "a" = "+1" (then escaped): no copy. An

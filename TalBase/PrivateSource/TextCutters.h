@@ -1,5 +1,5 @@
-// Cuts a text that comes from the network at its delimiters, in time linear in text and delimiters whatever these hold,
-// and knows nothing of what the pieces mean.
+// Cuts a text that comes from the network at its delimiters, in time linear in text and delimiters whatever these
+// contain, and knows nothing of what the pieces mean.
 //
 // Short delimiters are found by their first characters, 32 places at a time where the machine can, and compared on
 // the spot: at most gShortDelimiter steps a place. Long ones, for which that product could hurt, go through automata.
@@ -26,7 +26,7 @@ enum class Found
     Begin,
     End,
     Nothing,
-    Run // another run of text: no cutter finds that, but a list of tokens could hold it
+    Run // another run of text: no cutter finds that, but a list of tokens could have it
 };
 
 // Whether a ShortCutter may cut at them.
@@ -74,7 +74,7 @@ public:
         return mRun;
     }
 
-    // Whether the run may hold the first character of a delimiter. False only where it certainly holds none.
+    // Whether the run may contain the first character of a delimiter. False only where it certainly contains none.
     bool MayContainStart() const noexcept
     {
         return mMayContainStart;
@@ -150,7 +150,7 @@ private:
         std::wstring_view mText;
     };
 
-    // What is known of the text from a position on: candidates are places that may hold the first character of a
+    // What is known of the text from a position on: candidates are places that may have the first character of a
     // delimiter.
     struct Window
     {

@@ -13,16 +13,15 @@
 //   a plain property       Ann, b
 //   the end of the nest    where a name should be, a delimiter stands
 //
-// and gives back the tail "rest". Docs/TextFormat.md says what the text form is, and why it is read so.
+// and gives back the tail "rest". See "Grammar" in Docs/TextFormat.md, which has more examples.
 //
 // A handler is any class with these. Names and values are never empty, and are pieces of the text, so they tell where
 // they stand.
 //
 //   void Cut(std::wstring_view iRun, Found iFound)    each delimiter with the run of text before it, before it is
 //                                                     understood; at the end of the text Found::Nothing and the tail
-//   void Plain(iName, iValue, bool iMayContainStart)     a plain property; whether its value may hold the first
-//   character
-//                                                     of a delimiter
+//   void Plain(iName, iValue, bool iMayContainStart)  a plain property; whether the first character of a delimiter may
+//                                                     occur in its value
 //   void Empty(iName)                                 a property without a value
 //   void OpenNest(iName)                              what follows, up to its CloseNest, is inside
 //   void CloseNest()

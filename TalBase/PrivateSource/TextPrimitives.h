@@ -100,7 +100,7 @@ inline bool AreEqualTexts(std::wstring_view iLeft, std::wstring_view iRight) noe
     return iLeft.size() == iRight.size() && AreEqualTexts(iLeft.data(), iRight.data(), iLeft.size());
 }
 
-// Whether the text holds the character.
+// Whether the character occurs in the text.
 inline bool Contains(std::wstring_view iText, wchar_t iCharacter) noexcept
 {
 #if defined(__SSE2__)

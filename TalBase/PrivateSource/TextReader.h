@@ -1,5 +1,9 @@
 // Reads a text form into a bag: its header, then its properties apart, then these into the bag.
 //
+// For example "EndDelimiter]BeginDelimiter[]a[1]n[k[v]]" read into {'a'='0' 'b'='2'}, whose pair is another: the header
+// names "[" and "]", under which {'a'='1' 'n'={'k'='v'}} is read apart; merged, that makes {'b'='2' 'a'='1'
+// 'n'={'k'='v'}}, where n has the bag's own pair. See "The header, and how loosely it is read" in Docs/TextFormat.md.
+//
 // All throw what PropertyBag::AddString throws. Until the whole text has been read the bag is unchanged.
 
 #ifndef TALBASE_PRIVATESOURCE_TEXTREADER_H

@@ -2,11 +2,11 @@
 // telling callers about faults rest on.
 //
 // A run of text is read as it was written where
-// - it is not empty and holds no delimiter,
+// - it is not empty and contains no delimiter,
 // - none begins in it and ends in the delimiter behind it: that one would be found first,
 // - a value would not be escaped while it is read.
 // No run that breaks the rule can come from any text with these delimiters, wherever it stands; but for escapes, of
-// which the default delimiters may hold characters (see IsNeutralToEscapes).
+// which the default delimiters may contain characters (see IsNeutralToEscapes).
 
 #ifndef TALBASE_PRIVATESOURCE_TEXTRULE_H
 #define TALBASE_PRIVATESOURCE_TEXTRULE_H
@@ -59,7 +59,7 @@ public:
     {
     }
 
-    // All throw std::bad_alloc. Zero characters count in CheckName and CheckValue only: no bag holds any.
+    // All throw std::bad_alloc. Zero characters count in CheckName and CheckValue only: no bag has any.
     bool IsNameKept(std::wstring_view iName)
     {
         return hIsKept(iName, gBeginFollows);

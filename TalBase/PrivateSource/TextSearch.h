@@ -1,6 +1,6 @@
-// Searching for one text in texts that come from the network, in time linear in both whatever these hold: short texts
-// are compared place by place, long ones, for which that product could hurt, go through the Knuth-Morris-Pratt
-// automaton.
+// Searching for one text in texts that come from the network, in time linear in both whatever these contain: short
+// texts are compared character by character, long ones, for which that product could hurt, go through the
+// Knuth-Morris-Pratt automaton.
 
 #ifndef TALBASE_PRIVATESOURCE_TEXTSEARCH_H
 #define TALBASE_PRIVATESOURCE_TEXTSEARCH_H
@@ -12,7 +12,7 @@
 namespace QTalBase
 {
 
-inline constexpr std::size_t gShortDelimiter = 16; // up to here comparing place by place is cheap
+inline constexpr std::size_t gShortDelimiter = 16; // up to here comparing at every character is cheap
 
 // One needle, for any number of haystacks. Holds a view: the needle must outlive the searcher.
 class TextSearcher

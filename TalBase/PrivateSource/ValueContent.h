@@ -1,7 +1,7 @@
 // The plain properties of a bag: an ordered sequence of names and values whose characters lie together in one piece of
 // memory, so that a bag of twenty properties costs one allocation and not forty.
 //
-// Invariants: the memory holds first the entries and then the characters; an entry's value lies directly behind its
+// Invariants: in the memory are first the entries and then the characters; an entry's value lies directly behind its
 // name. Characters of removed entries stay as gaps until the memory is laid out anew, which happens when it is full or
 // far too large: a bag that lives long and changes often does not grow.
 

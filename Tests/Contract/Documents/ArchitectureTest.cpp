@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
@@ -181,6 +182,53 @@ TEST(ArchitectureDocument, FoldersIncludeEachOtherAsDrawn)
         AddEdges(lFolder, fs::path("Platform") / lFolder, lIncluded);
     }
     EXPECT_EQ(Chart(1).mEdges, lIncluded);
+}
+
+// The operations on states know no class, and no class lets them in: only the class's own sources include it.
+TEST(ArchitectureDocument, ImplementationOfABagIsKnownToItsOwnSourcesOnly)
+{
+    std::set<std::string> lKnowing;
+    for (const fs::path& lSource : Sources("TalBase"))
+    {
+        for (const std::string& lInclude : Includes(lSource))
+        {
+            if (lInclude == "TalBase/PrivateSource/PropertyBagImpl.h")
+            {
+                lKnowing.insert(lSource.filename().string());
+            }
+        }
+    }
+    EXPECT_EQ(lKnowing, (std::set<std::string>{"PropertyBag.cpp", "PropertyBagImpl.cpp"}));
+    EXPECT_EQ(ReadProjectFile("TalBase/PrivateSource/PropertyBagImpl.h").find("friend"), std::string::npos);
+}
+
+// Headers that are left when those that include none of the others are taken away, again and again.
+TEST(ArchitectureDocument, HeadersIncludeEachOtherInNoCircle)
+{
+    std::map<std::string, std::set<std::string>> lLeft;
+    for (const fs::path& lSource : Sources("TalBase"))
+    {
+        if (lSource.extension() == ".h")
+        {
+            const std::vector<std::string> lIncludes = Includes(lSource);
+            lLeft[fs::relative(lSource, TALBASE_SOURCE_DIR).string()] = {lIncludes.begin(), lIncludes.end()};
+        }
+    }
+    EXPECT_GT(lLeft.size(), 30U);
+    for (std::size_t lBefore = 0; lBefore != lLeft.size();)
+    {
+        lBefore = lLeft.size();
+        for (auto lHeader = lLeft.begin(); lHeader != lLeft.end();)
+        {
+            const bool lIsFree = std::none_of(lHeader->second.begin(), lHeader->second.end(),
+                                              [&](const std::string& iOther) { return lLeft.count(iOther) != 0; });
+            lHeader = lIsFree ? lLeft.erase(lHeader) : std::next(lHeader);
+        }
+    }
+    for (const auto& [lHeader, lIncludes] : lLeft)
+    {
+        ADD_FAILURE() << lHeader << " is in a circle, or includes one";
+    }
 }
 
 TEST(ArchitectureDocument, PrivateHeadersAreIncludedByTheLibraryAndItsTestsOnly)

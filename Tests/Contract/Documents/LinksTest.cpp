@@ -192,6 +192,28 @@ std::set<std::string> TestNames()
 
 } // namespace
 
+// What `See "Heading" in Docs/Document.md` refers to in a comment of the library.
+TEST(AllDocuments, SectionsThatTheSourcesNameAreThere)
+{
+    std::size_t lCount = 0;
+    for (const auto& lFile : fs::recursive_directory_iterator(fs::path(TALBASE_SOURCE_DIR) / "TalBase"))
+    {
+        if (!lFile.is_regular_file())
+        {
+            continue;
+        }
+        const std::string lName = fs::relative(lFile.path(), TALBASE_SOURCE_DIR).string();
+        const std::string lText = std::regex_replace(ReadProjectFile(lName), std::regex("\n *//"), "");
+        const std::regex lReference("\"([^\"\n]+)\" in (Docs/[A-Za-z]+[.]md)");
+        for (std::sregex_iterator lFound(lText.begin(), lText.end(), lReference), lEnd; lFound != lEnd; ++lFound)
+        {
+            EXPECT_TRUE(HasAnchor((*lFound)[2], Anchor((*lFound)[1]))) << lName << ": " << (*lFound)[0];
+            ++lCount;
+        }
+    }
+    EXPECT_GE(lCount, 6U) << "reader, parser, builder, merger, copier and comparer";
+}
+
 TEST(ReadmeDocument, GuideHasEveryPublicHeaderAndNoOther)
 {
     std::set<std::string> lHeaders = PublicHeaders("TalBase", ".");
