@@ -27,7 +27,7 @@ BagBuilder::BagBuilder(const SharedWString& iBegin, const SharedWString& iEnd, c
       mTextStop(ipTextStop),
       mMakesNests(iMakesNests)
 {
-    mFrames.Push(Frame{});
+    mFrames.Push(Frame{{}, 0, 0, false});
 }
 
 BagBuilder::~BagBuilder()
@@ -42,25 +42,25 @@ BagBuilder::~BagBuilder()
 }
 
 // Only counted here, and escaped where it is kept, so that most values are copied once. What escaping would break is
-// refused at once all the same: SetProperty would refuse it before what follows in the text is read. Where every nest
-// is final, escaping breaks nothing.
+// refused at once all the same: SetProperty would refuse it before what follows in the text is read.
 void BagBuilder::hAddSuspect(std::wstring_view iName, std::wstring_view iValue)
 {
     const std::size_t lEscapable = CountEscapable(iValue);
-    if (lEscapable != 0 && !hIsEveryNestFinal())
+    if (lEscapable != 0 && !hIsPairNeutral())
     {
         const std::wstring lEscaped = Escaped(iValue);
         if (Contains(lEscaped, mEnd.View()) || Contains(lEscaped, mBegin.View()))
         {
             Messages::ThrowValueHasDelimiter(lEscaped, mBegin.View(), mEnd.View());
         }
+        mFrames.Top().mIsTouched = true;
     }
     mPlains.Push(PlainEntry{iName, iValue, lEscapable});
 }
 
 void BagBuilder::OpenNest(std::wstring_view iName)
 {
-    mFrames.Push(Frame{iName, mPlains.GetCount(), mNests.GetCount()});
+    mFrames.Push(Frame{iName, mPlains.GetCount(), mNests.GetCount(), false});
 }
 
 // What lies above the frame becomes one nest of the nest around it. Its entry is pushed before the nest is let go, so
@@ -69,28 +69,24 @@ void BagBuilder::CloseNest()
 {
     const Frame lFrame = mFrames.Top();
     hMarkReplaced(lFrame);
+    bool lIsFinal = true;
     NestEntry lEntry{lFrame.mName, nullptr, false, !mMakesNests && hIsNothingLeft(lFrame)};
-    NestPtr lNest = mMakesNests ? hMakeClosed(lFrame) : nullptr;
+    NestPtr lNest = mMakesNests ? hMakeClosed(lFrame, lIsFinal) : nullptr;
     mPlains.CutTo(lFrame.mFirstPlain);
     mNests.CutTo(lFrame.mFirstNest);
     mFrames.CutTo(mFrames.GetCount() - 1);
+    mFrames.Top().mIsTouched = mFrames.Top().mIsTouched || !lIsFinal;
     mNests.Push(lEntry);
     mNests.Top().mNest = lNest.Detach();
 }
 
 // A nest that has to be read again keeps its empty nests until then: its text has them, and they may count there.
-NestPtr BagBuilder::hMakeClosed(const Frame& iFrame)
+NestPtr BagBuilder::hMakeClosed(const Frame& iFrame, bool& oIsFinal)
 {
+    oIsFinal = !iFrame.mIsTouched && hCanHeaderCarryPair();
     NestPtr lNest = MakeNest(mBegin, mEnd);
-    hFill(iFrame, !hIsEveryNestFinal(), lNest->mValues, lNest->mNests);
-    if (hIsEveryNestFinal())
-    {
-        return lNest;
-    }
-    const std::wstring lText = TextWriter(*lNest).WriteToString(true);
-    lNest = MakeNest(mBegin, mEnd);
-    AddText(*lNest, lText);
-    return lNest;
+    hFill(iFrame, !oIsFinal, lNest->mValues, lNest->mNests);
+    return oIsFinal ? lNest : hReadAgain(*lNest, oIsFinal);
 }
 
 // What IsEmpty would say of the nest, had it been made.
@@ -104,9 +100,18 @@ bool BagBuilder::hIsNothingLeft(const Frame& iFrame) noexcept
     return lIsNothing;
 }
 
+// What was escaped is not escaped again, so the second reading is final as a rule.
+NestPtr BagBuilder::hReadAgain(const BagState& iNest, bool& oIsFinal)
+{
+    const std::wstring lText = TextWriter(iNest).WriteToString(true);
+    NestPtr lNest = MakeNest(mBegin, mEnd);
+    oIsFinal = AddText(*lNest, lText) && hCanHeaderCarryPair();
+    return lNest;
+}
+
 bool BagBuilder::AreNestsFinal()
 {
-    return mNests.GetCount() == 0 || hIsEveryNestFinal();
+    return !mFrames.Top().mIsTouched;
 }
 
 // Entries are numbered plain properties first.
@@ -226,13 +231,22 @@ void BagBuilder::hFillWithAll(ValueContent& oValues, NestContent& oNests)
     hFill(lFrame, true, oValues, oNests);
 }
 
-bool BagBuilder::hIsEveryNestFinal()
+bool BagBuilder::hIsPairNeutral()
 {
-    if (!mIsEveryNestFinal)
+    if (!mIsPairNeutral)
     {
-        mIsEveryNestFinal = IsConstantPair(mBegin, mEnd) || IsEveryNestFinal({mBegin.View(), mEnd.View()});
+        mIsPairNeutral = IsNeutralToEscapes({mBegin.View(), mEnd.View()});
     }
-    return *mIsEveryNestFinal;
+    return *mIsPairNeutral;
+}
+
+bool BagBuilder::hCanHeaderCarryPair()
+{
+    if (!mCanHeaderCarryPair)
+    {
+        mCanHeaderCarryPair = IsConstantPair(mBegin, mEnd) || CanHeaderCarry({mBegin.View(), mEnd.View()});
+    }
+    return *mCanHeaderCarryPair;
 }
 
 } // namespace QTalBase

@@ -30,16 +30,16 @@ SharedPair CheckedPair(BagState& oBag, const DelimiterPair& iPair)
 
 } // namespace
 
-void AddText(BagState& oBag, std::wstring_view iText)
+bool AddText(BagState& oBag, std::wstring_view iText)
 {
     DelimiterPair lPair = oBag.GetPair();
     const unsigned int lPosition = ReadHeader(iText, lPair);
-    AddContent(oBag, iText, lPosition, lPair);
+    return AddContent(oBag, iText, lPosition, lPair);
 }
 
 // What was read becomes the bag's own where that gives what merging gives: the bag has nothing yet, and no name or
 // value has to be looked at again. Everything else is merged, entry by entry.
-void AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
+bool AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
 {
     const SharedPair lPair = CheckedPair(oBag, iPair);
     BagBuilder lBuilder(lPair.mBegin, lPair.mEnd, iText.data() + iText.size());
@@ -48,11 +48,12 @@ void AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition,
     if (lAreNestsFinal && oBag.IsEmpty() && oBag.mBegin.IsSame(lPair.mBegin) && oBag.mEnd.IsSame(lPair.mEnd))
     {
         lBuilder.MoveTo(oBag);
-        return;
+        return true;
     }
     const NestPtr lRead = lBuilder.MakeBag();
     std::size_t lEntry = 0;
     MergeRead(oBag, *lRead, lAreNestsFinal, lEntry);
+    return lAreNestsFinal;
 }
 
 void MergeRead(BagState& oBag, const BagState& iRead, bool iAreNestsFinal, std::size_t& oEntry)

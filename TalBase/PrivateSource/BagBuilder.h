@@ -6,9 +6,12 @@
 // for a property without a value. See "Empty nested bags" in Docs/TextFormat.md.
 //
 // Invariant that lets the builder keep what it read instead: a run of text means the same as long as the delimiter
-// behind it is the same, so the second reading gives the nest itself, less its empty nests. Then a nest is "final". The
-// pair alone decides that: a header has to carry it, and escapes, if it is the default pair, have to leave it alone
-// (IsEveryNestFinal). With any other pair every nest really is rendered and read again.
+// behind it is the same, so the second reading gives the nest itself, less its empty nests. A nest is "final" where
+// that holds: a header can carry the pair, and no value in the nest was escaped with a pair that shares a character
+// with an escape. Any other nest really is rendered and read again.
+//
+// So a nest answers for itself, though mostly the pair decides. Were every nest read again where an escape could touch
+// one, each reading again would read all nests below again, and depth would take stack and time without bound.
 
 #ifndef TALBASE_PRIVATESOURCE_BAGBUILDER_H
 #define TALBASE_PRIVATESOURCE_BAGBUILDER_H
@@ -87,7 +90,7 @@ public:
         return mNests.Top().mNest != nullptr ? mNests.Top().mNest->IsEmpty() : mNests.Top().mIsEmpty;
     }
 
-    // Whether all nests of the text, if it has any, are final.
+    // Whether all nests of the text are final.
     bool AreNestsFinal();
 
     // Moves what was read, whose nests must be final, into a bag that has no properties and the same pair. When it
@@ -128,24 +131,28 @@ private:
         std::wstring_view mName;
         std::size_t mFirstPlain = 0;
         std::size_t mFirstNest = 0;
+        bool mIsTouched = false; // by an escape, so that it is not final
     };
 
     void hAddSuspect(std::wstring_view iName, std::wstring_view iValue);
     bool hIsNothingLeft(const Frame& iFrame) noexcept;
-    NestPtr hMakeClosed(const Frame& iFrame);
+    NestPtr hMakeClosed(const Frame& iFrame, bool& oIsFinal);
+    NestPtr hReadAgain(const BagState& iNest, bool& oIsFinal);
     void hMarkReplaced(const Frame& iFrame);
     Size hGetSizeOfPlains(const Frame& iFrame) noexcept;
     void hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& oValues, NestContent& oNests);
     void hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, NestContent& oNests);
     void hFillWithAll(ValueContent& oValues, NestContent& oNests);
-    bool hIsEveryNestFinal();
+    bool hIsPairNeutral();
+    bool hCanHeaderCarryPair();
 
     SharedWString mBegin;
     SharedWString mEnd;
     bool mIsDefaultPair;
     bool mIsEveryValueSuspect; // of being escapable. Not where the pair starts with what is escaped: then the cutter
                                // has stumbled over every such character.
-    std::optional<bool> mIsEveryNestFinal; // where somebody has asked
+    std::optional<bool> mIsPairNeutral;      // where somebody has asked
+    std::optional<bool> mCanHeaderCarryPair; // where somebody has asked
     const wchar_t* mTextStop;
     bool mMakesNests;
     SmallStack<PlainEntry, 24> mPlains;

@@ -49,7 +49,7 @@ bool CanHeaderCarry(const DelimiterPair& iPair);
 // the pair. True for the initial defaults; only re-pointed ones can differ.
 bool IsNeutralToEscapes(const DelimiterPair& iPair) noexcept;
 
-// Whether every nest that is read with the pair is final: its text, with its header, reads back as the nest.
+// Whether the pair alone makes the text of every nest that is read with it read back as the nest.
 bool IsEveryNestFinal(const DelimiterPair& iPair);
 
 // Reads a header. Returns the position of the content, in 32-bit arithmetic, 0 where there is no header; with one, the

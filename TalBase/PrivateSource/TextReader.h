@@ -18,9 +18,10 @@ namespace QTalBase
 {
 
 // Merge a text into a bag whose names occur once and whose class overrides nothing; AddContent: one whose header, if it
-// has any, ends at iPosition and named the pair.
-void AddText(BagState& oBag, std::wstring_view iText);
-void AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
+// has any, ends at iPosition and named the pair. Return whether no nest of the text had to be read again (see
+// BagBuilder).
+bool AddText(BagState& oBag, std::wstring_view iText);
+bool AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
 
 // Merges what was read into another bag. oEntry: the number of entries that are merged already, also after a failure.
 void MergeRead(BagState& oBag, const BagState& iRead, bool iAreNestsFinal, std::size_t& oEntry);
