@@ -85,7 +85,6 @@ void ExpectNoSquare(const std::string& iWhat, const std::vector<std::string>& iS
         lLong = std::min(lLong, Seconds(iLong));
     }
     EXPECT_LE(lLong, gLargestGrowth * lShort) << iWhat;
-    fprintf(stderr, "%-70s %8.4f %8.4f %6.1f\n", iWhat.c_str(), lShort, lLong, lLong / lShort);
 }
 
 // The arguments with "%" for the file of a shape.

@@ -44,6 +44,51 @@ std::string WriteOne(const wchar_t* ipName, const wchar_t* ipValue, char iEnd = 
     return lText.substr(lLine, lText.size() - lLine - 1);
 }
 
+// The same of a property in a nested bag, whose value is "v".
+std::string WriteNested(const std::wstring& iBag, const std::wstring& iName)
+{
+    const BagPtr lNested(QTalBase::CreatePropertyBag(L"\u4E00", L"\u4E01"));
+    lNested->SetProperty(iName.c_str(), L"v", false);
+    const BagPtr lBag(QTalBase::CreatePropertyBag(L"\u4E00", L"\u4E01"));
+    lBag->EmbedProperty(iBag.c_str(), lNested.get());
+    const std::string lText = Write(lBag, {{L"\u4E00", L"\u4E01"}, true, L""}, Gate(), {});
+    const std::size_t lLine = lText.find('\n') + 1;
+    return lText.substr(lLine, lText.size() - lLine - 1);
+}
+
+std::wstring AsStep(const std::wstring& iName)
+{
+    std::wstring lStep;
+    for (const wchar_t lCharacter : iName)
+    {
+        lStep += lCharacter == L'/' || lCharacter == L'\\' ? L"\\" : L"";
+        lStep += lCharacter;
+    }
+    return lStep;
+}
+
+// A text below U+0180 as a line has it, by the rules and character by character. iQuoted: what it may not begin with.
+std::string Plainly(const std::wstring& iText, std::wstring_view iQuoted)
+{
+    const auto lIsBlank = [](wchar_t iOne) { return iOne == L' ' || iOne == 0xA0; };
+    bool lWantsQuotes = iQuoted.find(iText[0]) != iQuoted.npos || lIsBlank(iText[0]) || lIsBlank(iText.back());
+    std::string lText;
+    std::string lEscaped;
+    for (const wchar_t lCharacter : iText)
+    {
+        const bool lIsInvisible = lCharacter < 0x20 || (lCharacter >= 0x7F && lCharacter < 0xA0) || lCharacter == 0xAD;
+        lWantsQuotes = lWantsQuotes || lIsInvisible;
+        lText += ToUtf8(std::wstring(1, lCharacter));
+        const std::size_t lShort = std::wstring_view(L"\"\\\n\r\t\b\f").find(lCharacter);
+        char lNumber[8];
+        std::snprintf(lNumber, sizeof(lNumber), "\\u%04x", static_cast<unsigned int>(lCharacter));
+        lEscaped += lShort != std::wstring_view::npos ? std::string{'\\', "\"\\nrtbf"[lShort]}
+                    : lIsInvisible                    ? lNumber
+                                                      : ToUtf8(std::wstring(1, lCharacter));
+    }
+    return lWantsQuotes ? '"' + lEscaped + '"' : lText;
+}
+
 List Read(const std::wstring& iText, char iEnd = '\n')
 {
     return ReadList("a.list", iText, iEnd);
@@ -179,6 +224,14 @@ TEST(Listing, WriteSortedIsByPathNameByName)
               "x:n/a = 4\n"
               "x:n/z = 3\n"
               "x:n- = 1\n");
+    EXPECT_EQ(WriteText(L"EndDelimiter***BeginDelimiter++++***c++++1***n++++FTPServerPassword++++k++++hunter2******"
+                        L"a++++2***m++++l++++k++++3************",
+                        {'\n', true, ""}),
+              "# begin \"++++\", end \"***\"\n"
+              "c = 1\n"
+              "n/FTPServerPassword/ = (hidden)\n"
+              "n/a = 2\n"
+              "n/m/l/k = 3\n");
 }
 
 TEST(Listing, WriteQuotesWhatAPersonCouldMisread)
@@ -197,6 +250,26 @@ TEST(Listing, WriteQuotesWhatAPersonCouldMisread)
     EXPECT_EQ(WriteOne(L"#a", L"#d"), R"("#a" = #d)");
     EXPECT_EQ(WriteOne(L"\"a", L"d"), R"("\"a" = d)");
     EXPECT_EQ(WriteOne(L" a\n", L"d"), R"(" a\n" = d)");
+}
+
+// Characters by themselves, where the rules of Text/Listing.h are short: " = " takes three.
+TEST(Listing, WriteQuotesEveryCharacterByTheRules)
+{
+    for (wchar_t lCharacter = 1; lCharacter < 0x180; ++lCharacter)
+    {
+        for (const std::wstring& lText : {lCharacter + std::wstring(L"b"), L"b" + std::wstring(1, lCharacter) + L"c",
+                                          L"b" + std::wstring(1, lCharacter)})
+        {
+            EXPECT_EQ(WriteOne(L"a", lText.c_str()), "a = " + Plainly(lText, L"\""));
+            EXPECT_EQ(WriteOne(lText.c_str(), L"a"), Plainly(AsStep(lText), L"\"#") + " = a");
+            EXPECT_EQ(WriteNested(L"n", lText), Plainly(L"n/" + AsStep(lText), L"\"#") + " = v");
+            EXPECT_EQ(WriteNested(lText, L"n"), Plainly(AsStep(lText) + L"/n", L"\"#") + " = v");
+        }
+    }
+    EXPECT_EQ(WriteNested(L"b", L"= c"), "b/= c = v");
+    EXPECT_EQ(WriteNested(L"b ", L"c d"), "b /c d = v");
+    EXPECT_EQ(WriteNested(L"b", L" = c"), "\"b/ = c\" = v");
+    EXPECT_EQ(WriteNested(L"b =", L"c"), "b =/c = v");
 }
 
 TEST(Listing, WriteEndedByZerosLeavesLineEndsAlone)

@@ -155,7 +155,8 @@ TEST(Inputs, LinesOfJsonComeThereAndBack)
     std::string lJson;
     for (int lNumber = 0; lNumber < 3000; ++lNumber) // more than a block of reading
     {
-        lJson += "{\"a\":\"" + std::to_string(lNumber) + "\\n\\\"+*\",\"n\":{\"k\":[\"x\",\"y\"]}}\n";
+        const char* const lValues[] = {"\\n\\\"+*", " and ASCII", "\xC3\xA4\xE2\x82\xAC"};
+        lJson += "{\"a\":\"" + std::to_string(lNumber) + lValues[lNumber % 3] + "\",\"n\":{\"k\":[\"x\",\"y\"]}}\n";
     }
     const ToolRun lBags = RunTool({"from-json", "--strict", "--lines", lWorkplace.Write("a.json", lJson)});
     EXPECT_EQ(lBags.mStatus, 0) << lBags.mErr;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <random>
 
 using namespace TalBaseTool;
 
@@ -91,6 +92,37 @@ TEST(SensitiveNames, FindFindsPartsOfWordsFromAPlaceOn)
     EXPECT_EQ(Show(lNames.Find(L"my keyring", 0)), "3-10");
     EXPECT_TRUE(lNames.IsIn(L"FTPServerPassword2"));
     EXPECT_FALSE(lNames.IsIn(L"FTPServerPass-word"));
+}
+
+// What begins a name is looked for otherwise in a long text than in a short one, and where names begin in many ways.
+TEST(SensitiveNames, FindFindsTheSameInLongTextsAsInTheirPieces)
+{
+    std::mt19937 lEngine(1);
+    for (const SensitiveNames& lNames : {SensitiveNames({L"Key"}), SensitiveNames({L"Key", L"a", L"b", L"c", L"d"})})
+    {
+        std::wstring lText;
+        while (lText.size() < 2000)
+        {
+            lText += L"kKeEyYx. "[lEngine() % 9];
+        }
+        lText += L"Key";
+        std::size_t lCount = 0;
+        for (std::size_t lStart = 0; lStart + 32 < lText.size(); ++lStart)
+        {
+            const std::optional<NamePlace> lPiece = lNames.Find(lText.substr(lStart, 32), 0);
+            const std::optional<NamePlace> lFound = lNames.Find(lText, lStart);
+            ASSERT_TRUE(lFound);
+            if (lPiece && lPiece->mStop < 30)
+            {
+                EXPECT_EQ(lFound->mStart, lStart + lPiece->mStart);
+                EXPECT_EQ(lFound->mStop, lStart + lPiece->mStop);
+                ++lCount;
+            }
+        }
+        EXPECT_GT(lCount, 100);
+        EXPECT_EQ(Show(lNames.Find(lText, 2000)), "2000-2003");
+        EXPECT_EQ(Show(lNames.Find(lText, 2001)), "none");
+    }
 }
 
 TEST(SensitiveNames, EnvironmentAddsOneALine)

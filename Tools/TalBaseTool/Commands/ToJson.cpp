@@ -19,16 +19,22 @@ namespace
 {
 
 constexpr std::size_t gBuffer = std::size_t{1} << 16;
+constexpr std::size_t gSmall = 2048;      // most bags have no longer JSON
+constexpr std::size_t gFew = 8;           // and are not nested deeper
 constexpr std::size_t gMostIndented = 40; // levels; deeper ones begin no further right
 
 // The positions of an array's elements in their order; empty where the bag is no array.
 std::vector<unsigned int> FindElements(const QTalBase::PropertyBag& iBag)
 {
     const unsigned int lCount = iBag.GetCount();
+    if (lCount == 0 || ReadElement(iBag.GetName(0), lCount) == lCount) // mostly
+    {
+        return {};
+    }
     std::vector<unsigned int> lPositions(lCount);
     for (unsigned int lIndex = 0; lIndex < lCount; ++lIndex)
     {
-        const std::size_t lElement = ReadElement(iBag.GetName(lIndex).c_str(), lCount);
+        const std::size_t lElement = ReadElement(iBag.GetName(lIndex), lCount);
         if (lElement == lCount)
         {
             return {};
@@ -52,7 +58,8 @@ public:
     JsonWriter(const ToJsonOptions& iOptions, const BagPtr& iBag, std::ostream& oOut)
         : mOptions(iOptions), mOut(oOut), mEscaping(iBag->GetBeginDelimiter(), iBag->GetEndDelimiter())
     {
-        mBuffer.reserve(gBuffer + gBuffer / 4);
+        mBuffer.reserve(gSmall);
+        mFrames.reserve(gFew);
         hOpen(iBag);
     }
 
@@ -118,7 +125,7 @@ private:
     {
         if (iHasName)
         {
-            AppendJsonString(iBag->GetName(iIndex).c_str(), mBuffer);
+            AppendJsonString(iBag->GetName(iIndex), mBuffer);
             mBuffer += mOptions.mIndent < 0 ? ":" : ": ";
         }
         if (iBag->IsEmbedded(iIndex))
@@ -127,14 +134,13 @@ private:
             return;
         }
         const QBase::ReturnWString lStored = iBag->GetValue(iIndex);
-        const std::wstring_view lView = lStored;
-        if (lView.find(L'&') == std::wstring_view::npos) // mostly
+        if (mEscaping.HoldsEscape(lStored))
         {
-            hWriteValue(lView);
+            hWriteValue(mEscaping.Unescape(lStored));
         }
         else
         {
-            hWriteValue(mEscaping.Unescape(lView));
+            hWriteValue(lStored);
         }
     }
 
@@ -188,11 +194,13 @@ int ToJson(const ToJsonOptions& iOptions, const Streams& iStreams)
     lOptions.mInputs.mSecrets.mShowSecrets = !iOptions.mIsRedacted; // where all is converted, none is looked for
     lOptions.mIndent = iOptions.mHasLines ? -1 : iOptions.mIndent;
     return ForEachBag(lOptions.mInputs, iStreams, [&](const Document& iDocument, bool) {
-        Document lDocument = iDocument;
-        if (iOptions.mIsRedacted)
+        if (!iOptions.mIsRedacted)
         {
-            TakeOutSecrets(lDocument, false, iStreams);
+            JsonWriter(lOptions, iDocument.mBag, iStreams.mOut).Write();
+            return;
         }
+        Document lDocument = iDocument;
+        TakeOutSecrets(lDocument, false, iStreams);
         JsonWriter(lOptions, lDocument.mBag, iStreams.mOut).Write();
     });
 }

@@ -25,16 +25,13 @@ namespace
 {
 
 // The line end that stands behind a text, outside of it.
-std::wstring FindLineEnd(const std::wstring& iText, const std::wstring& iEndDelimiter)
+std::wstring FindLineEnd(std::wstring_view iText, std::wstring_view iEndDelimiter)
 {
     for (const std::wstring_view lLineEnd : {L"\r\n", L"\n"})
     {
-        if (lLineEnd.find(iEndDelimiter) != std::wstring_view::npos)
-        {
-            continue; // it ends the last property
-        }
-        const std::wstring lEnd = iEndDelimiter + std::wstring(lLineEnd);
-        if (iText.size() >= lEnd.size() && iText.compare(iText.size() - lEnd.size(), lEnd.size(), lEnd) == 0)
+        const bool lEndsProperty = lLineEnd.find(iEndDelimiter) != std::wstring_view::npos;
+        if (!lEndsProperty && iText.ends_with(lLineEnd) &&
+            iText.substr(0, iText.size() - lLineEnd.size()).ends_with(iEndDelimiter))
         {
             return std::wstring(lLineEnd);
         }

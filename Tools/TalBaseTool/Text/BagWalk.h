@@ -31,6 +31,8 @@ class BagWalk
 public:
     explicit BagWalk(const BagPtr& iBag)
     {
+        constexpr std::size_t lFew = 8; // most bags are not nested deeper
+        mFrames.reserve(lFew);
         mFrames.push_back(Frame{iBag, 0, iBag->GetCount()});
     }
 

@@ -1,5 +1,7 @@
 #include "Text/Escaping.h"
 
+#include <algorithm>
+
 namespace TalBaseTool
 {
 
@@ -11,17 +13,15 @@ constexpr const wchar_t* gAnyName = L""; // one that holds no delimiter, whateve
 // What is known of the default pair, asked once: a bag takes as long to make as a small text to read.
 struct DefaultEscapes
 {
-    DefaultEscapes() : mProbe(QTalBase::CreatePropertyBag(BEGIN, END)), mStar(hAsk(L'*')), mPlus(hAsk(L'+')) {}
-
-    BagPtr mProbe;
-    std::wstring mStar; // what stands for these characters
-    std::wstring mPlus;
+    std::wstring mStar = hAsk(L"*"); // what stands for these characters
+    std::wstring mPlus = hAsk(L"+");
 
 private:
-    std::wstring hAsk(wchar_t iCharacter) const
+    static std::wstring hAsk(const wchar_t* ipCharacter)
     {
-        mProbe->SetProperty(gAnyName, std::wstring(1, iCharacter).c_str(), false);
-        return mProbe->GetValue(0).c_str();
+        const BagPtr lProbe(QTalBase::CreatePropertyBag(BEGIN, END));
+        lProbe->SetProperty(gAnyName, ipCharacter, false);
+        return lProbe->GetValue(0).c_str();
     }
 };
 
@@ -47,14 +47,23 @@ std::wstring Escaping::Escape(std::wstring_view iValue) const
 
 std::wstring Escaping::Unescape(std::wstring_view iStored) const
 {
-    std::wstring lStored(iStored);
-    if (HoldsEscape(lStored))
+    if (!HoldsEscape(iStored))
     {
-        const BagPtr& lProbe = Defaults().mProbe;
-        lProbe->SetProperty(gAnyName, lStored.c_str(), false);
-        lStored = lProbe->GetProperty(gAnyName).c_str();
+        return std::wstring(iStored);
     }
-    return lStored;
+    std::wstring lValue;
+    lValue.reserve(iStored.size());
+    for (std::size_t lStart = 0; lStart < iStored.size();)
+    {
+        const std::size_t lStop = std::min(iStored.find(L'&', lStart), iStored.size());
+        lValue.append(iStored.substr(lStart, lStop - lStart));
+        const std::wstring_view lRest = iStored.substr(lStop);
+        const bool lIsStar = lRest.starts_with(Defaults().mStar);
+        const bool lIsPlus = lRest.starts_with(Defaults().mPlus);
+        lValue.append(lIsStar ? L"*" : lIsPlus ? L"+" : lRest.substr(0, 1));
+        lStart = lStop + (lIsStar ? Defaults().mStar.size() : lIsPlus ? Defaults().mPlus.size() : 1);
+    }
+    return lValue;
 }
 
 void Escaping::EscapeFrom(std::size_t iStart, std::wstring& oText) const
@@ -87,11 +96,10 @@ std::size_t Escaping::CountGrowth(std::wstring_view iValue) const
     return lGrowth;
 }
 
-bool Escaping::HoldsEscape(std::wstring_view iValue) const
+bool Escaping::hHoldsEscape(std::wstring_view iValue)
 {
-    return mIsDefaultPair && iValue.find(L'&') != std::wstring_view::npos &&
-           (iValue.find(Defaults().mStar) != std::wstring_view::npos ||
-            iValue.find(Defaults().mPlus) != std::wstring_view::npos);
+    return iValue.find(Defaults().mStar) != std::wstring_view::npos ||
+           iValue.find(Defaults().mPlus) != std::wstring_view::npos;
 }
 
 // Null for a character that stands for itself.

@@ -28,9 +28,13 @@ public:
     std::size_t CountGrowth(std::wstring_view iValue) const;
 
     // Whether a value holds an escape, which would be taken for the character that it stands for.
-    bool HoldsEscape(std::wstring_view iValue) const;
+    bool HoldsEscape(std::wstring_view iValue) const
+    {
+        return mIsDefaultPair && iValue.find(L'&') != std::wstring_view::npos && hHoldsEscape(iValue);
+    }
 
 private:
+    static bool hHoldsEscape(std::wstring_view iValue);
     const std::wstring* hFindEscape(wchar_t iCharacter) const;
 
     bool mIsDefaultPair;

@@ -120,22 +120,6 @@ std::string Gate::GetReason() const
                                         : "";
 }
 
-bool Gate::HidesValue(std::wstring_view iName, std::wstring_view iValue) const
-{
-    return HidesBag(iName) || (mOpening == Opening::Masked && mNames->FindWord(iValue));
-}
-
-bool Gate::HidesBag(std::wstring_view iName) const
-{
-    return mOpening == Opening::Nothing ||
-           (mOpening == Opening::Masked && (mNames->FindWord(iName) || hIsNeighbour(iName)));
-}
-
-bool Gate::HidesName(std::wstring_view iName) const
-{
-    return hShownPart(iName).size() != iName.size();
-}
-
 std::vector<TextPart> Gate::FindParts(std::wstring_view iText) const
 {
     switch (mOpening)
@@ -185,6 +169,17 @@ std::string Gate::ShowPath(const Path& iLast, std::size_t iLevel, bool iIsBelowH
     const bool lIsCut = lShown.size() < iLast.size();
     return lText + (lShown.empty() || lIsLastWhole ? "" : gHidden) + (lIsCut && !lShown.empty() ? "/" : "") +
            (lIsCut ? gHidden : "");
+}
+
+bool Gate::hHidesValue(std::wstring_view iName, std::wstring_view iValue) const
+{
+    return hHidesBag(iName) || (mOpening == Opening::Masked && mNames->FindWord(iValue));
+}
+
+bool Gate::hHidesBag(std::wstring_view iName) const
+{
+    return mOpening == Opening::Nothing ||
+           (mOpening == Opening::Masked && (mNames->FindWord(iName) || hIsNeighbour(iName)));
 }
 
 bool Gate::hIsNeighbour(std::wstring_view iName) const

@@ -74,13 +74,22 @@ public:
     std::string GetReason() const;
 
     // Whether the value of a plain property is hidden. iValue: as a caller sees it, or as it is stored.
-    bool HidesValue(std::wstring_view iName, std::wstring_view iValue) const;
+    bool HidesValue(std::wstring_view iName, std::wstring_view iValue) const
+    {
+        return mOpening != Opening::Everything && hHidesValue(iName, iValue);
+    }
 
     // Whether a nested bag is hidden, with all that is in it.
-    bool HidesBag(std::wstring_view iName) const;
+    bool HidesBag(std::wstring_view iName) const
+    {
+        return mOpening != Opening::Everything && hHidesBag(iName);
+    }
 
     // Whether a name, or a part of it, is hidden.
-    bool HidesName(std::wstring_view iName) const;
+    bool HidesName(std::wstring_view iName) const
+    {
+        return mOpening != Opening::Everything && hShownPart(iName).size() != iName.size();
+    }
 
     // Where something is hidden in the text that the gate was made for, in order. Goes through all of it.
     std::vector<TextPart> FindParts(std::wstring_view iText) const;
@@ -97,6 +106,8 @@ public:
     std::string ShowPath(const Path& iLast, std::size_t iLevel, bool iIsBelowHidden) const;
 
 private:
+    bool hHidesValue(std::wstring_view iName, std::wstring_view iValue) const;
+    bool hHidesBag(std::wstring_view iName) const;
     bool hIsNeighbour(std::wstring_view iName) const;
     std::wstring_view hShownPart(std::wstring_view iName) const;
 

@@ -56,6 +56,10 @@ void AppendJsonString(std::wstring_view iText, std::string& oUtf8)
 
 void AppendJsonCharacters(std::wstring_view iText, std::string& oUtf8)
 {
+    if (AppendPlain(iText, oUtf8, [](wchar_t iOne) { return (iOne != L'"') & (iOne != L'\\'); })) // mostly
+    {
+        return;
+    }
     std::size_t lStart = 0; // of what stands for itself
     for (std::size_t lIndex = 0; lIndex < iText.size(); ++lIndex)
     {

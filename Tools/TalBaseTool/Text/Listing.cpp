@@ -29,6 +29,8 @@ constexpr std::wstring_view gHeadBegin = L"# begin ";
 constexpr std::wstring_view gHeadEnd = L", end ";
 constexpr std::wstring_view gNoHeader = L", no header";
 constexpr std::wstring_view gLineEnd = L", line end ";
+constexpr std::size_t gSmall = 2048;   // most bags have no longer list
+constexpr std::size_t gSmallPath = 64; // nor longer paths
 constexpr std::size_t gBlock = std::size_t{1} << 16;
 
 bool BeginsWith(std::wstring_view iText, std::wstring_view iBegin)
@@ -68,6 +70,25 @@ bool ValueWantsQuotes(std::wstring_view iValue, char iEnd)
     return iValue.empty() || iValue.front() == L'"' || BeginsWith(iValue, gMask) || (iEnd != '\0' && IsUnclear(iValue));
 }
 
+// Most names and values need no quotes. These append one of those as it is, and nothing of any other.
+bool AppendPlainPath(std::wstring_view iPath, std::string& oUtf8)
+{
+    return !iPath.empty() && iPath.front() != L'"' && iPath.front() != L'#' &&
+           AppendPlain(iPath, oUtf8, [](wchar_t iOne) { return iOne != L' '; });
+}
+
+bool AppendPlainName(std::wstring_view iName, std::string& oUtf8)
+{
+    return !iName.empty() && iName.front() != L'"' && iName.front() != L'#' &&
+           AppendPlain(iName, oUtf8, [](wchar_t iOne) { return (iOne != L' ') & (iOne != L'/') & (iOne != L'\\'); });
+}
+
+bool AppendPlainValue(std::wstring_view iValue, std::string& oUtf8)
+{
+    return !iValue.empty() && iValue.front() != L'"' && iValue.front() != gMask.front() && iValue.front() != L' ' &&
+           iValue.back() != L' ' && AppendPlain(iValue, oUtf8, [](wchar_t) { return true; });
+}
+
 // Writing
 
 class ListWriter
@@ -86,6 +107,7 @@ public:
 
     void Write(const ListHead& iHead)
     {
+        mText.reserve(gSmall);
         hWriteHead(iHead);
         while (mWalk.Next())
         {
@@ -95,16 +117,21 @@ public:
                 hFlush();
             }
         }
-        hWriteSorted();
+        if (mForm.mIsSorted)
+        {
+            hSort();
+        }
         hFlush();
     }
 
 private:
-    // A line, with what it is sorted by: the names with zeros between them, which are smaller than any character.
+    // Where a line is, with what it is sorted by: the names with zeros between them, which are smaller than any
+    // character.
     struct SortedLine
     {
         std::wstring mNames;
-        std::string mText;
+        std::size_t mStart;
+        std::size_t mStop;
     };
 
     void hWriteHead(const ListHead& iHead)
@@ -120,49 +147,87 @@ private:
             AppendJsonString(iHead.mLineEnd, mText);
         }
         mText += mForm.mEnd;
+        mHead = mText.size();
+        mLineStart = mHead;
     }
 
     void hWriteStep()
     {
-        if (mWalk.GetStep() == Step::Leave)
+        switch (mWalk.GetStep())
         {
+        case Step::Plain:
+            hBeginLine();
+            hWriteValue();
+            hEndLine();
+            break;
+        case Step::Enter:
+            hEnter();
+            if (mGate.HidesBag(mWalk.GetName()))
+            {
+                mText += mForm.mPrefix;
+                AppendListPath(mPath.Get() + L'/', mForm.mEnd, mText);
+                mText.append(" = ").append(gHidden);
+                hEndLine();
+                mWalk.Skip(); // the step that leaves the bag comes next
+            }
+            break;
+        case Step::Leave:
             hLeave();
-            return;
-        }
-        hEnter(mWalk.GetName());
-        if (mWalk.GetStep() == Step::Plain)
-        {
-            hWritePlain();
-            hLeave();
-        }
-        else if (mGate.HidesBag(mWalk.GetName()))
-        {
-            mWalk.Skip(); // the step that leaves the bag comes next
-            hWriteLine(mPath.Get() + L'/', gHidden);
+            break;
         }
     }
 
-    void hEnter(const wchar_t* ipName)
+    void hEnter()
     {
-        mPath.Enter(ipName);
+        mPath.Enter(mWalk.GetName());
+        mHasBeginning = false;
         if (mForm.mIsSorted)
         {
-            mStarts.push_back(mNames.size());
-            mNames.append(ipName) += L'\0';
+            mNames.append(mWalk.GetName()) += L'\0';
         }
     }
 
     void hLeave()
     {
         mPath.Leave();
+        mHasBeginning = false;
         if (mForm.mIsSorted)
         {
-            mNames.resize(mStarts.back());
-            mStarts.pop_back();
+            mNames.resize(mNames.size() - std::wcslen(mWalk.GetName()) - 1);
         }
     }
 
-    void hWritePlain()
+    // The line of a plain property up to its value.
+    void hBeginLine()
+    {
+        if (!mHasBeginning)
+        {
+            hMakeBeginning();
+        }
+        const std::size_t lSize = mText.size();
+        mText += mBeginning;
+        const std::wstring_view lName = mWalk.GetName();
+        if (!mIsBeginningPlain || mGate.HidesName(lName) || !AppendPlainName(lName, mText))
+        {
+            mText.resize(lSize);
+            mText += mForm.mPrefix;
+            mPath.Enter(mWalk.GetName());
+            AppendListPath(mPath.Get(), mForm.mEnd, mText);
+            mPath.Leave();
+        }
+        mText += " = ";
+    }
+
+    // Only when a line needs it, which is no shorter: in a deep bag it would else take more time than what is written.
+    void hMakeBeginning()
+    {
+        mBeginning = mForm.mPrefix;
+        mIsBeginningPlain = mPath.Get().empty() || AppendPlainPath(mPath.Get(), mBeginning);
+        mBeginning += mPath.Get().empty() ? "" : "/";
+        mHasBeginning = true;
+    }
+
+    void hWriteValue()
     {
         const QBase::ReturnWString lStored = mWalk.GetValue();
         const std::wstring_view lView = lStored;
@@ -170,35 +235,35 @@ private:
         const std::wstring_view lValue = lEscaped.empty() ? lView : std::wstring_view(lEscaped);
         if (mGate.HidesValue(mWalk.GetName(), lValue))
         {
-            hWriteLine(mPath.Get(), gHidden);
-            return;
+            mText += gHidden;
         }
-        mValue.clear();
-        AppendListValue(lValue, mForm.mEnd, mValue);
-        hWriteLine(mPath.Get(), mValue);
+        else
+        {
+            AppendListValue(lValue, mForm.mEnd, mText);
+        }
     }
 
-    void hWriteLine(std::wstring_view iPath, std::string_view iValue)
+    void hEndLine()
     {
-        std::string lOwn;
-        std::string& lText = mForm.mIsSorted ? lOwn : mText;
-        lText += mForm.mPrefix;
-        AppendListPath(iPath, mForm.mEnd, lText);
-        lText.append(" = ").append(iValue) += mForm.mEnd;
+        mText += mForm.mEnd;
         if (mForm.mIsSorted)
         {
-            mLines.push_back({mNames, std::move(lOwn)});
+            const bool lIsBag = mWalk.GetStep() == Step::Enter; // whose name is there already
+            mLines.push_back({lIsBag ? mNames : mNames + mWalk.GetName() + L'\0', mLineStart, mText.size()});
+            mLineStart = mText.size();
         }
     }
 
-    void hWriteSorted()
+    void hSort()
     {
         std::sort(mLines.begin(), mLines.end(),
                   [](const SortedLine& iLeft, const SortedLine& iRight) { return iLeft.mNames < iRight.mNames; });
+        std::string lText(mText, 0, mHead);
         for (const SortedLine& lLine : mLines)
         {
-            mText += lLine.mText;
+            lText.append(mText, lLine.mStart, lLine.mStop - lLine.mStart);
         }
+        mText = std::move(lText);
     }
 
     void hFlush()
@@ -212,11 +277,14 @@ private:
     const Gate& mGate;
     const ListForm& mForm;
     const std::function<void(std::string_view)>& mTake;
-    ShownPath mPath;                  // of the step
-    std::wstring mNames;              // of the same, each with a zero behind it
-    std::vector<std::size_t> mStarts; // of each of them
-    std::string mValue;
+    ShownPath mPath;        // of the bag around the step
+    std::wstring mNames;    // of the same, each with a zero behind it
+    std::string mBeginning; // of the lines of its properties
+    bool mHasBeginning = false;
+    bool mIsBeginningPlain = false;
     std::string mText;
+    std::size_t mHead = 0;      // behind the first line
+    std::size_t mLineStart = 0; // of the line that is written
     std::vector<SortedLine> mLines;
 };
 
@@ -583,6 +651,12 @@ std::wstring VisibleName(const Gate& iGate, const wchar_t* ipName)
     return lName;
 }
 
+ShownPath::ShownPath(const Gate& iGate) : mGate(iGate)
+{
+    mPath.reserve(gSmallPath);
+    mStarts.reserve(gSmallPath);
+}
+
 void ShownPath::Enter(const wchar_t* ipName)
 {
     mStarts.push_back(mPath.size());
@@ -613,12 +687,18 @@ void ShownPath::Leave()
 
 void AppendListPath(std::wstring_view iPath, char iEnd, std::string& oUtf8)
 {
-    PathWantsQuotes(iPath, iEnd) ? AppendJsonString(iPath, oUtf8) : AppendUtf8(iPath, oUtf8);
+    if (!AppendPlainPath(iPath, oUtf8))
+    {
+        PathWantsQuotes(iPath, iEnd) ? AppendJsonString(iPath, oUtf8) : AppendUtf8(iPath, oUtf8);
+    }
 }
 
 void AppendListValue(std::wstring_view iValue, char iEnd, std::string& oUtf8)
 {
-    ValueWantsQuotes(iValue, iEnd) ? AppendJsonString(iValue, oUtf8) : AppendUtf8(iValue, oUtf8);
+    if (!AppendPlainValue(iValue, oUtf8))
+    {
+        ValueWantsQuotes(iValue, iEnd) ? AppendJsonString(iValue, oUtf8) : AppendUtf8(iValue, oUtf8);
+    }
 }
 
 void AppendListLine(std::wstring_view iPath, const std::optional<std::wstring>& iValue, const ListForm& iForm,

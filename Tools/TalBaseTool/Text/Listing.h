@@ -67,7 +67,7 @@ std::wstring VisibleName(const Gate& iGate, const wchar_t* ipName);
 class ShownPath
 {
 public:
-    explicit ShownPath(const Gate& iGate) : mGate(iGate) {}
+    explicit ShownPath(const Gate& iGate);
 
     void Enter(const wchar_t* ipName);
     void Leave();

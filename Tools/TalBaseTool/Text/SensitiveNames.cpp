@@ -6,6 +6,7 @@
 #include "TalBase/SensitiveNames.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cwctype>
 #include <wctype.h>
@@ -49,6 +50,10 @@ bool IsLetter(wchar_t iCharacter)
 // Upper case first: there are small letters, such as the long s, that only that makes equal to others.
 wchar_t WithoutCase(wchar_t iCharacter)
 {
+    if (static_cast<unsigned int>(iCharacter) < 0x80)
+    {
+        return iCharacter >= L'A' && iCharacter <= L'Z' ? static_cast<wchar_t>(iCharacter - L'A' + L'a') : iCharacter;
+    }
     const wint_t lUpper = ::towupper_l(static_cast<wint_t>(iCharacter), GetUtf8Locale());
     return static_cast<wchar_t>(::towlower_l(lUpper, GetUtf8Locale()));
 }
@@ -185,6 +190,50 @@ private:
     wchar_t mCharacter = 0;
 };
 
+// Where one of a few characters stands next. In all but short texts they are looked for one by one, since that is what
+// the C library does fastest.
+class Beginnings
+{
+public:
+    static constexpr std::size_t gShort = 64;
+
+    Beginnings(std::wstring_view iText, std::size_t iFrom, const std::wstring& iCharacters)
+        : mText(iText),
+          mCharacters(iCharacters),
+          mIsWorth(iText.size() > gShort && iCharacters.size() <= mPlaces.size())
+    {
+        for (std::size_t lIndex = 0; mIsWorth && lIndex < iCharacters.size(); ++lIndex)
+        {
+            mPlaces[lIndex] = iText.find(iCharacters[lIndex], iFrom);
+        }
+    }
+
+    // The first place from one on, which is never before that of the last call. Where it is not worth it, that one.
+    std::size_t Find(std::size_t iFrom)
+    {
+        if (!mIsWorth)
+        {
+            return iFrom;
+        }
+        std::size_t lFirst = std::wstring_view::npos;
+        for (std::size_t lIndex = 0; lIndex < mCharacters.size(); ++lIndex)
+        {
+            if (mPlaces[lIndex] < iFrom)
+            {
+                mPlaces[lIndex] = mText.find(mCharacters[lIndex], iFrom);
+            }
+            lFirst = std::min(lFirst, mPlaces[lIndex]);
+        }
+        return lFirst;
+    }
+
+private:
+    std::wstring_view mText;
+    const std::wstring& mCharacters;
+    std::array<std::size_t, 8> mPlaces; // of each of them, where it is worth it
+    bool mIsWorth;
+};
+
 std::wstring AsCompared(std::wstring_view iName)
 {
     std::wstring lName;
@@ -248,6 +297,11 @@ SensitiveNames::SensitiveNames(const std::vector<std::wstring>& iOthers)
     {
         hAdd(AsCompared(lName));
     }
+    for (std::size_t lCode = 0; lCode < mMayBegin.size(); ++lCode)
+    {
+        mBegins.append(mMayBegin[lCode] ? 1 : 0, static_cast<wchar_t>(lCode));
+    }
+    mBegins += mOthers;
 }
 
 bool SensitiveNames::Is(std::wstring_view iText) const
@@ -309,7 +363,8 @@ bool SensitiveNames::hMayFollow(wchar_t iCharacter) const
 // A character behind a backslash may be a part of an escape or itself, so a name may begin there in two ways.
 std::optional<NamePlace> SensitiveNames::hFind(std::wstring_view iText, std::size_t iFrom, bool iAsWord) const
 {
-    for (std::size_t lStart = iFrom; lStart < iText.size(); ++lStart)
+    Beginnings lNext(iText, iFrom, mBegins);
+    for (std::size_t lStart = iFrom; (lStart = lNext.Find(lStart)) < iText.size(); ++lStart)
     {
         if (!hMayBegin(iText[lStart]) ||
             (iText[lStart] != L'\\' && lStart + 1 < iText.size() && !hMayFollow(iText[lStart + 1])))

@@ -57,6 +57,7 @@ private:
     std::array<bool, 128> mMayBegin = {};  // for each character of ASCII, whether a name may begin with it
     std::array<bool, 128> mMayFollow = {}; // the same behind the first one
     std::wstring mOthers;                  // the same beyond ASCII
+    std::wstring mBegins;                  // all that a name may begin with
 };
 
 // Whether a character is a letter, a digit or an underscore.

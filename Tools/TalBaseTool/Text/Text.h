@@ -14,6 +14,26 @@ namespace TalBaseTool
 std::string ToUtf8(std::wstring_view iText);
 void AppendUtf8(std::wstring_view iText, std::string& oUtf8);
 
+// The same for a text of visible ASCII and blanks of which iIsPlain says, character by character, that it stands for
+// itself. Otherwise appends nothing and returns false: so most texts are looked at while they are copied.
+template <class IsPlain>
+bool AppendPlain(std::wstring_view iText, std::string& oUtf8, const IsPlain& iIsPlain)
+{
+    const std::size_t lSize = oUtf8.size();
+    oUtf8.resize(lSize + iText.size());
+    char* lTo = oUtf8.data() + lSize;
+    unsigned int lOthers = 0;
+    for (const wchar_t lCharacter : iText) // to the end, so that the compiler takes many at a time
+    {
+        const auto lCode = static_cast<unsigned int>(lCharacter);
+        lOthers |= static_cast<unsigned int>(lCode - L' ' > L'~' - L' ');
+        lOthers |= static_cast<unsigned int>(!iIsPlain(lCharacter));
+        *lTo++ = static_cast<char>(lCode);
+    }
+    oUtf8.resize(lOthers == 0 ? oUtf8.size() : lSize);
+    return lOthers == 0;
+}
+
 // Whether a character is a control, or changes how the text around it is laid out, or has no shape of its own.
 bool IsInvisibleBeyondAscii(wchar_t iCharacter);
 inline bool IsInvisible(wchar_t iCharacter)
