@@ -2,7 +2,7 @@
 
 #include "Job.h"
 
-#include "QBase/Convert.h"
+#include "TalBase/Bytes.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,8 +14,7 @@
 // One job for each connection: the text does not say how long it is, so here it ends where the connection ends.
 void Send(std::FILE* ipConnection, const QTalBase::PropertyBag& iJob)
 {
-    const QBase::ReturnWString lText = iJob.GetString(true, nullptr, nullptr, true);
-    const std::string lBytes = QBase::WideCharToUTF8(lText.c_str(), true);
+    const std::string lBytes = QTalBase::PropertyBagToUTF8(iJob);
     std::fwrite(lBytes.data(), 1, lBytes.size(), ipConnection);
 }
 
@@ -27,7 +26,7 @@ BagPtr Receive(std::FILE* ipConnection)
     {
         lBytes.append(lPiece, lSize);
     }
-    return BagPtr(QTalBase::CreatePropertyBag(QBase::UTF8ToWideChar(lBytes, true).c_str()));
+    return BagPtr(QTalBase::CreatePropertyBagFromUTF8(lBytes));
 }
 // [sending]
 

@@ -245,7 +245,7 @@ TEST(JobBag, ReadJobTextBetweenPropertiesNamesWhatIsMissing)
 
 TEST(JobBag, ReadJobTextWithZeroCharacterThrows)
 {
-    EXPECT_THROW(ReadJobText(GetJobText("A: 1\n\n") + std::string(1, '\0')), DamageError);
+    EXPECT_THROW(ReadJobText(GetJobText("A: 1\n\n") + std::string(1, '\0')), QTalBase::PropertyBagException);
 }
 
 TEST(Compare, FindDifferencesNamesEachOne)

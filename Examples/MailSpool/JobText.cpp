@@ -3,7 +3,7 @@
 #include "Errors.h"
 #include "FileIO.h"
 
-#include "QBase/Convert.h"
+#include "TalBase/Bytes.h"
 
 namespace MailSpool
 {
@@ -18,18 +18,12 @@ constexpr std::size_t gMaxJobSize = gMaxMessageSize * 10;
 
 std::string WriteJobText(const QTalBase::PropertyBag& iJob)
 {
-    return EncodeText(iJob.GetString(true, nullptr, nullptr, true), Charset::Utf8);
+    return QTalBase::PropertyBagToUTF8(iJob);
 }
 
 BagPtr ReadJobText(std::string_view iBytes)
 {
-    const std::wstring lText = QBase::UTF8ToWideChar(iBytes, true);
-    if (lText.find(L'\0') != lText.npos)
-    {
-        // The library would stop reading here, and the rest would be gone without a word.
-        throw DamageError("there is a zero character in the text");
-    }
-    BagPtr lJob(QTalBase::CreatePropertyBag(lText.c_str()));
+    BagPtr lJob(QTalBase::CreatePropertyBagFromUTF8(iBytes));
     CheckJob(*lJob);
     return lJob;
 }

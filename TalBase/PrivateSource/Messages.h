@@ -24,6 +24,9 @@ TALBASE_MESSAGE(gGuid, L"Guid::Generate; Cannot create Guid");
 // Followed by the whole text.
 TALBASE_MESSAGE(gStringMalformed, L"CreatePropertyBag; String must be malformed - lPropertyString: ");
 
+// Followed by the offset.
+TALBASE_MESSAGE(gZeroByte, L"CreatePropertyBagFromUTF8; Zero byte at offset ");
+
 TALBASE_MESSAGE(gMetadataNoBegin,
                 L"PropertyBagImpl::ExtractDelimiters; the string has a malformed metadata. It must contain "
                 L"BeginDelimiter");

@@ -8,6 +8,7 @@
 #include "QLog/Router.h"
 #include "QSerialization/MemoryDataStream.h"
 #include "TalBase/BufferedWString.h"
+#include "TalBase/Bytes.h"
 #include "TalBase/DeliveryWindow.h"
 #include "TalBase/Guid.h"
 #include "TalBase/Initializer.h"

@@ -28,5 +28,9 @@ talbase_test(BufferedWStringTest
     SOURCES BufferedWStringTest.cpp ../Support/FailingNew.cpp
     LINK TalBase::TalBase)
 talbase_test(TextFaultTest SOURCES TextFaultTest.cpp LINK TalBase::TalBase Q8::Stream)
+talbase_test(BytesTest
+    SOURCES BytesTest.cpp ../Support/BagTexts.cpp ../Support/Choices.cpp ../Support/FailingNew.cpp
+        ../Support/PlainPropertyBag.cpp
+    LINK TalBase::TalBase)
 talbase_test(InitializerTest SOURCES InitializerTest.cpp LINK TalBase::TalBase)
 talbase_test(ModuleMainTest SOURCES ModuleMainTest.cpp LINK TalBase::TalBase)

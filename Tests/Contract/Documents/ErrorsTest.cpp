@@ -225,7 +225,7 @@ BagPtr Spoilt(const BagPtr& iBag)
 TEST(ErrorsDocument, EveryMessageIsThrownAsWritten)
 {
     const std::vector<Entry> lEntries = ReadEntries(false);
-    EXPECT_EQ(lEntries.size(), 33U);
+    EXPECT_EQ(lEntries.size(), 34U);
     ExpectSame(lEntries, ProvokeLibrary(), {});
     for (const Entry& lEntry : lEntries)
     {

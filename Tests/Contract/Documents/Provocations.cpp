@@ -4,6 +4,7 @@
 #include "QBase/Guid.h"
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/Bytes.h"
 #include "TalBase/DeliveryWindow.h"
 #include "TalBase/Guid.h"
 #include "TalBase/PrivateSource/BagBuilder.h"
@@ -120,6 +121,17 @@ void ReadTwoStringsInARow()
     QTalBase::TextParser(TwoRuns(), lBuilder).Parse();
 }
 
+// A bag whose text no UTF-8 can carry, at index gPlace.
+class UnsentBag : public PropertyBagImpl
+{
+public:
+    QBase::ReturnWString GetString(bool, const wchar_t*, const wchar_t*, bool) const override
+    {
+        const wchar_t lSurrogate[] = {L'a', L'b', static_cast<wchar_t>(0xD800), L'\0'};
+        return lSurrogate;
+    }
+};
+
 void ProvokeCollections(Provoker& oProvoker)
 {
     const QBase::SmartPtrI<PropertyBags> lBags(CreatePropertyBags());
@@ -208,6 +220,7 @@ std::vector<Observation> ProvokeLibrary()
     ProvokePaths(lProvoker);
     const BagPtr lBag = SampleBag();
     lProvoker.Provoke("PropertyBagImpl::ExtractData", lBag, [&] { ReadTwoStringsInARow(); });
+    lProvoker.Provoke("CreatePropertyBagFromUTF8", [] { CreatePropertyBagFromUTF8(std::string_view("ab\0", 3)); });
     ProvokeCollections(lProvoker);
     ProvokeWindows(lProvoker);
     const FailingRandomSource lNoRandomness;
@@ -219,9 +232,12 @@ std::vector<Observation> ProvokePlatform()
 {
     Provoker lProvoker;
     ProvokeStreams(lProvoker);
-    const wchar_t lSurrogate[] = {L'a', L'b', static_cast<wchar_t>(0xD800), L'\0'}; // gPlace is its index
-    lProvoker.Provoke("QBase::WideCharToUTF8", [&] { QBase::WideCharToUTF8(lSurrogate, true); });
+    const BagPtr lUnsent(new UnsentBag());
+    const QBase::ReturnWString lText = lUnsent->GetString(true, nullptr, nullptr, true);
+    lProvoker.Provoke("QBase::WideCharToUTF8", [&] { QBase::WideCharToUTF8(lText.c_str(), true); });
+    lProvoker.Provoke("PropertyBagToUTF8", [&] { PropertyBagToUTF8(*lUnsent); });
     lProvoker.Provoke("QBase::UTF8ToWideChar", [] { QBase::UTF8ToWideChar("ab\xFF", true); });
+    lProvoker.Provoke("CreatePropertyBagFromUTF8", [] { CreatePropertyBagFromUTF8("ab\xFF"); });
     const std::unique_ptr<QDataType::StringCollection> lStrings(QDataType::CreateStringCollection());
     lProvoker.Provoke("StringCollection::GetString", [&] { lStrings->GetString(0); });
     const QBase::SmartPtrI<SerializableStringCollection> lOwnStrings(CreateSerializableStringCollection());

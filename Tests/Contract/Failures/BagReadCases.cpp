@@ -3,6 +3,7 @@
 #include "Tests/Contract/Failures/Subjects.h"
 
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/Bytes.h"
 
 namespace Failures
 {
@@ -233,6 +234,28 @@ void AddFactories(Cases& oCases)
     }
 }
 
+void AddBytes(Cases& oCases)
+{
+    const char* const lRead =
+        "QTalBase::CreatePropertyBagFromUTF8(std::basic_string_view<char, std::char_traits<char> >)";
+    for (const std::string& lBytes :
+         {QTalBase::PropertyBagToUTF8(*Filled()), QTalBase::PropertyBagToUTF8(*Many()), std::string("EndDelimiter***"),
+          std::string("no header \xC3"), std::string("no header and \0 a zero", 22)})
+    {
+        oCases.push_back(OnBag(lRead, "", Nothing, [lBytes](BagSubject& oSubject) {
+            oSubject.mNumber = NumberOfRefusal([&] { oSubject.mAnswer = QTalBase::CreatePropertyBagFromUTF8(lBytes); });
+        }));
+    }
+    const char* const lWrite = "QTalBase::PropertyBagToUTF8[abi:cxx11](QTalBase::PropertyBag const&)";
+    for (const auto lMake : {Empty, Filled, Derived, Many, Raw, Foreign})
+    {
+        oCases.push_back(OnBag(lWrite, "", lMake, Asked([](const PropertyBag& iBag, BagSubject& oSubject) {
+                                   const std::string lBytes = QTalBase::PropertyBagToUTF8(iBag);
+                                   oSubject.mNumber = NumberOf(iBag, std::string_view(lBytes));
+                               })));
+    }
+}
+
 void AddReferences(Cases& oCases)
 {
     oCases.push_back(OnBag("QTalBase::PropertyBag::AddRef() const", "", Filled, [](BagSubject& oSubject) {
@@ -258,6 +281,7 @@ Cases MakeBagReadCases()
     AddClones(lCases);
     AddStreams(lCases);
     AddFactories(lCases);
+    AddBytes(lCases);
     AddReferences(lCases);
     return lCases;
 }
