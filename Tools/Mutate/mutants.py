@@ -8,7 +8,7 @@ Left out are kinds of places whose changes nothing but time and memory can show:
 - what containers are told to reserve or Reserve, and whether their reserve is called at all
 - thresholds between two ways to the same result, which are constants named gFew..., gMost..., gShort... or gSmall..., and
   comparisons with them
-- capacities, which are numbers among the arguments of a template
+- capacities, which are numbers among the arguments of a template and as the size of an array
 - hashes: what functions called Hash and hHash do
 """
 
@@ -120,10 +120,18 @@ class Finder:
                 result.update(self._body_behind(index + 1))
             elif THRESHOLD.fullmatch(token.text):
                 result.update(self._term_around(index))
+            elif token.text == "[" and self._is_size_of_array(index):
+                result.add(index + 1)
             elif token.text == "<" and not token.is_after_blank and index not in result:
                 result.update(place for place in range(index, self._after_angle(index))
                               if self.tokens[place].kind == "number")
         return result
+
+    def _is_size_of_array(self, opening):
+        """Of "Type name[3]"; "return name[3]" has no type."""
+        before = self.tokens[opening - 2]
+        is_type = before.text == ">" or (before.kind == "word" and before.text not in ("return", "throw", "case"))
+        return is_type and self.tokens[opening - 1].kind == "word" and self.partners[opening] == opening + 2
 
     def _body_behind(self, opening):
         """Returns the indexes of the body of the function whose parameters begin at opening; none for a call."""

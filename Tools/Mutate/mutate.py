@@ -13,7 +13,8 @@ usage: mutate.py [--sample N | --all | --again] [--seed S] [--file F]... [--work
 
 Prints the survivors, each for a reader to judge: a change of behaviour wants a test; some make the library only slower,
 or different in nothing (mutants.py says which kinds of places are never drawn for this reason). So nobody keeps a list of
-them. The exit status is 1 where a draw from the whole library had more than 10 survivors of 100.
+them. The exit status is 1 where a draw from the whole library had more than 15 survivors of 100: some ten do the same in
+another way, so tests are missing then.
 """
 
 import argparse
@@ -31,7 +32,7 @@ import judge
 import mutants
 
 LEFT = os.path.join("build", "mutate", "survivors.json")
-REQUIRED_SCORE = 90
+REQUIRED_SCORE = 85
 SAMPLE = 500
 PRESET = "mutate"
 

@@ -51,10 +51,11 @@ class Mutants(unittest.TestCase):
     def test_what_only_time_and_memory_show_is_left_out(self):
         for text in ("const std::size_t gShortText = 32;", "static constexpr std::size_t gSmall = 2 * 8 + 1;",
                      "void f()\n{\n    a.reserve(b + 1);\n}", "void f()\n{\n    if (a.size() - 1 > gFewNames)\n    {\n    }\n}",
-                     "Stack<A, 24> b;", "unsigned int hHash(A b) const noexcept\n{\n    c += b * 3;\n    return c >> 7;\n}"):
+                     "Stack<A, 24> b;", "wchar_t a[16];", "A<B> c[2];", "unsigned int hHash(A b) const noexcept\n{\n    c += b * 3;\n    return c >> 7;\n}"):
             self.assertEqual(changes(text), [], text)
         self.assertEqual(changes("void f()\n{\n    a.Reserve(b + 1);\n}"), ["the statement a.Reserve(b + 1); goes"])
         self.assertEqual(len(changes("void f()\n{\n    Reserve(b + 1);\n}")), 4)
+        self.assertEqual(changes("int f()\n{\n    return a[0];\n}"), ["0 becomes 1"])
         self.assertEqual(changes("int a = Hash(b) + 1;"), ["+ becomes -", "1 becomes 0", "1 becomes 2"])
         self.assertEqual(changes("bool a = b < 2 * gMostNames && c[1];"),
                          ["&& becomes ||", "1 becomes 0", "1 becomes 2"])
@@ -237,7 +238,7 @@ class Reporting(unittest.TestCase):
         self.assertAlmostEqual(report.score(), 50)
 
     def test_many_survivors_of_the_whole_library_fail(self):
-        for arguments, score, status in (([], 90, 0), ([], 89.9, 1), (["--all"], 89.9, 1), (["--sample", "9"], 0, 1),
+        for arguments, score, status in (([], 85, 0), ([], 84.9, 1), (["--all"], 84.9, 1), (["--sample", "9"], 0, 1),
                                          (["--file", "a.cpp"], 0, 0), (["--again"], 0, 0)):
             self.assertEqual(mutate.exit_status(mutate.parse_arguments(arguments), score), status, arguments)
 
