@@ -39,7 +39,7 @@ TEST(Differential, RandomOperationsCannotTellTheLibraryFromThePlainImplementatio
 // What the plain implementation does wrongly on request is found: the operations reach it, and the states show it.
 TEST(Differential, RandomOperationsFindABrokenRule)
 {
-    for (const char* lRule : {"MergeIntoItself", "EmptyBeginDelimiter"})
+    for (const char* lRule : {"EmptyBeginDelimiter", "EqualsReadsBoth", "MergeIntoItself"})
     {
         Plain::gBrokenRule = lRule;
         std::uint64_t lRound = 0;

@@ -100,7 +100,7 @@ bool IsEqualIn(const PropertyBag& iOther, const PropertyBag& iBag, unsigned int 
         const QBase::SmartPtrI<PropertyBag> lNest = iOther.GetPropertyBag(lName.c_str());
         return *lNest == *iBag.GetValuePropertyBag(iIndex);
     }
-    return AsText(iBag.GetValue(iIndex)) == lRead;
+    return AsText(IsBroken("EqualsReadsBoth") ? iBag.GetProperty(lName.c_str()) : iBag.GetValue(iIndex)) == lRead;
 }
 
 // Here both sides are asked by name, and both values are read.
