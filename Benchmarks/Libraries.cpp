@@ -11,7 +11,7 @@ std::vector<Library> MakeLibraries()
         MakeRapidJson(), MakeRapidJsonInSitu(),
 #endif
 #ifdef BENCHMARKS_HAS_PUGIXML
-        MakePugiXml(),
+        MakePugiXml(),   MakePugiXmlChar(),
 #endif
 #ifdef BENCHMARKS_HAS_RAPIDXML
         MakeRapidXml(),
@@ -36,6 +36,10 @@ const char* GetOperationName(OperationKind iKind)
         return "parse";
     case OperationKind::Render:
         return "render";
+    case OperationKind::BytesIn:
+        return "bytes in";
+    case OperationKind::BytesOut:
+        return "bytes out";
     case OperationKind::LookUpHit:
         return "look-up hit";
     case OperationKind::LookUpMiss:

@@ -19,6 +19,8 @@ enum class OperationKind
 {
     Parse,      // text to document, and its destruction
     Render,     // document to an owned text
+    BytesIn,    // UTF-8 to document, and its destruction; for who reads UTF-8 anyway that is parsing
+    BytesOut,   // document to owned UTF-8; for who writes UTF-8 anyway that is rendering
     LookUpHit,  // the value of a name as an owned text
     LookUpMiss, // the same for a name that is not there
     Clone,      // a copy without nested records (the bag: Clone of each record's plain values; the peers: a deep copy)
@@ -30,9 +32,9 @@ enum class OperationKind
 };
 
 inline constexpr OperationKind gOperationKinds[] = {
-    OperationKind::Parse,     OperationKind::Render,  OperationKind::LookUpHit, OperationKind::LookUpMiss,
-    OperationKind::Clone,     OperationKind::Copy,    OperationKind::Equality,  OperationKind::Merge,
-    OperationKind::StreamOut, OperationKind::StreamIn};
+    OperationKind::Parse,     OperationKind::Render,     OperationKind::BytesIn,   OperationKind::BytesOut,
+    OperationKind::LookUpHit, OperationKind::LookUpMiss, OperationKind::Clone,     OperationKind::Copy,
+    OperationKind::Equality,  OperationKind::Merge,      OperationKind::StreamOut, OperationKind::StreamIn};
 
 const char* GetOperationName(OperationKind iKind);
 

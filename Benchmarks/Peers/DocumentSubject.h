@@ -16,6 +16,8 @@
 //   static constexpr bool gMergeGrows = true                each merge needs a target of its own
 //   static void Clone(const Document&)         where a copy without nested records is something else than Copy
 //   static void Prepare(const Text&, Document&) what the operations need beside the parsed document, untimed
+//   static std::string ToBytes(const Document&) where its own characters are not UTF-8
+//   static void FromBytes(const std::string&, Document&)
 //   static Bytes Write(const Document&)
 //   static void Read(const Bytes&, Document&)
 
@@ -68,6 +70,10 @@ public:
             return MakeParse();
         case OperationKind::Render:
             return MakeRender();
+        case OperationKind::BytesIn:
+            return MakeBytesIn();
+        case OperationKind::BytesOut:
+            return MakeBytesOut();
         case OperationKind::LookUpHit:
             return MakeLookUp(mHits);
         case OperationKind::LookUpMiss:
@@ -105,6 +111,10 @@ private:
     static constexpr bool gHasRender = requires(const Document& iDocument)
     {
         Traits::Render(iDocument);
+    };
+    static constexpr bool gHasBytes = requires(const Document& iDocument)
+    {
+        Traits::ToBytes(iDocument);
     };
     static constexpr bool gHasCopy = requires(Document & oDocument)
     {
@@ -159,6 +169,33 @@ private:
             return ForEach([this](std::size_t iIndex) { Keep(Traits::Render(mDocuments[iIndex])); });
         }
         return {};
+    }
+
+    Operation MakeBytesIn()
+    {
+        if constexpr (gHasBytes)
+        {
+            std::vector<std::string> lBytes;
+            for (const Document& lDocument : mDocuments)
+            {
+                lBytes.push_back(Traits::ToBytes(lDocument));
+            }
+            return ForEach([lBytes = std::move(lBytes)](std::size_t iIndex) {
+                Document lDocument;
+                Traits::FromBytes(lBytes[iIndex], lDocument);
+                Keep(lDocument);
+            });
+        }
+        return Traits::gCountsBytes ? MakeParse() : Operation();
+    }
+
+    Operation MakeBytesOut()
+    {
+        if constexpr (gHasBytes)
+        {
+            return ForEach([this](std::size_t iIndex) { Keep(Traits::ToBytes(mDocuments[iIndex])); });
+        }
+        return Traits::gCountsBytes ? MakeRender() : Operation();
     }
 
     Operation MakeLookUp(const std::vector<typename Traits::Name>& iNames)
@@ -284,6 +321,15 @@ private:
                 return HasContent(lResult, iIndex);
             }
             break;
+        case OperationKind::BytesIn:
+        case OperationKind::BytesOut:
+            if constexpr (gHasBytes)
+            {
+                Traits::FromBytes(Traits::ToBytes(mDocuments[iIndex]), lResult);
+                return HasContent(lResult, iIndex);
+            }
+            return CheckDocument(iKind == OperationKind::BytesIn ? OperationKind::Parse : OperationKind::Render,
+                                 iIndex);
         case OperationKind::Clone:
         case OperationKind::Copy:
             if constexpr (gHasCopy)

@@ -19,6 +19,7 @@ Library MakeViewsBound();   // nothing copied: views into the text
 Library MakeRapidJson();
 Library MakeRapidJsonInSitu();
 Library MakePugiXml();
+Library MakePugiXmlChar();
 Library MakeRapidXml();
 Library MakeNlohmann();
 Library MakeNlohmannOrdered();

@@ -5,6 +5,7 @@
 
 #include "QDataType/StringCollection.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/Bytes.h"
 #include "TalBase/PropertyBag.h"
 
 namespace Bench
@@ -110,6 +111,16 @@ struct TalBaseTraits
     static Text ToText(QBase::ReturnWString&& iText)
     {
         return {iText.c_str(), iText.GetLength()};
+    }
+
+    static std::string ToBytes(const Document& iDocument)
+    {
+        return QTalBase::PropertyBagToUTF8(*iDocument.mBag);
+    }
+
+    static void FromBytes(const std::string& iBytes, Document& oDocument)
+    {
+        oDocument.mBag = QTalBase::CreatePropertyBagFromUTF8(iBytes);
     }
 
     static QBase::ReturnWString LookUp(const Document& iDocument, const Name& iName)
