@@ -84,15 +84,22 @@ void BagBuilder::CloseNest()
 NestPtr BagBuilder::hMakeClosed(const Frame& iFrame, bool& oIsFinal)
 {
     oIsFinal = !iFrame.mIsTouched && hCanHeaderCarryPair();
-    NestPtr lNest = MakeNest(mBegin, mEnd);
-    hFill(iFrame, !oIsFinal, lNest->mValues, lNest->mNests);
+    NestPtr lNest = hMakeRead(iFrame, !oIsFinal);
     return oIsFinal ? lNest : hReadAgain(*lNest, oIsFinal);
+}
+
+NestPtr BagBuilder::hMakeRead(const Frame& iFrame, bool iWithEmptyNests)
+{
+    const BagRoom lRoom = hGetRoom(iFrame);
+    NestPtr lNest = MakeNest(iFrame.mName, mBegin, mEnd, lRoom);
+    hFill(iFrame, lRoom, iWithEmptyNests, lNest->mValues, lNest->mNests);
+    return lNest;
 }
 
 // What IsEmpty would say of the nest, had it been made.
 bool BagBuilder::hIsNothingLeft(const Frame& iFrame) noexcept
 {
-    bool lIsNothing = hGetSizeOfPlains(iFrame).mCount == 0;
+    bool lIsNothing = hGetRoom(iFrame).mPlainCount == 0;
     for (std::size_t lIndex = iFrame.mFirstNest; lIndex < mNests.GetCount(); ++lIndex)
     {
         lIsNothing = lIsNothing && (mNests[lIndex].mIsReplaced || mNests[lIndex].mIsEmpty);
@@ -104,7 +111,7 @@ bool BagBuilder::hIsNothingLeft(const Frame& iFrame) noexcept
 NestPtr BagBuilder::hReadAgain(const BagState& iNest, bool& oIsFinal)
 {
     const std::wstring lText = TextWriter(iNest).WriteToString(true);
-    NestPtr lNest = MakeNest(mBegin, mEnd);
+    NestPtr lNest = MakeNest(iNest.mName, mBegin, mEnd, {});
     oIsFinal = AddText(*lNest, lText) && hCanHeaderCarryPair();
     return lNest;
 }
@@ -139,28 +146,28 @@ void BagBuilder::hMarkReplaced(const Frame& iFrame)
 }
 
 // Of what is kept, escapes counted: all of it then goes into one piece of memory, and nothing is copied twice.
-BagBuilder::Size BagBuilder::hGetSizeOfPlains(const Frame& iFrame) noexcept
+BagRoom BagBuilder::hGetRoom(const Frame& iFrame) noexcept
 {
-    Size lSize{0, 0};
+    BagRoom lRoom{0, 0, mNests.GetCount() - iFrame.mFirstNest};
     for (std::size_t lIndex = iFrame.mFirstPlain; lIndex < mPlains.GetCount(); ++lIndex)
     {
         const PlainEntry& lPlain = mPlains[lIndex];
         if (lPlain.mEscapable != gReplaced)
         {
-            ++lSize.mCount;
-            lSize.mLength += lPlain.mName.size() + lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable;
+            ++lRoom.mPlainCount;
+            lRoom.mPlainLength += lPlain.mName.size() + lPlain.mValue.size() + gEscapeGrowth * lPlain.mEscapable;
         }
     }
-    return lSize;
+    return lRoom;
 }
 
 // Takes the nests from the stack.
-void BagBuilder::hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& oValues, NestContent& oNests)
+void BagBuilder::hFill(const Frame& iFrame, const BagRoom& iRoom, bool iWithEmptyNests, ValueContent& oValues,
+                       NestContent& oNests)
 {
-    const Size lSize = hGetSizeOfPlains(iFrame);
-    if (lSize.mCount != 0)
+    if (iRoom.mPlainCount != 0)
     {
-        ValueContent::Filler lFiller(oValues, lSize.mCount, lSize.mLength, mTextStop);
+        ValueContent::Filler lFiller(oValues, iRoom.mPlainCount, iRoom.mPlainLength, mTextStop);
         const PlainEntry* lStop = mPlains.GetData() + mPlains.GetCount();
         for (const PlainEntry* lPlain = mPlains.GetData() + iFrame.mFirstPlain; lPlain != lStop; ++lPlain)
         {
@@ -201,34 +208,29 @@ void BagBuilder::hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, NestC
         lNest.Attach(std::exchange(lEntry.mNest, nullptr));
         if (lIsToKeep)
         {
-            oNests.Append(lEntry.mName, std::move(lNest));
+            oNests.Append(std::move(lNest));
         }
     }
 }
 
+// Directly in the bag that the text is read into, an empty nest stays.
 void BagBuilder::MoveTo(BagState& oBag)
 {
     // Filled apart, so that a failure leaves the bag as it is.
     ValueContent lValues;
     NestContent lNests;
-    hFillWithAll(lValues, lNests);
+    const Frame lFrame = mFrames.Top();
+    hMarkReplaced(lFrame);
+    hFill(lFrame, hGetRoom(lFrame), true, lValues, lNests);
     oBag.mValues = std::move(lValues);
     oBag.mNests = std::move(lNests);
 }
 
 NestPtr BagBuilder::MakeBag()
 {
-    NestPtr lBag = MakeNest(mBegin, mEnd);
-    hFillWithAll(lBag->mValues, lBag->mNests);
-    return lBag;
-}
-
-// Directly in the bag that the text is read into, an empty nest stays.
-void BagBuilder::hFillWithAll(ValueContent& oValues, NestContent& oNests)
-{
     const Frame lFrame = mFrames.Top();
     hMarkReplaced(lFrame);
-    hFill(lFrame, true, oValues, oNests);
+    return hMakeRead(lFrame, true);
 }
 
 bool BagBuilder::hIsPairNeutral()

@@ -88,8 +88,7 @@ void BagMerger::SetText(std::wstring_view iName, std::wstring_view iText)
     {
         return;
     }
-    NestPtr lNest = ReadNest(mBag, iText);
-    mBag.mNests.Append(iName, std::move(lNest));
+    mBag.mNests.Append(ReadNest(mBag, iName, iText));
     hNumber(lNumber, mBag.mNests.GetCount() - 1, true);
 }
 
@@ -139,7 +138,7 @@ void BagMerger::SetNest(std::wstring_view iName, NestPtr&& iNest)
     std::uint32_t* lNumber = hRemove(iName);
     mBag.AcceptPair();
     hConvert(*iNest);
-    mBag.mNests.Append(iName, std::move(iNest));
+    mBag.mNests.Append(std::move(iNest));
     hNumber(lNumber, mBag.mNests.GetCount() - 1, true);
 }
 
@@ -163,8 +162,8 @@ void BagMerger::SetAllOfItself()
     const std::size_t lNestCount = mBag.mNests.GetCount();
     for (std::size_t lStep = 0; lStep < lNestCount; ++lStep)
     {
-        const QBase::ReturnWString lName = mBag.mNests.GetName(2 * lStep);
         const NestPtr lNest(&mBag.mNests.GetNest(2 * lStep));
+        const std::wstring_view lName = lNest->mName;
         NestPtr lCopy = hCopierFor(lNest->mBegin, lNest->mEnd).CopyWritten(*lNest);
         const std::wstring lText = lCopy ? std::wstring() : TextWriter(*lNest).WriteToString(true);
         hCheckName(lName);
@@ -177,9 +176,9 @@ void BagMerger::SetAllOfItself()
         }
         else
         {
-            lCopy = ReadNest(mBag, lText);
+            lCopy = ReadNest(mBag, lName, lText);
         }
-        mBag.mNests.Append(lName, std::move(lCopy));
+        mBag.mNests.Append(std::move(lCopy));
     }
 }
 

@@ -24,7 +24,7 @@ NestPtr NestCopier::CopyRewritten(const BagState& iNest)
 {
     // Without a header, a text that begins with the header's first word would be taken to have one.
     const std::wstring_view lFirstName =
-        iNest.mValues.GetCount() != 0 ? iNest.mValues.GetName(0) : std::wstring_view(iNest.mNests.GetName(0));
+        iNest.mValues.GetCount() != 0 ? iNest.mValues.GetName(0) : iNest.mNests.GetName(0);
     return mRule.MayBeginLikeHeader(lFirstName) ? nullptr : hCopy(iNest, false);
 }
 
@@ -51,8 +51,8 @@ NestPtr NestCopier::hCopyPlain(const BagState& iBag, bool iIsWritten)
     {
         return nullptr;
     }
-    NestPtr lCopy = MakeNest(mBegin, mEnd);
-    lCopy->mValues = iBag.mValues;
+    NestPtr lCopy = MakeNest(iBag.mName, mBegin, mEnd, iBag.GetRoom());
+    lCopy->mValues.CopyFrom(iBag.mValues);
     lCopy->mNests.Reserve(iBag.mNests.GetCount());
     return lCopy;
 }
@@ -60,7 +60,7 @@ NestPtr NestCopier::hCopyPlain(const BagState& iBag, bool iIsWritten)
 // Returns false where the nest cannot be copied. Nothing is set by an empty one.
 bool NestCopier::hCopyNest(const BagState& iParent, std::size_t iIndex, bool iIsWritten)
 {
-    const QBase::ReturnWString& lName = iParent.mNests.GetName(iIndex);
+    const std::wstring_view lName = iParent.mNests.GetName(iIndex);
     const BagState& lNest = iParent.mNests.GetNest(iIndex);
     if (lNest.IsEmpty())
     {
@@ -76,7 +76,7 @@ bool NestCopier::hCopyNest(const BagState& iParent, std::size_t iIndex, bool iIs
     {
         mCopies.push_back(lCopy.get());
     }
-    lTarget.mNests.Append(lName, std::move(lCopy));
+    lTarget.mNests.Append(std::move(lCopy));
     return true;
 }
 

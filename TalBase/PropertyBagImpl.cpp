@@ -115,8 +115,7 @@ void PropertyBagImpl::SetProperty(const wchar_t* ipName, const wchar_t* ipValue,
     RemoveProperty(ipName);
     if (!lText.empty())
     {
-        NestPtr lNest = ReadNest(mState, lText);
-        mState.mNests.Append(lName, std::move(lNest));
+        mState.mNests.Append(ReadNest(mState, lName, lText));
     }
 }
 
@@ -201,7 +200,7 @@ QBase::ReturnWString PropertyBagImpl::GetName(unsigned int iIndex) const
         Throw<PropertyBagUserErrorException>(Messages::gNameIndex);
     }
     return iIndex < mState.mValues.GetCount() ? AsReturned(mState.mValues.GetName(iIndex))
-                                              : mState.mNests.GetName(lEmbeddedIndex);
+                                              : AsReturned(mState.mNests.GetName(lEmbeddedIndex));
 }
 
 QBase::ReturnWString PropertyBagImpl::GetValue(unsigned int iIndex) const
@@ -348,11 +347,11 @@ const wchar_t* PropertyBagImpl::GetEndDelimiter() const
 PropertyBag* PropertyBagImpl::Clone() const
 {
     mState.CheckPair();
-    std::unique_ptr<PropertyBagImpl> lClone(new PropertyBagImpl(mState.mBegin, mState.mEnd, true));
-    lClone->mState.mValues = mState.mValues;
-    lClone->mState.mNests = mState.mNests;
-    lClone->mState.mMayRepeatNames = hMayRepeatNames();
-    return lClone.release();
+    NestPtr lClone = MakeNest({}, mState.mBegin, mState.mEnd, mState.GetRoom());
+    lClone->mValues.CopyFrom(mState.mValues);
+    lClone->mNests.Share(mState.mNests);
+    lClone->mMayRepeatNames = hMayRepeatNames();
+    return AsNew(std::move(lClone));
 }
 
 PropertyBag* PropertyBagImpl::FilteredClone(const QDataType::StringCollection* ipFilter) const
@@ -464,25 +463,6 @@ bool PropertyBagImpl::hIsExact() const noexcept
 bool PropertyBagImpl::hMayRepeatNames() const noexcept
 {
     return mState.mMayRepeatNames || !hIsExact();
-}
-
-// Between states and objects; no other source knows both.
-
-const BagState* StateOf(const PropertyBag& iBag) noexcept
-{
-    // The cast to void finds the whole object, which is one of this class.
-    return typeid(iBag) == typeid(PropertyBagImpl)
-               ? &static_cast<const PropertyBagImpl*>(dynamic_cast<const void*>(&iBag))->GetState()
-               : nullptr;
-}
-
-NestPtr MakeNest(const SharedWString& iBegin, const SharedWString& iEnd)
-{
-    NestPtr lNest;
-    lNest.Attach(&(new PropertyBagImpl(iBegin, iEnd, true))->GetState());
-    // The first reference is stored, not counted: nobody else can see the nest yet.
-    lNest->mRefCount.mCount.store(1, std::memory_order_relaxed);
-    return lNest;
 }
 
 } // namespace QTalBase

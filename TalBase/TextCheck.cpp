@@ -83,7 +83,7 @@ public:
             return;
         }
         hCheckHeaderPair(lPair);
-        const NestPtr lBag = MakeNest(SharedWString(iOwn.mBegin), SharedWString(iOwn.mEnd));
+        const NestPtr lBag = MakeNest({}, SharedWString(iOwn.mBegin), SharedWString(iOwn.mEnd), {});
         hCheckContent(lPosition, SharedWString(lPair.mBegin), SharedWString(lPair.mEnd), lBag.get());
     }
 
@@ -160,7 +160,7 @@ private:
         hRemarkOnReplaced();
         if (lMakesNests)
         {
-            const NestPtr lBag = ipForeign != nullptr ? NestPtr(ipForeign) : MakeNest(iBegin, iEnd);
+            const NestPtr lBag = ipForeign != nullptr ? NestPtr(ipForeign) : MakeNest({}, iBegin, iEnd, {});
             hMerge(*lBag);
         }
     }

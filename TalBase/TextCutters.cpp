@@ -10,8 +10,7 @@ Found LongCutter::hFound(Found iFound, std::size_t iStop, std::size_t iLength) n
     return iFound;
 }
 
-// Both automata see every character, so none of the two delimiters is the likelier one.
-Found LongCutter::Next(Found /*iLikely*/)
+Found LongCutter::Next()
 {
     // A delimiter longer than what is left cannot occur; its table would cost more than the text justifies.
     const bool lMayBegin = mBegin.size() <= mText.size();

@@ -30,20 +30,15 @@ SharedPair CheckedPair(BagState& oBag, const DelimiterPair& iPair)
 
 } // namespace
 
-bool AddText(BagState& oBag, std::wstring_view iText)
-{
-    DelimiterPair lPair = oBag.GetPair();
-    const unsigned int lPosition = ReadHeader(iText, lPair);
-    return AddContent(oBag, iText, lPosition, lPair);
-}
-
 // What was read becomes the bag's own where that gives what merging gives: the bag has nothing yet, and no name or
 // value has to be looked at again. Everything else is merged, entry by entry.
-bool AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
+bool AddText(BagState& oBag, std::wstring_view iText)
 {
-    const SharedPair lPair = CheckedPair(oBag, iPair);
+    DelimiterPair lHeaderPair = oBag.GetPair();
+    const unsigned int lPosition = ReadHeader(iText, lHeaderPair);
+    const SharedPair lPair = CheckedPair(oBag, lHeaderPair);
     BagBuilder lBuilder(lPair.mBegin, lPair.mEnd, iText.data() + iText.size());
-    ParseText(ContentOf(iText, iPosition), iPair, lBuilder);
+    ParseText(ContentOf(iText, lPosition), lHeaderPair, lBuilder);
     const bool lAreNestsFinal = lBuilder.AreNestsFinal();
     if (lAreNestsFinal && oBag.IsEmpty() && oBag.mBegin.IsSame(lPair.mBegin) && oBag.mEnd.IsSame(lPair.mEnd))
     {
@@ -54,6 +49,26 @@ bool AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition,
     std::size_t lEntry = 0;
     MergeRead(oBag, *lRead, lAreNestsFinal, lEntry);
     return lAreNestsFinal;
+}
+
+// As if the text were added to an empty bag.
+NestPtr ReadNew(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair)
+{
+    CheckValidityOfDelimiters(iPair);
+    const SharedWString lBegin(iPair.mBegin);
+    const SharedWString lEnd(iPair.mEnd);
+    BagBuilder lBuilder(lBegin, lEnd, iText.data() + iText.size());
+    ParseText(ContentOf(iText, iPosition), iPair, lBuilder);
+    const bool lAreNestsFinal = lBuilder.AreNestsFinal();
+    NestPtr lRead = lBuilder.MakeBag();
+    if (lAreNestsFinal)
+    {
+        return lRead;
+    }
+    NestPtr lBag = MakeNest({}, lBegin, lEnd, {});
+    std::size_t lEntry = 0;
+    MergeRead(*lBag, *lRead, false, lEntry);
+    return lBag;
 }
 
 void MergeRead(BagState& oBag, const BagState& iRead, bool iAreNestsFinal, std::size_t& oEntry)
@@ -88,10 +103,10 @@ NestPtr ReadApart(BagState& oBag, std::wstring_view iText)
     return lBuilder.MakeBag();
 }
 
-NestPtr ReadNest(BagState& oBag, std::wstring_view iText)
+NestPtr ReadNest(BagState& oBag, std::wstring_view iName, std::wstring_view iText)
 {
     oBag.AcceptPair();
-    NestPtr lNest = MakeNest(oBag.mBegin, oBag.mEnd);
+    NestPtr lNest = MakeNest(iName, oBag.mBegin, oBag.mEnd, {});
     AddText(*lNest, iText);
     return lNest;
 }

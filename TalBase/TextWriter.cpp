@@ -78,7 +78,7 @@ std::size_t TextWriter::hMeasureBag(const BagState& iBag) const
     const std::size_t lNestCount = iBag.mNests.GetCount();
     for (std::size_t lIndex = 0; lIndex < lNestCount; ++lIndex)
     {
-        lLength += iBag.mNests.GetName(lIndex).GetLength();
+        lLength += iBag.mNests.GetName(lIndex).size();
     }
     if (&iBag == &mBag && !mWithSensitiveInfo)
     {

@@ -19,21 +19,9 @@ const std::size_t gToleratedCharacters = 256;
 
 } // namespace
 
-// A copy is laid out for what is used, so what was removed or replaced takes no memory in it. There are no killed
-// entries: nobody looks at a bag while a merger lives.
 ValueContent::ValueContent(const ValueContent& iOther)
 {
-    hLayOut(iOther.mCount, iOther.mUsedLength);
-    for (std::size_t lIndex = 0; lIndex < iOther.mCount; ++lIndex)
-    {
-        const Entry& lEntry = iOther.mEntries[lIndex];
-        const std::size_t lLength = lEntry.mNameLength + lEntry.mValueLength;
-        mEntries[lIndex] = Entry{mTextLength, lEntry.mNameLength, lEntry.mValueLength};
-        CopyText({iOther.mText + lEntry.mOffset, lLength}, mText + mTextLength);
-        mTextLength += lLength;
-    }
-    mCount = iOther.mCount;
-    mUsedLength = mTextLength;
+    CopyFrom(iOther);
 }
 
 ValueContent::ValueContent(ValueContent&& iOther) noexcept
@@ -43,7 +31,8 @@ ValueContent::ValueContent(ValueContent&& iOther) noexcept
       mCapacity(std::exchange(iOther.mCapacity, 0)),
       mTextLength(std::exchange(iOther.mTextLength, 0)),
       mTextCapacity(std::exchange(iOther.mTextCapacity, 0)),
-      mUsedLength(std::exchange(iOther.mUsedLength, 0))
+      mUsedLength(std::exchange(iOther.mUsedLength, 0)),
+      mIsLent(std::exchange(iOther.mIsLent, false))
 {
 }
 
@@ -56,12 +45,51 @@ ValueContent& ValueContent::operator=(ValueContent iOther) noexcept
     std::swap(mTextLength, iOther.mTextLength);
     std::swap(mTextCapacity, iOther.mTextCapacity);
     std::swap(mUsedLength, iOther.mUsedLength);
+    std::swap(mIsLent, iOther.mIsLent);
     return *this;
 }
 
 ValueContent::~ValueContent()
 {
-    ::operator delete(mEntries);
+    if (!mIsLent)
+    {
+        ::operator delete(mEntries);
+    }
+}
+
+void ValueContent::Lend(void* ipRoom, std::size_t iCount, std::size_t iLength) noexcept
+{
+    mEntries = static_cast<Entry*>(ipRoom);
+    mText = reinterpret_cast<wchar_t*>(mEntries + iCount);
+    mCapacity = iCount;
+    mTextCapacity = iLength;
+    mIsLent = true;
+}
+
+// A copy takes what is used, so what was removed or replaced takes no memory in it. There are no killed entries: nobody
+// looks at a bag while a merger lives.
+void ValueContent::CopyFrom(const ValueContent& iOther)
+{
+    Reserve(iOther.mCount, iOther.mUsedLength);
+    if (iOther.mTextLength == iOther.mUsedLength) // without gaps
+    {
+        std::copy(iOther.mEntries, iOther.mEntries + iOther.mCount, mEntries);
+        std::copy(iOther.mText, iOther.mText + iOther.mTextLength, mText);
+        mTextLength = iOther.mTextLength;
+    }
+    else
+    {
+        for (std::size_t lIndex = 0; lIndex < iOther.mCount; ++lIndex)
+        {
+            const Entry& lEntry = iOther.mEntries[lIndex];
+            const std::size_t lLength = lEntry.mNameLength + lEntry.mValueLength;
+            mEntries[lIndex] = Entry{mTextLength, lEntry.mNameLength, lEntry.mValueLength};
+            CopyText({iOther.mText + lEntry.mOffset, lLength}, mText + mTextLength);
+            mTextLength += lLength;
+        }
+    }
+    mCount = iOther.mCount;
+    mUsedLength = mTextLength;
 }
 
 // Entries say where each text begins and ends, so equal entries over equal characters are equal properties. Bags that

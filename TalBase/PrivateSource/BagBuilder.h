@@ -97,7 +97,7 @@ public:
     // fails, the bag is unchanged.
     void MoveTo(BagState& oBag);
 
-    // Makes a new bag of what was read.
+    // Makes a new bag, without a name, of what was read.
     NestPtr MakeBag();
 
 private:
@@ -118,13 +118,6 @@ private:
         bool mIsEmpty = false; // where no nests are made
     };
 
-    // What plain properties come to, without those that are replaced.
-    struct Size
-    {
-        std::size_t mCount;
-        std::size_t mLength;
-    };
-
     // A nest being read: its plain properties and nests lie on top of those of the nests around it.
     struct Frame
     {
@@ -138,11 +131,12 @@ private:
     bool hIsNothingLeft(const Frame& iFrame) noexcept;
     NestPtr hMakeClosed(const Frame& iFrame, bool& oIsFinal);
     NestPtr hReadAgain(const BagState& iNest, bool& oIsFinal);
+    NestPtr hMakeRead(const Frame& iFrame, bool iWithEmptyNests);
     void hMarkReplaced(const Frame& iFrame);
-    Size hGetSizeOfPlains(const Frame& iFrame) noexcept;
-    void hFill(const Frame& iFrame, bool iWithEmptyNests, ValueContent& oValues, NestContent& oNests);
+    BagRoom hGetRoom(const Frame& iFrame) noexcept;
+    void hFill(const Frame& iFrame, const BagRoom& iRoom, bool iWithEmptyNests, ValueContent& oValues,
+               NestContent& oNests);
     void hFillWithNests(const Frame& iFrame, bool iWithEmptyNests, NestContent& oNests);
-    void hFillWithAll(ValueContent& oValues, NestContent& oNests);
     bool hIsPairNeutral();
     bool hCanHeaderCarryPair();
 

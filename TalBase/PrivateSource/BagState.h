@@ -2,7 +2,9 @@
 // clients see, PropertyBagImpl, has one state and dispatches, and nothing here knows it.
 //
 // A nest is a whole bag, which clients can get hold of: its state lies in an object of its own, is counted, and knows
-// that object. Only the implementation class is known nowhere but where StateOf and MakeNest are.
+// that object and the nest's name. Object, name, and what the nest is made with are one piece of memory; a nest in it
+// has its own, so that who keeps a nest keeps nothing else. Only the implementation class is known nowhere but where
+// StateOf and MakeNest are.
 //
 // Invariant: no plain value is empty, and a name occurs once, unless mMayRepeatNames.
 
@@ -10,6 +12,7 @@
 #define TALBASE_PRIVATESOURCE_BAGSTATE_H
 
 #include "QBase/Atomic.h"
+#include "QBase/ReturnWString.h"
 #include "TalBase/PrivateSource/Delimiters.h"
 #include "TalBase/PrivateSource/NestContent.h"
 #include "TalBase/PrivateSource/SharedWString.h"
@@ -17,11 +20,25 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace QTalBase
 {
 
 class PropertyBag;
+
+inline QBase::ReturnWString AsReturned(std::wstring_view iText)
+{
+    return {iText.data(), iText.size()};
+}
+
+// What a bag is made with room for.
+struct BagRoom
+{
+    std::size_t mPlainCount = 0;
+    std::size_t mPlainLength = 0; // of all names and values together
+    std::size_t mNestCount = 0;
+};
 
 struct BagState
 {
@@ -71,6 +88,12 @@ struct BagState
         return mValues.GetCount() + mNests.GetCount();
     }
 
+    // For a copy.
+    BagRoom GetRoom() const noexcept
+    {
+        return {mValues.GetCount(), mValues.GetTextLength(), mNests.GetCount()};
+    }
+
     bool IsEmpty() const noexcept
     {
         return mValues.GetCount() == 0 && mNests.IsEmpty();
@@ -101,6 +124,7 @@ struct BagState
     bool mIsPairChecked;          // false only says that nobody has looked at the pair
     bool mMayRepeatNames = false; // only what a derived class overrides brings that about, and clones carry it on
     PropertyBag* const mObject;
+    std::wstring_view mName; // of a nest; it lies behind the object
 
 private:
     void hDeleteObject() const noexcept;
@@ -112,8 +136,12 @@ private:
 // The state of a bag whose class is exactly PropertyBagImpl, so that no overrider can see what is called; else null.
 const BagState* StateOf(const PropertyBag& iBag) noexcept;
 
-// Makes a nested bag, which is empty, with a pair that is allowed. Throws std::bad_alloc.
-NestPtr MakeNest(const SharedWString& iBegin, const SharedWString& iEnd);
+// Makes a nested bag, which is empty, with a pair that is allowed. The room lies with the object where it is small
+// enough to stay until the bag goes; more is set aside when it is needed. Throws std::bad_alloc.
+NestPtr MakeNest(std::wstring_view iName, const SharedWString& iBegin, const SharedWString& iEnd, const BagRoom& iRoom);
+
+// A nest that nobody else holds, as a factory hands out a bag: with reference count 0.
+PropertyBag* AsNew(NestPtr&& iBag) noexcept;
 
 } // namespace QTalBase
 

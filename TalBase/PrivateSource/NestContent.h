@@ -1,19 +1,19 @@
-// The nested bags of a bag: an ordered sequence of names and nests, the twin of ValueContent.
+// The nested bags of a bag: an ordered sequence of nests, the twin of ValueContent.
 //
-// A nest is known by its state (see BagState.h). The content has one reference on each, and so may others: clones
-// share nests, and clients hold them.
+// A nest is known by its state, and knows its own name (see BagState.h): it never gets another one, as what is handed
+// on under another name is a copy. The content has one reference on each nest, and so may others: clones share nests,
+// and clients hold them.
+//
+// The first memory may be lent, as that of a ValueContent.
 
 #ifndef TALBASE_PRIVATESOURCE_NESTCONTENT_H
 #define TALBASE_PRIVATESOURCE_NESTCONTENT_H
 
-#include "QBase/ReturnWString.h"
 #include "QBase/SmartPtrI.h"
-#include "TalBase/PrivateSource/TextPrimitives.h"
 
 #include <cstddef>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace QTalBase
 {
@@ -22,85 +22,81 @@ struct BagState;
 
 using NestPtr = QBase::SmartPtrI<BagState>;
 
-inline QBase::ReturnWString AsReturned(std::wstring_view iText)
-{
-    return {iText.data(), iText.size()};
-}
-
 class NestContent
 {
 public:
+    NestContent() noexcept = default;
+    NestContent(NestContent&& iOther) noexcept;
+    NestContent& operator=(NestContent iOther) noexcept;
+    ~NestContent();
+
+    // As those of ValueContent.
+    void Lend(void* ipRoom, std::size_t iCount) noexcept;
+    static constexpr std::size_t SizeOf(std::size_t iCount) noexcept
+    {
+        return iCount * sizeof(BagState*);
+    }
+
+    // Fills an empty content with the nests of another one, which both hold then. Throws std::bad_alloc, nothing
+    // changed.
+    void Share(const NestContent& iOther);
+
     std::size_t GetCount() const noexcept
     {
-        return mEntries.size();
+        return mCount;
     }
 
     bool IsEmpty() const noexcept
     {
-        return mEntries.empty();
+        return mCount == 0;
     }
 
-    const QBase::ReturnWString& GetName(std::size_t iIndex) const noexcept
-    {
-        return mEntries[iIndex].mName;
-    }
+    // A view that is valid while the nest lives.
+    std::wstring_view GetName(std::size_t iIndex) const noexcept;
 
     // A nest is not a part of the content, which only has a reference on it: whoever may look at the content may change
     // the nest.
     BagState& GetNest(std::size_t iIndex) const noexcept
     {
-        return *mEntries[iIndex].mNest;
+        return *mNests[iIndex];
     }
 
-    // The index of the first entry of that name, or the count.
-    std::size_t Find(std::wstring_view iName) const noexcept
-    {
-        const Entry* lEntries = mEntries.data();
-        const std::size_t lCount = mEntries.size();
-        std::size_t lIndex = 0;
-        while (lIndex < lCount && (lEntries[lIndex].mName.GetLength() != iName.size() ||
-                                   !AreEqualTexts(lEntries[lIndex].mName.c_str(), iName.data(), iName.size())))
-        {
-            ++lIndex;
-        }
-        return lIndex;
-    }
+    // The index of the first nest of that name, or the count.
+    std::size_t Find(std::wstring_view iName) const noexcept;
 
-    // Makes room for so many entries altogether. Throws std::bad_alloc, nothing changed.
+    // Makes room for so many nests altogether. Throws std::bad_alloc or std::length_error, nothing changed.
     void Reserve(std::size_t iCount);
 
-    // Appends an entry. Throws std::bad_alloc, nothing changed.
-    void Append(std::wstring_view iName, NestPtr&& iNest);
+    // Throws as Reserve does, nothing changed.
+    void Append(NestPtr&& iNest);
     void Remove(std::size_t iIndex) noexcept;
-    void Swap(std::size_t iLeft, std::size_t iRight) noexcept;
+    void Swap(std::size_t iLeft, std::size_t iRight) noexcept
+    {
+        std::swap(mNests[iLeft], mNests[iRight]);
+    }
 
-    // Lets a nest go without moving the entries behind it; the entry keeps its name, and has no nest until Compact. For
-    // operations that replace many nests and look none up by position meanwhile.
+    // Lets a nest go without moving those behind it; its place stays, without a nest, until Compact. For operations
+    // that replace many nests and look none up by position meanwhile.
     void Kill(std::size_t iIndex) noexcept;
     bool IsKilled(std::size_t iIndex) const noexcept
     {
-        return !mEntries[iIndex].mNest;
+        return mNests[iIndex] == nullptr;
     }
 
-    // Drops the killed entries.
+    // Drops the places without a nest.
     void Compact() noexcept;
 
-    // Kills an entry without letting its nest go: the reference is the caller's. Returns null for a killed entry.
+    // Takes a nest out of its place without letting it go: the reference is the caller's. Null for a killed one.
     BagState* Detach(std::size_t iIndex) noexcept
     {
-        return mEntries[iIndex].mNest.Detach();
+        return std::exchange(mNests[iIndex], nullptr);
     }
 
 private:
-    struct Entry
-    {
-        Entry(std::wstring_view iName, NestPtr&& iNest) : mName(iName.data(), iName.size()), mNest(std::move(iNest)) {}
-
-        QBase::ReturnWString mName; // a short one lies in the entry itself
-        NestPtr mNest;
-    };
-
-    std::vector<Entry> mEntries;
+    BagState** mNests = nullptr; // with one reference each
+    std::size_t mCount = 0;
+    std::size_t mCapacity = 0;
+    bool mIsLent = false; // the memory is somebody else's
 };
 
 } // namespace QTalBase

@@ -11,6 +11,7 @@
 #include "TalBase/PrivateSource/BagState.h"
 #include "TalBase/PropertyBag.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace QTalBase
@@ -28,6 +29,18 @@ public:
 
     // Shares its delimiters, which are allowed, or are checked right after.
     PropertyBagImpl(const SharedWString& iBegin, const SharedWString& iEnd, bool iIsPairChecked) noexcept;
+
+    // A bag may be made with so many bytes behind it, so its memory has no size that the class knows.
+    struct Behind
+    {
+        std::size_t mSize;
+    };
+
+    static void* operator new(std::size_t iSize);
+    static void* operator new(std::size_t iSize, Behind iBehind);
+    static void* operator new(std::size_t iSize, void* ipPlace) noexcept;
+    static void operator delete(void* ipMemory) noexcept;
+    static void operator delete(void* ipMemory, Behind iBehind) noexcept;
 
     PropertyBagImpl(const PropertyBagImpl&) = delete;
     PropertyBagImpl& operator=(const PropertyBagImpl&) = delete;

@@ -66,7 +66,35 @@ private:
     std::uint8_t mNumbers[256];
 };
 
-// With a table that is free: SmallNameTable for up to its most names, or a NameTable.
+// For so few names that comparing each with all others is less work than any table.
+class NameList
+{
+public:
+    static constexpr std::size_t gMostNames = 4;
+    static constexpr std::uint8_t gNone = 0xFF;
+
+    // As that of SmallNameTable.
+    template <class IsEqual>
+    std::uint8_t* NumberFor(std::wstring_view /*iName*/, const IsEqual& iIsEqual) noexcept
+    {
+        std::uint8_t* lNumber = mNumbers;
+        while (lNumber != mStop && !iIsEqual(*lNumber))
+        {
+            ++lNumber;
+        }
+        if (lNumber == mStop)
+        {
+            *mStop++ = gNone;
+        }
+        return lNumber;
+    }
+
+private:
+    std::uint8_t mNumbers[gMostNames];
+    std::uint8_t* mStop = mNumbers;
+};
+
+// With a table that is free: NameList or SmallNameTable for up to their most names, or a NameTable.
 template <class Table, class NameOf, class Replace>
 void FindReplacedWith(Table& oTable, std::size_t iCount, const NameOf& iNameOf, const Replace& iReplace)
 {
@@ -103,9 +131,14 @@ void FindReplaced(std::size_t iCount, const NameOf& iNameOf, const Replace& iRep
         NameTable lTable(iCount);
         FindReplacedWith(lTable, iCount, iNameOf, iReplace);
     }
-    else if (iCount > 1)
+    else if (iCount > NameList::gMostNames)
     {
         SmallNameTable lTable;
+        FindReplacedWith(lTable, iCount, iNameOf, iReplace);
+    }
+    else if (iCount > 1)
+    {
+        NameList lTable;
         FindReplacedWith(lTable, iCount, iNameOf, iReplace);
     }
 }

@@ -31,6 +31,7 @@
 
 #include "TalBase/PrivateSource/Delimiters.h"
 #include "TalBase/PrivateSource/Messages.h"
+#include "TalBase/PrivateSource/RowCutter.h"
 #include "TalBase/PrivateSource/TextCutters.h"
 
 #include <cstddef>
@@ -51,7 +52,7 @@ public:
     {
         for (;;)
         {
-            const Found lFound = hCut(Found::Begin);
+            const Found lFound = hCut();
             if (lFound == Found::Nothing)
             {
                 hRequire(mDepth == 0, Messages::gTokenExpected);
@@ -73,7 +74,7 @@ private:
     {
         for (std::wstring_view lName = iName;;)
         {
-            const Found lFound = hCut(Found::End);
+            const Found lFound = hCut();
             const std::wstring_view lRun = mCutter.GetRun();
             hRequire(lFound != Found::Nothing, Messages::gTokenExpected);
             if (lRun.empty())
@@ -103,10 +104,9 @@ private:
         --mDepth;
     }
 
-    // Takes the next delimiter; the likelier one is looked for first.
-    Found hCut(Found iLikely)
+    Found hCut()
     {
-        const Found lFound = mCutter.Next(iLikely);
+        const Found lFound = mCutter.Next();
         mHandler.Cut(lFound != Found::Nothing ? mCutter.GetRun() : mCutter.GetRest(), lFound);
         return lFound;
     }
@@ -128,6 +128,10 @@ private:
 template <class Handler>
 std::wstring_view ParseText(std::wstring_view iText, const DelimiterPair& iPair, Handler& oHandler)
 {
+    if (RowCutter::MayCut(iText, iPair.mBegin, iPair.mEnd))
+    {
+        return TextParser(RowCutter(iText, iPair.mBegin, iPair.mEnd), oHandler).Parse();
+    }
     if (AreShortDelimiters(iPair.mBegin, iPair.mEnd))
     {
         return TextParser(ShortCutter(iText, iPair.mBegin, iPair.mEnd), oHandler).Parse();

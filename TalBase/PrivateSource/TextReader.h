@@ -17,11 +17,9 @@
 namespace QTalBase
 {
 
-// Merge a text into a bag whose names occur once and whose class overrides nothing; AddContent: one whose header, if it
-// has any, ends at iPosition and named the pair. Return whether no nest of the text had to be read again (see
-// BagBuilder).
+// Merges a text into a bag whose names occur once and whose class overrides nothing. Returns whether no nest of the
+// text had to be read again (see BagBuilder).
 bool AddText(BagState& oBag, std::wstring_view iText);
-bool AddContent(BagState& oBag, std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
 
 // Merges what was read into another bag. oEntry: the number of entries that are merged already, also after a failure.
 void MergeRead(BagState& oBag, const BagState& iRead, bool iAreNestsFinal, std::size_t& oEntry);
@@ -29,8 +27,11 @@ void MergeRead(BagState& oBag, const BagState& iRead, bool iAreNestsFinal, std::
 // Reads a text for a bag into a new one, for the caller to merge.
 NestPtr ReadApart(BagState& oBag, std::wstring_view iText);
 
-// Reads a text into a new nested bag with the delimiters of the bag that it is for.
-NestPtr ReadNest(BagState& oBag, std::wstring_view iText);
+// Reads a text into a new nested bag with that name and the delimiters of the bag that it is for.
+NestPtr ReadNest(BagState& oBag, std::wstring_view iName, std::wstring_view iText);
+
+// Reads a text whose header ends at a position, and named the pair, into a new bag with that pair.
+NestPtr ReadNew(std::wstring_view iText, unsigned int iPosition, const DelimiterPair& iPair);
 
 } // namespace QTalBase
 

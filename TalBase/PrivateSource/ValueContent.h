@@ -3,7 +3,8 @@
 //
 // Invariants: in the memory are first the entries and then the characters; an entry's value lies directly behind its
 // name. Characters of removed entries stay as gaps until the memory is laid out anew, which happens when it is full or
-// far too large: a bag that lives long and changes often does not grow.
+// far too large: a bag that lives long and changes often does not grow. The first memory may be lent; the content never
+// gives it back, and its owner lets it go.
 
 #ifndef TALBASE_PRIVATESOURCE_VALUECONTENT_H
 #define TALBASE_PRIVATESOURCE_VALUECONTENT_H
@@ -27,6 +28,17 @@ public:
     ValueContent(ValueContent&& iOther) noexcept;
     ValueContent& operator=(ValueContent iOther) noexcept;
     ~ValueContent();
+
+    // Gives a fresh content room for so many entries and characters that is somebody else's, who outlives the content.
+    // It needs SizeOf(iCount, iLength) bytes, aligned as a pointer is.
+    void Lend(void* ipRoom, std::size_t iCount, std::size_t iLength) noexcept;
+    static constexpr std::size_t SizeOf(std::size_t iCount, std::size_t iLength) noexcept
+    {
+        return iCount * sizeof(Entry) + iLength * sizeof(wchar_t);
+    }
+
+    // Fills an empty content with what another one has, laid out without gaps. Throws as Reserve does, nothing changed.
+    void CopyFrom(const ValueContent& iOther);
 
     std::size_t GetCount() const noexcept
     {
@@ -123,6 +135,7 @@ private:
     std::size_t mTextLength = 0; // with the gaps
     std::size_t mTextCapacity = 0;
     std::size_t mUsedLength = 0; // without them
+    bool mIsLent = false;        // the memory is somebody else's
 };
 
 // Appends many entries from one text to a content, which nobody else may use meanwhile. Characters are copied in whole
@@ -148,16 +161,31 @@ public:
     Filler(const Filler&) = delete;
     Filler& operator=(const Filler&) = delete;
 
+    // The value lies behind the name in the text.
     void Append(std::wstring_view iName, std::wstring_view iValue) noexcept
     {
-        hCopy(iValue, AppendName(iName, iValue.size()));
+        if (iName.size() <= gStep && iValue.size() <= 2 * gStep && mSourceStop - iValue.data() >= 2 * gStep &&
+            mTargetStop - mTarget >= 3 * gStep) [[likely]]
+        {
+            *mEntry++ = Entry{static_cast<std::size_t>(mTarget - mContent.mText), iName.size(), iValue.size()};
+            std::memcpy(mTarget, iName.data(), gStep * sizeof(wchar_t));
+            mTarget += iName.size();
+            std::memcpy(mTarget, iValue.data(), gStep * sizeof(wchar_t));
+            if (iValue.size() > gStep)
+            {
+                std::memcpy(mTarget + gStep, iValue.data() + gStep, gStep * sizeof(wchar_t));
+            }
+            mTarget += iValue.size();
+            return;
+        }
+        CopyText(iValue, AppendName(iName, iValue.size()));
     }
 
     // Returns where the value's characters go, for the caller to fill.
     wchar_t* AppendName(std::wstring_view iName, std::size_t iValueLength) noexcept
     {
         *mEntry++ = Entry{static_cast<std::size_t>(mTarget - mContent.mText), iName.size(), iValueLength};
-        wchar_t* lValue = hCopy(iName, mTarget);
+        wchar_t* lValue = CopyText(iName, mTarget);
         mTarget = lValue + iValueLength;
         return lValue;
     }
@@ -169,24 +197,6 @@ private:
     {
         oContent.Reserve(iCount, iLength);
         return oContent;
-    }
-
-    wchar_t* hCopy(std::wstring_view iText, wchar_t* opTarget) const noexcept
-    {
-        const std::ptrdiff_t lRoom = std::min(mSourceStop - iText.data(), mTargetStop - opTarget);
-        if (iText.size() <= gStep && lRoom >= gStep)
-        {
-            std::memcpy(opTarget, iText.data(), gStep * sizeof(wchar_t));
-        }
-        else if (iText.size() <= 2 * gStep && lRoom >= 2 * gStep)
-        {
-            std::memcpy(opTarget, iText.data(), 2 * gStep * sizeof(wchar_t));
-        }
-        else
-        {
-            CopyText(iText, opTarget);
-        }
-        return opTarget + iText.size();
     }
 
     ValueContent& mContent;

@@ -73,6 +73,40 @@ std::string Stated(const std::vector<Table>& iTables, const Bench::MemoryCase& i
 } // namespace
 
 // A stated multiple is the measured one rounded up, so it may be neither exceeded nor far too large.
+// A nest in a text of 500 characters, beside others that are longer.
+TEST(Memory, ANestThatIsKeptKeepsOneAllocationOfItsOwnAndNothingElse)
+{
+    const std::wstring lHeader = L"EndDelimiter***BeginDelimiter++++***";
+    const std::wstring lInner = L"In++++Deep++++" + std::wstring(400, L'd') + L"******";
+    const std::wstring lKept = L"Kept++++Key++++" + std::wstring(400, L'k') + L"***" + lInner + L"***";
+    const std::wstring lText = lHeader + L"Long++++" + std::wstring(100000, L'l') + L"***" + lKept;
+    const std::size_t lLive = Support::AllocationsLive();
+    const std::size_t lHeld = Support::BytesHeld();
+    SmartPtrI<QTalBase::PropertyBag> lBag(QTalBase::CreatePropertyBag(lText.c_str()));
+    SmartPtrI<QTalBase::PropertyBag> lNest = lBag->GetPropertyBag(L"Kept");
+    lBag = nullptr;
+    EXPECT_EQ(Support::AllocationsLive() - lLive, 2U) << "one for the nest and one for the nest in it";
+    EXPECT_LT(Support::BytesHeld() - lHeld, (lKept.size() + 250) * sizeof(wchar_t));
+    SmartPtrI<QTalBase::PropertyBag> lDeep = lNest->GetPropertyBag(L"In");
+    lNest = nullptr;
+    EXPECT_EQ(Support::AllocationsLive() - lLive, 1U);
+    EXPECT_EQ(std::wstring(lDeep->GetProperty(L"Deep").c_str()), std::wstring(400, L'd'));
+    lDeep = nullptr;
+    EXPECT_EQ(Support::BytesHeld(), lHeld);
+}
+
+// What a bag was made with may lie with it until it goes, but not much of it.
+TEST(Memory, AValueThatIsGoneGivesItsMemoryBackInANestToo)
+{
+    const std::wstring lLong(100000, L'l');
+    const std::wstring lText = L"EndDelimiter***BeginDelimiter++++***n++++a++++" + lLong + L"******";
+    const SmartPtrI<QTalBase::PropertyBag> lBag(QTalBase::CreatePropertyBag(lText.c_str()));
+    const std::size_t lHeld = Support::BytesHeld();
+    lBag->GetPropertyBag(L"n")->SetProperty(L"a", L"short", false);
+    lBag->GetPropertyBag(L"n")->SetProperty(L"a", L"other", false);
+    EXPECT_LT(Support::BytesHeld() + (lLong.size() - 1000) * sizeof(wchar_t), lHeld);
+}
+
 TEST(Memory, PeaksStayWithinTheStatedMultiplesOfTheInput)
 {
     const std::vector<Table> lTables = ReadTables(ReadProjectFile("Docs/Limits.md"));

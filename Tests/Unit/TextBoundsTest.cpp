@@ -1,6 +1,7 @@
 // What scans and copies texts in whole steps touches nothing outside them: the texts lie between pages that nobody may
 // read or write, once at the beginning of their own and once at its end.
 
+#include "TalBase/PrivateSource/RowCutter.h"
 #include "TalBase/PrivateSource/TextCutters.h"
 #include "TalBase/PrivateSource/TextPrimitives.h"
 
@@ -13,6 +14,7 @@
 
 using QTalBase::Found;
 using QTalBase::LongCutter;
+using QTalBase::RowCutter;
 using QTalBase::ShortCutter;
 
 namespace
@@ -52,6 +54,10 @@ TEST_P(TextBounds, CuttersReadNothingOutsideTheText)
         const std::size_t lExpected = CountDelimiters(LongCutter(lText, L"[[", L"]]"));
         EXPECT_EQ(CountDelimiters(ShortCutter(lPut, L"[[", L"]]")), lExpected) << lLength;
         EXPECT_EQ(CountDelimiters(LongCutter(lPut, L"[[", L"]]")), lExpected) << lLength;
+        if (RowCutter::MayCut(lPut, L"[[", L"]]"))
+        {
+            EXPECT_EQ(CountDelimiters(RowCutter(lPut, L"[[", L"]]")), lExpected) << lLength;
+        }
         EXPECT_EQ(CountDelimiters(ShortCutter(lPut, L"+++[[+n", L"***]]")),
                   CountDelimiters(LongCutter(lPut, L"+++[[+n", L"***]]")));
     }

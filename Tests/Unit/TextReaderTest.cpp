@@ -6,12 +6,15 @@
 #include "TalBase/PrivateSource/BagBuilder.h"
 #include "TalBase/PrivateSource/Delimiters.h"
 #include "TalBase/PrivateSource/PropertyBagImpl.h"
+#include "TalBase/PrivateSource/RowCutter.h"
 #include "TalBase/PrivateSource/TextCutters.h"
 #include "TalBase/PrivateSource/TextSearch.h"
 #include "Tests/Support/Describe.h"
 #include "Tests/Support/Expect.h"
 
 #include <gtest/gtest.h>
+#include <iterator>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -21,6 +24,7 @@ using QTalBase::DelimiterPair;
 using QTalBase::Found;
 using QTalBase::LongCutter;
 using QTalBase::PropertyBagException;
+using QTalBase::RowCutter;
 using QTalBase::SharedWString;
 using QTalBase::ShortCutter;
 using QTalBase::TextParser;
@@ -34,7 +38,7 @@ class PatternCutter
 public:
     explicit PatternCutter(std::wstring_view iPattern) : mRest(iPattern) {}
 
-    Found Next(Found /*iLikely*/)
+    Found Next()
     {
         const bool lIsRun = !mRest.empty() && mRest[0] != L'<' && mRest[0] != L'>';
         mRun = mRest.substr(0, lIsRun ? 1 : 0);
@@ -107,24 +111,32 @@ struct Recorder
     std::wstring mEvents;
 };
 
-// The runs and delimiters of a text: "a<" is the run a before the begin delimiter.
+// The runs and delimiters of a text: "a<" is the run a before the begin delimiter. A run that may hold the first
+// character of a delimiter has to be called one that does.
 template <class Cutter>
-std::wstring CutWith(Cutter iCutter)
+std::wstring CutWith(Cutter iCutter, const std::wstring& iStarts = L"")
 {
     std::wstring lParts;
     for (Found lFound = iCutter.Next(); lFound != Found::Nothing; lFound = iCutter.Next())
     {
         lParts += std::wstring(iCutter.GetRun()) + (lFound == Found::Begin ? L"<" : L">");
+        const bool lHasStart = iCutter.GetRun().find_first_of(iStarts) != std::wstring_view::npos;
+        EXPECT_TRUE(iCutter.MayContainStart() || !lHasStart);
     }
-    return lParts;
+    return lParts + L"|" + std::wstring(iCutter.GetRest());
 }
 
 std::wstring Cut(const std::wstring& iText, const std::wstring& iBegin, const std::wstring& iEnd)
 {
-    const std::wstring lParts = CutWith(LongCutter(iText, iBegin, iEnd));
+    const std::wstring lStarts{iBegin[0], iEnd[0]};
+    std::wstring lParts = CutWith(LongCutter(iText, iBegin, iEnd), lStarts);
     if (QTalBase::AreShortDelimiters(iBegin, iEnd))
     {
-        EXPECT_EQ(CutWith(ShortCutter(iText, iBegin, iEnd)), lParts) << "both cutters cut alike";
+        EXPECT_EQ(CutWith(ShortCutter(iText, iBegin, iEnd), lStarts), lParts) << "both cutters cut alike";
+    }
+    if (RowCutter::MayCut(iText, iBegin, iEnd))
+    {
+        EXPECT_EQ(CutWith(RowCutter(iText, iBegin, iEnd), lStarts), lParts) << "all cutters cut alike";
     }
     return lParts;
 }
@@ -195,10 +207,10 @@ TEST(TextParser, TheLastPropertyOfANameCounts)
 
 TEST(TextCutters, CutsAtTheFirstDelimiterFromTheLeft)
 {
-    EXPECT_EQ(Cut(L"a++++1***", L"++++", L"***"), L"a<1>");
-    EXPECT_EQ(Cut(L"a+++++1****b", L"++++", L"***"), L"a<+1>");
-    EXPECT_EQ(Cut(L"+++*+++**", L"++++", L"***"), L"");
-    EXPECT_EQ(Cut(L"xx[[[[]]", L"[[", L"]]"), L"xx<<>");
+    EXPECT_EQ(Cut(L"a++++1***", L"++++", L"***"), L"a<1>|");
+    EXPECT_EQ(Cut(L"a+++++1****b", L"++++", L"***"), L"a<+1>|*b");
+    EXPECT_EQ(Cut(L"+++*+++**", L"++++", L"***"), L"|+++*+++**");
+    EXPECT_EQ(Cut(L"xx[[[[]]", L"[[", L"]]"), L"xx<<>|");
 }
 
 TEST(TextCutters, EveryShortTextIsCutAlike)
@@ -216,14 +228,62 @@ TEST(TextCutters, EveryShortTextIsCutAlike)
     }
 }
 
+TEST(RowCutter, CutsTextsOf64CharactersAtDelimitersOfOneCharacter)
+{
+    const std::wstring lText(64, L'x');
+    EXPECT_TRUE(RowCutter::MayCut(lText, L"++++", L"***"));
+    EXPECT_TRUE(RowCutter::MayCut(lText, L"+", L"aaaaaaaa"));
+    EXPECT_FALSE(RowCutter::MayCut(lText.substr(1), L"++++", L"***"));
+    EXPECT_FALSE(RowCutter::MayCut(lText, L"+", L"aaaaaaaaa"));
+    EXPECT_FALSE(RowCutter::MayCut(lText, L"<", L"</"));
+    EXPECT_FALSE(RowCutter::MayCut(lText, L"+", L"\u00FF")); // in eight bits, so are the characters above it
+    EXPECT_FALSE(RowCutter::MayCut(lText, L"\u4E00", L"+"));
+    EXPECT_EQ(CutWith(RowCutter(lText.substr(2) + L"+*", L"+", L"*")), lText.substr(2) + L"<>|");
+}
+
+// Rows of every length, from each place of a block of 64 characters across its end, of both delimiters in turn.
+TEST(RowCutter, RowsAcrossTheEndOfABlockAreCutAlike)
+{
+    for (std::size_t lBefore = 0; lBefore < 66; ++lBefore)
+    {
+        for (std::size_t lRow = 0; lRow < 140; lRow += lRow < 20 ? 1 : 17)
+        {
+            const std::wstring lText = std::wstring(lBefore, L'x') + std::wstring(lRow, L'+') + std::wstring(3, L'*') +
+                                       std::wstring(lRow, L'*') + L"y" + std::wstring(64, L'z');
+            ASSERT_NE(Cut(lText, L"++++", L"***"), L"") << lBefore << " " << lRow;
+            ASSERT_NE(Cut(lText, L"*", L"+++++"), L"") << lBefore << " " << lRow;
+            ASSERT_NE(Cut(lText, L"********", L"+"), L"") << lBefore << " " << lRow;
+            ASSERT_NE(Cut(lText.substr(0, 64 + lRow), L"++", L"**"), L"") << lBefore << " " << lRow;
+        }
+    }
+}
+
+TEST(RowCutter, RandomTextsAreCutAlike)
+{
+    const wchar_t lCharacters[] = L"++++***xy\u012B\u002A\U0001002B"; // the last ones are like + and * in eight bits
+    std::mt19937 lRandom(4711);
+    for (unsigned int lRound = 0; lRound < 20000; ++lRound)
+    {
+        std::wstring lText;
+        for (std::size_t lLength = 64 + lRandom() % 200; lText.size() < lLength;)
+        {
+            lText.append(1 + lRandom() % 5, lCharacters[lRandom() % (std::size(lCharacters) - 1)]);
+        }
+        const std::wstring lBegin(1 + lRandom() % 8, L'+');
+        const std::wstring lEnd(1 + lRandom() % 8, L'*');
+        Cut(lText, lBegin, lEnd);
+        ASSERT_FALSE(HasFailure()) << lRound;
+    }
+}
+
 TEST(TextCutters, LongDelimitersGiveTheSame)
 {
     const std::wstring lBegin(40, L'b');
     const std::wstring lEnd = std::wstring(40, L'e') + L"!";
-    EXPECT_EQ(Cut(L"a" + lBegin + L"1" + lEnd, lBegin, lEnd), L"a<1>");
+    EXPECT_EQ(Cut(L"a" + lBegin + L"1" + lEnd, lBegin, lEnd), L"a<1>|");
     EXPECT_EQ(Cut(L"a" + lBegin + L"b" + lEnd.substr(0, 30) + lEnd, lBegin, lEnd),
-              L"a<b" + std::wstring(30, L'e') + L">");
-    EXPECT_EQ(Cut(lBegin.substr(1), lBegin, lEnd), L"");
+              L"a<b" + std::wstring(30, L'e') + L">|");
+    EXPECT_EQ(Cut(lBegin.substr(1), lBegin, lEnd), L"|" + lBegin.substr(1));
 }
 
 TEST(ReadHeader, TheUsualHeaderGivesTheDefaults)

@@ -9,6 +9,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 using QTalBase::ValueContent;
 
@@ -170,4 +171,30 @@ TEST(ValueContent, SameThroughoutMeansTheSameNamesAndValues)
     EXPECT_TRUE(lContent.IsSameThroughout(ValueContent(lContent)));
     EXPECT_FALSE(lContent.IsSameThroughout(Two()));
     EXPECT_TRUE(ValueContent().IsSameThroughout(ValueContent()));
+}
+
+TEST(ValueContent, LentRoomIsFilledFirstAndNeverFreed)
+{
+    alignas(std::size_t) char lRoom[ValueContent::SizeOf(2, 5)];
+    const std::size_t lLive = Support::AllocationsLive();
+    {
+        ValueContent lContent;
+        lContent.Lend(lRoom, 2, 5);
+        const std::size_t lMade = Support::AllocationsMade();
+        lContent.CopyFrom(Two());
+        EXPECT_EQ(Support::AllocationsMade() - lMade, 2U) << "those of the content that is copied";
+        EXPECT_EQ(Describe(lContent), L"a=1 b=22");
+        lContent.Append(L"c", L"3");
+        EXPECT_EQ(Support::AllocationsLive() - lLive, 1U);
+        EXPECT_EQ(Describe(lContent), L"a=1 b=22 c=3");
+    }
+    {
+        ValueContent lContent;
+        lContent.Lend(lRoom, 2, 5);
+        lContent.CopyFrom(Two());
+        const ValueContent lMoved = std::move(lContent);
+        EXPECT_EQ(Describe(lMoved), L"a=1 b=22");
+        EXPECT_EQ(Describe(ValueContent(lMoved)), L"a=1 b=22");
+    }
+    EXPECT_EQ(Support::AllocationsLive(), lLive);
 }

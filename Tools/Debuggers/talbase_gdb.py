@@ -59,6 +59,12 @@ def standard_text(address):
     return text_at(*numbers_at(address, "QQ"))
 
 
+def standard_view(address):
+    """A std::wstring_view: the number of its characters and their place."""
+    length, characters = numbers_at(address, "QQ")
+    return text_at(characters, length)
+
+
 def span(address, size):
     """The places of the elements of a std::vector whose elements have that size."""
     begin, end, capacity = numbers_at(address, "QQQ")
@@ -144,9 +150,12 @@ class Bag(Printer):
         return content, count
 
     def nests(self):
-        entries = self.value["mState"]["mNests"]["mEntries"]
-        entry = entries.type.strip_typedefs().template_argument(0)
-        return entry, span(address_of(entries), entry.sizeof)
+        """The places of the states of the nested bags."""
+        content = self.value["mState"]["mNests"]
+        count, capacity = int(content["mCount"]), int(content["mCapacity"])
+        if count > capacity or count > MOST_ENTRIES:
+            raise Damaged(f"{count} nested bags")
+        return numbers_at(int(content["mNests"]), f"{count}Q") if count else ()
 
     def delimiter(self, member):
         head = int(self.value["mState"][member]["mText"])
@@ -154,7 +163,7 @@ class Bag(Printer):
 
     def text(self):
         pair = self.delimiter("mBegin"), self.delimiter("mEnd")
-        properties = counted(self.plain()[1] + len(self.nests()[1]), "property", "properties")
+        properties = counted(self.plain()[1] + len(self.nests()), "property", "properties")
         usual = "" if pair == ("++++", "***") else f", delimiters {quoted(pair[0])} and {quoted(pair[1])}"
         return f"bag of {properties}, {references(self.value['mState'])}{usual}"
 
@@ -171,11 +180,9 @@ class Bag(Printer):
                 raise Damaged("an entry")
             name = text_at(characters + WIDE * offset, name_length)
             yield shown(name), quoted(text_at(characters + WIDE * (offset + name_length), value_length))
-        entry, places = self.nests()
-        for place in places:
-            nest = value_at(place, entry)
-            name = text_at(int(nest["mName"]["mText"]), int(nest["mName"]["mLength"]))
-            yield shown(name), nest["mNest"]["mPointer"]["mObject"].dereference()
+        for place in filter(None, self.nests()):  # a removed one may have left its place open
+            nest = value_at(place, self.value["mState"].type)
+            yield shown(standard_view(address_of(nest["mName"]))), nest["mObject"].dereference()
 
 
 class Bags(Printer):

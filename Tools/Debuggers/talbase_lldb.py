@@ -129,9 +129,12 @@ class Bag(Object):
         return content, count
 
     def nests(self):
-        nests = Object(self.state().member("mNests"))
-        entry = nests.member("mEntries").GetType().GetCanonicalType().GetTemplateArgumentType(0)
-        return entry, nests.span("mEntries", entry.GetByteSize())
+        """The places of the states of the nested bags."""
+        content = Object(self.state().member("mNests"))
+        count, capacity = content.number("mCount"), content.number("mCapacity")
+        if count > capacity or count > MOST_ENTRIES:
+            raise Damaged(f"{count} nested bags")
+        return self.numbers(content.number("mNests"), f"{count}Q") if count else ()
 
     def delimiter(self, name):
         head = Object(self.state().member(name)).number("mText")
@@ -139,7 +142,7 @@ class Bag(Object):
 
     def text(self):
         pair = self.delimiter("mBegin"), self.delimiter("mEnd")
-        properties = counted(self.plain()[1] + len(self.nests()[1]), "property", "properties")
+        properties = counted(self.plain()[1] + len(self.nests()), "property", "properties")
         usual = "" if pair == ("++++", "***") else f", delimiters {quoted(pair[0])} and {quoted(pair[1])}"
         return f"bag of {properties}, {self.state().references()}{usual}"
 
@@ -155,13 +158,12 @@ class Bag(Object):
                 raise Damaged("an entry")
             name = self.characters(characters + WIDE * offset, name_length)
             yield self.wide(shown(name), characters + WIDE * (offset + name_length), value_length)
-        entry, places = self.nests()
-        for place in places:
-            entry_value = Object(self.value.CreateValueFromAddress("entry", place, entry))
-            name, nest = Object(entry_value.member("mName")), Object(entry_value.member("mNest"))
-            text = self.characters(name.number("mText"), name.number("mLength"))
-            state = Object(nest.member("mPointer").Dereference())
-            yield value_at(self.value, shown(text), state.number("mObject"), "QTalBase::PropertyBagImpl")
+        for place in filter(None, self.nests()):  # a removed one may have left its place open
+            state = Object(self.value.CreateValueFromAddress("state", place, self.member("mState").GetType()))
+            # A std::wstring_view: the number of its characters and their place.
+            length, characters = self.numbers(state.place("mName"), "QQ")
+            name = shown(self.characters(characters, length))
+            yield value_at(self.value, name, state.number("mObject"), "QTalBase::PropertyBagImpl")
 
 
 class Bags(Object):

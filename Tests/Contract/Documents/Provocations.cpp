@@ -89,7 +89,7 @@ void ProvokePaths(Provoker& oProvoker)
 // Two runs of text in a row, which no cutter finds.
 struct TwoRuns
 {
-    Found Next(Found /*iLikely*/) noexcept
+    Found Next() noexcept
     {
         return mCount++ == 0 ? Found::Begin : Found::Run;
     }
