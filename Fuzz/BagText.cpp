@@ -1,7 +1,7 @@
 // Reading texts into bags: the outcome and the bag are those of the plain implementation, a text that cannot be read
 // changes nothing, and what was read comes back from its own text and stream exactly where no fault of its text is
 // found. Checking a text says what reading it does, tells of losses exactly where there are any, and of a tail exactly
-// where there is one.
+// where there is one. The text's UTF-8 is read as the text.
 //
 // Two bytes choose the encoding, the delimiters and the bag; the rest is the text. In the first encoding small bytes
 // stand for delimiters, pieces of them, words of headers and repetitions, and all others for themselves.
@@ -10,7 +10,9 @@
 #include "Fuzz/Support/CheckedText.h"
 #include "Fuzz/Support/Input.h"
 #include "Fuzz/Support/Target.h"
+#include "QBase/Convert.h"
 #include "QSerialization/MemoryDataStream.h"
+#include "TalBase/Bytes.h"
 #include "Tests/Support/BagTexts.h"
 #include "Tests/Support/ReadBack.h"
 #include "Tests/Support/RepointedDefaults.h"
@@ -208,6 +210,24 @@ bool HasOutcome(const QTalBase::TextCheckResult& iCheck, const std::wstring& iOu
                                             iOutcome.substr(iOutcome.size() - lMessage.size()) == lMessage));
 }
 
+// The text's UTF-8 is read as the text, and what is written of it is the bag's text.
+void CheckBytes(const std::wstring& iText)
+{
+    const std::string lBytes = QBase::WideCharToUTF8(iText.c_str(), false);
+    BagPtr lBag;
+    const std::wstring lOutcome = Outcome([&] {
+        lBag = QTalBase::CreatePropertyBagFromUTF8(lBytes);
+        return Describe(*lBag);
+    });
+    Fuzz::RequireEqual(lOutcome, Created(Library, QBase::UTF8ToWideChar(lBytes, true)), "bytes make another bag");
+    if (lBag)
+    {
+        const QBase::ReturnWString lText = lBag->GetString(true, nullptr, nullptr, true);
+        Fuzz::RequireEqual(QBase::UTF8ToWideChar(QTalBase::PropertyBagToUTF8(*lBag), true), lText.c_str(),
+                           "a bag makes other bytes");
+    }
+}
+
 void CheckPlaces(const QTalBase::TextCheckResult& iCheck, const std::wstring& iText)
 {
     Fuzz::Require(iCheck.mPosition <= (iCheck.mIsValid ? 0 : iText.size()), "a failure has no place in the text");
@@ -314,6 +334,7 @@ void Check(const Case& iCase)
         CheckBag(*lBag);
     }
     CheckTextChecks(iCase);
+    CheckBytes(iCase.mText);
 }
 
 } // namespace
