@@ -5,7 +5,6 @@
 #include "TalBase/PrivateSource/PropertyBagImpl.h"
 #include "TalBase/PrivateSource/TextReader.h"
 
-#include <new>
 #include <string>
 #include <typeinfo>
 
@@ -41,31 +40,6 @@ PropertyBagUserErrorException::PropertyBagUserErrorException(const QBase::Messag
 }
 
 PropertyBagUserErrorException::~PropertyBagUserErrorException() = default;
-
-void* PropertyBagImpl::operator new(std::size_t iSize)
-{
-    return ::operator new(iSize);
-}
-
-void* PropertyBagImpl::operator new(std::size_t iSize, Behind iBehind)
-{
-    return ::operator new(iSize + iBehind.mSize);
-}
-
-void* PropertyBagImpl::operator new(std::size_t /*iSize*/, void* ipPlace) noexcept
-{
-    return ipPlace;
-}
-
-void PropertyBagImpl::operator delete(void* ipMemory) noexcept
-{
-    ::operator delete(ipMemory);
-}
-
-void PropertyBagImpl::operator delete(void* ipMemory, Behind /*iBehind*/) noexcept
-{
-    ::operator delete(ipMemory);
-}
 
 // Between states and objects; no other source knows both.
 

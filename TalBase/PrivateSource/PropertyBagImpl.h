@@ -12,6 +12,7 @@
 #include "TalBase/PropertyBag.h"
 
 #include <cstddef>
+#include <new>
 #include <string_view>
 
 namespace QTalBase
@@ -36,11 +37,30 @@ public:
         std::size_t mSize;
     };
 
-    static void* operator new(std::size_t iSize);
-    static void* operator new(std::size_t iSize, Behind iBehind);
-    static void* operator new(std::size_t iSize, void* ipPlace) noexcept;
-    static void operator delete(void* ipMemory) noexcept;
-    static void operator delete(void* ipMemory, Behind iBehind) noexcept;
+    static void* operator new(std::size_t iSize)
+    {
+        return ::operator new(iSize);
+    }
+
+    static void* operator new(std::size_t iSize, Behind iBehind)
+    {
+        return ::operator new(iSize + iBehind.mSize);
+    }
+
+    static void* operator new(std::size_t /*iSize*/, void* ipPlace) noexcept
+    {
+        return ipPlace;
+    }
+
+    static void operator delete(void* ipMemory) noexcept
+    {
+        ::operator delete(ipMemory);
+    }
+
+    static void operator delete(void* ipMemory, Behind /*iBehind*/) noexcept
+    {
+        ::operator delete(ipMemory);
+    }
 
     PropertyBagImpl(const PropertyBagImpl&) = delete;
     PropertyBagImpl& operator=(const PropertyBagImpl&) = delete;
