@@ -28,9 +28,9 @@ struct Text
     std::string mBytes;
 };
 
-wchar_t MakeCharacter(const std::string& iName, std::mt19937& ioEngine)
+wchar_t MakeCharacter(const std::string& iName, std::mt19937& oEngine)
 {
-    const auto lBelow = [&ioEngine](unsigned int iLimit) { return static_cast<unsigned int>(ioEngine() % iLimit); };
+    const auto lBelow = [&oEngine](unsigned int iLimit) { return static_cast<unsigned int>(oEngine() % iLimit); };
     if (iName == "Latin" && lBelow(16) == 0)
     {
         return static_cast<wchar_t>(0xC0 + lBelow(0x40));
@@ -121,14 +121,14 @@ public:
 
 private:
     template <class To, class From>
-    static To Convert(iconv_t iConverter, const From& iFrom, std::size_t iMost)
+    static To Convert(iconv_t ipConverter, const From& iFrom, std::size_t iMost)
     {
         To lTo(iMost, typename To::value_type());
         char* lFrom = const_cast<char*>(reinterpret_cast<const char*>(iFrom.data())); // which iconv only reads
         char* lPlace = reinterpret_cast<char*>(lTo.data());
         std::size_t lLeft = iFrom.size() * sizeof(typename From::value_type);
         std::size_t lRoom = lTo.size() * sizeof(typename To::value_type);
-        if (::iconv(iConverter, &lFrom, &lLeft, &lPlace, &lRoom) == static_cast<std::size_t>(-1))
+        if (::iconv(ipConverter, &lFrom, &lLeft, &lPlace, &lRoom) == static_cast<std::size_t>(-1))
         {
             throw std::runtime_error("iconv does not convert this");
         }

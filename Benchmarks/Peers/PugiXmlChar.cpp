@@ -7,7 +7,7 @@
 
 // The library in narrow mode has another name here than in wide mode (see Peers.cmake).
 #undef PUGIXML_WCHAR_MODE
-#define pugi pugichar
+#define pugi pugichar // NOLINT(readability-identifier-naming): its own name
 #include <pugixml.hpp>
 
 namespace Bench

@@ -343,18 +343,18 @@ Converted<To> ConvertBlock(const From* ipBlock, std::size_t iCount, bool iStrict
 
 // Converts some blocks, for which the array has room and a block and a step more.
 template <std::size_t iMost, class From, class To>
-std::size_t ConvertPiece(Blocks<From>& ioSource, bool iStrict, const wchar_t* ipRefusal, To (&oPiece)[iMost])
+std::size_t ConvertPiece(Blocks<From>& oSource, bool iStrict, const wchar_t* ipRefusal, To (&oPiece)[iMost])
 {
     To* lEnd = oPiece;
-    while (!ioSource.IsAtEnd() && lEnd < oPiece + gPiece)
+    while (!oSource.IsAtEnd() && lEnd < oPiece + gPiece)
     {
-        const std::size_t lCount = std::min(ioSource.GetLeft(), gBlock);
-        const Converted<To> lConverted = ConvertBlock(ioSource.GetBlock(), lCount, iStrict, lEnd);
-        ioSource.Skip(lConverted.mCount);
+        const std::size_t lCount = std::min(oSource.GetLeft(), gBlock);
+        const Converted<To> lConverted = ConvertBlock(oSource.GetBlock(), lCount, iStrict, lEnd);
+        oSource.Skip(lConverted.mCount);
         lEnd = lConverted.mEnd;
         if (lConverted.mCount < lCount)
         {
-            ThrowAt(ipRefusal, ioSource.GetPlace());
+            ThrowAt(ipRefusal, oSource.GetPlace());
         }
     }
     return static_cast<std::size_t>(lEnd - oPiece);
