@@ -348,6 +348,8 @@ TEST(Utf8, ResultsTakeNoMoreMemoryThanTheyNeed)
         EXPECT_LE(lAgain.capacity(), lAgain.size() + lMost);
     }
     const std::string lAscii(100000, 'x');
+    const std::wstring lNearlyAscii = UTF8ToWideChar("\xC3\xA9" + lAscii, true);
+    EXPECT_LE(lNearlyAscii.capacity(), lNearlyAscii.size() + lMost);
     EXPECT_LE(UTF8ToWideChar(lAscii, true).capacity(), lAscii.size() + lMost);
     EXPECT_LE(WideCharToUTF8(UTF8ToWideChar(lAscii, true).c_str(), true).capacity(), lAscii.size() + lMost);
 }
