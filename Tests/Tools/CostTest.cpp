@@ -13,8 +13,11 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace ToolTests;
@@ -157,7 +160,11 @@ TEST(Cost, HostileFilesTakeTimeInProportionToTheirLength)
                                                              {"redact", "%"},
                                                              {"delimiters", "--begin", "<=", "--end", ";;>", "%"},
                                                              {"to-json", "%"},
-                                                             {"window", "%"}};
+                                                             {"window", "%"},
+                                                             {"has", "n", "%"},
+                                                             {"grep", "-i", "words", "%"},
+                                                             {"get", "**/k", "%"},
+                                                             {"get", "n*/*", "%"}};
     for (const Shape& lShape : MakeShapes())
     {
         const std::string lShort = lWorkplace.Write("short.bag", lShape.mMake(gShort));
@@ -178,6 +185,35 @@ TEST(Cost, HostileDocumentsTakeTimeInProportionToTheirLength)
         const std::string lLong = lWorkplace.Write("long.json", lShape.mMake(gFactor * gShort));
         ExpectNoSquare("from-json of " + lShape.mName, {"from-json", lShort}, {"from-json", lLong});
         ExpectNoSquare("from-json -v of " + lShape.mName, {"from-json", "-v", lShort}, {"from-json", "-v", lLong});
+    }
+}
+
+// Not of levels: their paths are as long as a square. The editor changes one value, and all the rest stays.
+TEST(Cost, ListsTakeTimeInProportionToTheirLength)
+{
+    const Workplace lWorkplace;
+    const std::string lEditor = lWorkplace.Write("editor", "#!/bin/sh\nsed -i 's/^n = .*/n = 2/' \"$1\"\n");
+    std::filesystem::permissions(lEditor, std::filesystem::perms::owner_all);
+    ::setenv("EDITOR", lEditor.c_str(), 1);
+    ::unsetenv("VISUAL");
+    for (const Shape& lShape : MakeShapes())
+    {
+        const auto lWrite = [&](const std::string& iName, std::size_t iCount) {
+            const std::string lFile = lWorkplace.Write(iName + ".bag", lShape.mMake(iCount));
+            const std::string lText = RunTool({"list", "--show-secrets", lFile}).mOut;
+            return std::pair(lFile, lWorkplace.Write(iName + ".list", lText));
+        };
+        if (lShape.mName.rfind("levels", 0) == 0)
+        {
+            continue;
+        }
+        const std::pair lShort = lWrite("short", gShort);
+        const std::pair lLong = lWrite("long", gFactor * gShort);
+        ExpectNoSquare("list of " + lShape.mName, {"list", lShort.first}, {"list", lLong.first});
+        ExpectNoSquare("list --sort of " + lShape.mName, {"list", "--sort", lShort.first},
+                       {"list", "--sort", lLong.first});
+        ExpectNoSquare("from-list of " + lShape.mName, {"from-list", lShort.second}, {"from-list", lLong.second});
+        ExpectNoSquare("edit of " + lShape.mName, {"edit", lShort.first}, {"edit", lLong.first});
     }
 }
 

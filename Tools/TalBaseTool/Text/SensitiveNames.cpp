@@ -191,46 +191,50 @@ private:
 };
 
 // Where one of a few characters stands next. In all but short texts they are looked for one by one, since that is what
-// the C library does fastest.
+// the C library does fastest, and block by block, so that one that is not there is not looked for again and again.
 class Beginnings
 {
 public:
+    static constexpr std::size_t gBlock = 256;
     static constexpr std::size_t gShort = 64;
 
-    Beginnings(std::wstring_view iText, std::size_t iFrom, const std::wstring& iCharacters)
+    Beginnings(std::wstring_view iText, const std::wstring& iCharacters)
         : mText(iText),
           mCharacters(iCharacters),
           mIsWorth(iText.size() > gShort && iCharacters.size() <= mPlaces.size())
     {
-        for (std::size_t lIndex = 0; mIsWorth && lIndex < iCharacters.size(); ++lIndex)
-        {
-            mPlaces[lIndex] = iText.find(iCharacters[lIndex], iFrom);
-        }
     }
 
     // The first place from one on, which is never before that of the last call. Where it is not worth it, that one.
     std::size_t Find(std::size_t iFrom)
     {
-        if (!mIsWorth)
+        while (mIsWorth && iFrom < mText.size())
         {
-            return iFrom;
-        }
-        std::size_t lFirst = std::wstring_view::npos;
-        for (std::size_t lIndex = 0; lIndex < mCharacters.size(); ++lIndex)
-        {
-            if (mPlaces[lIndex] < iFrom)
+            const bool lIsNew = iFrom >= mStop;
+            mStop = lIsNew ? std::min(iFrom + gBlock, mText.size()) : mStop;
+            std::size_t lFirst = std::wstring_view::npos;
+            for (std::size_t lIndex = 0; lIndex < mCharacters.size(); ++lIndex)
             {
-                mPlaces[lIndex] = mText.find(mCharacters[lIndex], iFrom);
+                if (lIsNew || mPlaces[lIndex] < iFrom)
+                {
+                    mPlaces[lIndex] = mText.substr(0, mStop).find(mCharacters[lIndex], iFrom);
+                }
+                lFirst = std::min(lFirst, mPlaces[lIndex]);
             }
-            lFirst = std::min(lFirst, mPlaces[lIndex]);
+            if (lFirst != std::wstring_view::npos)
+            {
+                return lFirst;
+            }
+            iFrom = mStop;
         }
-        return lFirst;
+        return iFrom;
     }
 
 private:
     std::wstring_view mText;
     const std::wstring& mCharacters;
-    std::array<std::size_t, 8> mPlaces; // of each of them, where it is worth it
+    std::size_t mStop = 0;              // of the block
+    std::array<std::size_t, 8> mPlaces; // of each character from the last call on, in the block
     bool mIsWorth;
 };
 
@@ -363,7 +367,7 @@ bool SensitiveNames::hMayFollow(wchar_t iCharacter) const
 // A character behind a backslash may be a part of an escape or itself, so a name may begin there in two ways.
 std::optional<NamePlace> SensitiveNames::hFind(std::wstring_view iText, std::size_t iFrom, bool iAsWord) const
 {
-    Beginnings lNext(iText, iFrom, mBegins);
+    Beginnings lNext(iText, mBegins);
     for (std::size_t lStart = iFrom; (lStart = lNext.Find(lStart)) < iText.size(); ++lStart)
     {
         if (!hMayBegin(iText[lStart]) ||
