@@ -296,7 +296,9 @@ int ForEachBag(const InputOptions& iOptions, const Streams& iStreams,
                const std::function<void(const Document&, bool)>& iTake)
 {
     return ForEachInput(iOptions, iStreams, [&](Input& oInput) {
-        iTake(ReadDocument(oInput.GetName(), oInput.Read(), iOptions.mPair, iOptions.mSecrets), oInput.IsOneOfMany());
+        // The text, which takes as much memory as the bag, goes before the bag is looked at.
+        const Document lDocument = ReadDocument(oInput.GetName(), oInput.Read(), iOptions.mPair, iOptions.mSecrets);
+        iTake(lDocument, oInput.IsOneOfMany());
     });
 }
 
