@@ -92,6 +92,11 @@ class Reasons(unittest.TestCase):
             for other in (self.gap(3), self.gap(4), self.gap(4, "never false: b"), self.gap(4, "not run")):
                 self.assertEqual(reasons.compare([here, other], found), ([here], [other], []))
 
+    def test_reason_is_about_all_lines_of_the_statement(self):
+        found = self.find("// Never true: b is a myth", "if (a &&", "    b)", "{", "    b ? c() : d();", "}")
+        for number, is_inside in ((1, False), (2, True), (3, True), (5, False)):
+            self.assertEqual(reasons.compare([self.gap(number)], found)[0] != [], is_inside, number)
+
     def test_reasons_of_both_directions(self):
         found = self.find("// Never true: b is a myth", "// Never false: or is it?", "if (b)")
         gaps = [self.gap(3), self.gap(3, "never false: b")]
@@ -112,7 +117,7 @@ class Reasons(unittest.TestCase):
     def test_reasons_belong_to_the_file(self):
         lines = SOURCE[:2] + ["    // Never true: nobody goes below zero"] + SOURCE[2:]
         result = lines_and_branches.read_file_coverage("TalBase/Sign.cpp", NEVER_NEGATIVE, lines)
-        self.assertEqual(result.reasons, [reasons.Reason("TalBase/Sign.cpp", 4, "never true", False)])
+        self.assertEqual(result.reasons, [reasons.Reason("TalBase/Sign.cpp", 4, 6, "never true", False)])
 
 
 if __name__ == "__main__":

@@ -3,24 +3,27 @@
     // Never false: REASON          or "Never true": nothing can make the condition so
     // Hardly ever true: REASON     or "Hardly ever false": threads that meet make it so in some runs only
 
-Each stands at the end of the line in which the condition begins or above it, and excuses one direction of one branch.
+Each stands above the statement, or at the end of its first line, and excuses one direction of one branch.
 """
 
 import re
 from dataclasses import dataclass
 
 MARK = re.compile(r"//\s*(Never|Hardly ever) (true|false): \S")
+END_OF_STATEMENT = re.compile(r"[;{}]\s*(//.*)?$")  # as the sources are formatted
 
 
 @dataclass(frozen=True)
 class Reason:
     file: str
-    number: int  # of the line with the branch, from 1
+    first: int  # of the lines with the statement, from 1
+    last: int
     what: str  # "never true" or "never false"
     is_by_chance: bool
 
     def excuses(self, gap):
-        return (gap.file, gap.number) == (self.file, self.number) and gap.what.startswith(self.what + ":")
+        is_inside = gap.file == self.file and self.first <= gap.number <= self.last
+        return is_inside and gap.what.startswith(self.what + ":")
 
 
 def find(file, lines):
@@ -30,7 +33,10 @@ def find(file, lines):
         if match := MARK.search(line):
             while index < len(lines) and lines[index].lstrip().startswith("//"):
                 index += 1
-            found.append(Reason(file, index + 1, f"never {match.group(2)}", match.group(1) != "Never"))
+            last = index
+            while last + 1 < len(lines) and not END_OF_STATEMENT.search(lines[last]):
+                last += 1
+            found.append(Reason(file, index + 1, last + 1, f"never {match.group(2)}", match.group(1) != "Never"))
     return found
 
 

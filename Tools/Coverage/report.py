@@ -87,7 +87,7 @@ def main(build):
     for gap in unexplained:
         print(f"{gap.file}:{gap.number}: {gap.what}\n    {gap.line}")
     for reason in stale:
-        print(f"{reason.file}:{reason.number}: has a reason why it is {reason.what}, but there is no such branch")
+        print(f"{reason.file}:{reason.first}: has a reason why it is {reason.what}, but there is no such branch")
     print(summary(files, explained))
     return 1 if unexplained or stale else 0
 
