@@ -350,8 +350,9 @@ TEST(Edit, NeedsAFileAndATextInGoodOrder)
     EXPECT_EQ(lPlace.Run("echo started", "talbase edit .").mStatus, 2);
     lPlace.Write("odd.bag", "EndDelimiter***BeginDelimiter++++FTPServerPassword***x++++FTPServerPassword1***");
     const Finished lFinished = lPlace.Run("echo started", "talbase edit odd.bag");
-    EXPECT_NE(lFinished.mStatus, 0);
-    EXPECT_EQ(lFinished.mOutput.find("started"), std::string::npos) << lFinished.mOutput;
+    EXPECT_EQ(lFinished.mStatus, 2);
+    EXPECT_EQ(lFinished.mOutput, "talbase: odd.bag: a sensitive name is in this text, which is not in good order, so "
+                                 "nothing of it is shown; --show-secrets shows it\n");
     EXPECT_EQ(lPlace.Run("echo started", "TMPDIR=/nonexistent talbase edit job.bag").mOutput,
               "talbase: cannot write into /nonexistent: No such file or directory\n");
     EXPECT_TRUE(lPlace.IsClean());

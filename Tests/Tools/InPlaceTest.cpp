@@ -178,6 +178,24 @@ TEST(InPlace, OwnerThatCannotBeKeptIsTold)
     EXPECT_NE(lWorkplace.Read("job.bag").find("Job++++18***"), std::string::npos);
 }
 
+// What the old group might do is not for the members of the new one.
+TEST(InPlace, GroupThatCannotBeKeptTakesItsPermissionsWithIt)
+{
+    const Workplace lWorkplace;
+    const fs::path lFile = lWorkplace.GetFolder() / "job.bag";
+    const bool lIsRoot = ::geteuid() == 0;
+    ASSERT_EQ(::chmod(lWorkplace.GetFolder().c_str(), 0777), 0);
+    ASSERT_EQ(::chown(lFile.c_str(), lIsRoot ? 12345 : ::geteuid(), lIsRoot ? 54321 : ::getegid()), 0);
+    ASSERT_EQ(::chmod(lFile.c_str(), 0674), 0);
+    const ToolRun lRun = RunUnprivileged({"set", "-i", "--backup", "Job", "18", lFile});
+    EXPECT_EQ(lRun.mStatus, 0) << lRun.mErr;
+    const fs::perms lExpected = fs::perms(lIsRoot ? 0644 : 0674);
+    EXPECT_EQ(fs::status(lFile).permissions(), lExpected);
+    EXPECT_EQ(fs::status(lFile.string() + "~").permissions(), lExpected);
+    const std::string lTold = "its permissions are 644 now; 674 could not be kept, for they were another group's\n";
+    EXPECT_EQ(lRun.mErr.find(lTold) != std::string::npos, lIsRoot) << lRun.mErr;
+}
+
 TEST(InPlace, FileWithoutWritePermissionIsChanged)
 {
     const Workplace lWorkplace;

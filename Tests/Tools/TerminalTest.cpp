@@ -205,6 +205,19 @@ TEST(Terminal, GetsTreesOfItsWidth)
     EXPECT_GT(LongestLine(RunOnTerminal(lWorkplace, lLong + " | cat", 60)), 200U);
 }
 
+TEST(Terminal, GetsExcerptsOfItsWidth)
+{
+    const Workplace lWorkplace;
+    lWorkplace.Write("a.bag", "EndDelimiter***BeginDelimiter++++***a++++" + std::string(60, 'x') + "***b");
+    const auto lExcerptAt = [&](unsigned short iWidth) {
+        const std::string lScreen = RunOnTerminal(lWorkplace, "talbase check --color=never a.bag", iWidth);
+        return lScreen.substr(lScreen.find('\n') + 1);
+    };
+    const std::string lEnd = "a.bag: valid, 1 warning\r\n";
+    EXPECT_EQ(lExcerptAt(40), "  …" + std::string(16, 'x') + "***b\r\n" + std::string(22, ' ') + "^\r\n" + lEnd);
+    EXPECT_EQ(lExcerptAt(200), "  …" + std::string(37, 'x') + "***b\r\n" + std::string(43, ' ') + "^\r\n" + lEnd);
+}
+
 TEST(Terminal, GetsNoControlCharactersUnlessAsked)
 {
     const Workplace lWorkplace;

@@ -95,7 +95,7 @@ public:
         const TextCheckResult lResult = hCheck(lGiven);
         const std::optional<DelimiterTexts> lPair = FindPair(mText, lResult, lGiven);
         const Gate lGate(mOptions.mInputs.mSecrets, mText, HasHeader(mText) ? std::nullopt : lGiven, lResult.mIsValid);
-        Excerpts lExcerpts(mText, lGate);
+        Excerpts lExcerpts(mText, lGate, mStreams.mWidth);
         hWarn(lResult, lPair, lExcerpts);
         if (!lResult.mIsValid)
         {
@@ -132,8 +132,9 @@ private:
     void hShowUnreadable(const EncodingError& iError)
     {
         const Gate lGate(mOptions.mInputs.mSecrets, iError.GetText(), {}, false);
-        mStreams.Remarks() << mPalette.Paint(Style::Error, iError.what()) << '\n'
-                           << Excerpts(iError.GetText(), lGate).Make(iError.GetPlace(), 1, mPalette, Style::Error);
+        mStreams.Remarks()
+            << mPalette.Paint(Style::Error, iError.what()) << '\n'
+            << Excerpts(iError.GetText(), lGate, mStreams.mWidth).Make(iError.GetPlace(), 1, mPalette, Style::Error);
         ReportHidden(mFile, lGate, mStreams.Remarks());
     }
 

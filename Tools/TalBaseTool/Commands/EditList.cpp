@@ -217,6 +217,10 @@ int Edit(const EditOptions& iOptions, const Streams& iStreams)
     try
     {
         const Document lDocument = LoadToChange(iOptions.mFile, iOptions.mPair, iOptions.mSecrets, iOptions.mTarget);
+        if (lDocument.mGate.GetOpening() == Gate::Opening::Nothing)
+        {
+            throw RefusedError(ShowFile(iOptions.mFile) + ": " + lDocument.mGate.GetReason());
+        }
         return EditUntilGood(EditableList(lDocument), iOptions, iStreams);
     }
     catch (const Stopped& lStopped)

@@ -2,6 +2,7 @@
 
 #include "File/FileDescriptor.h"
 
+#include <cstdio>
 #include <optional>
 #include <sys/xattr.h>
 
@@ -18,8 +19,28 @@ std::string Changed(const std::string& iWhat, unsigned int iOld, unsigned int iN
     return "its " + iWhat + " is " + std::to_string(iNew) + " now; " + std::to_string(iOld) + " could not be kept";
 }
 
-// Returns whether the file has owner and group of the old one. The group alone can be kept by its members.
-bool CopyOwner(const struct stat& iOld, int iDescriptor, std::vector<std::string>& oLost)
+std::string ShowPermissions(mode_t iMode)
+{
+    char lDigits[8];
+    std::snprintf(lDigits, sizeof lDigits, "%03o", iMode & 0777U);
+    return lDigits;
+}
+
+// The permissions for another group: what the old one might do is not for its members, unless everybody may.
+mode_t ForOtherGroup(mode_t iMode, std::vector<std::string>& oLost)
+{
+    const mode_t lMode = iMode & ~(070U & ~(iMode << 3U));
+    if (lMode != iMode)
+    {
+        oLost.push_back("its permissions are " + ShowPermissions(lMode) + " now; " + ShowPermissions(iMode) +
+                        " could not be kept, for they were another group's");
+    }
+    return lMode;
+}
+
+// Gives the file owner and group of the old one, and returns the mode that it is to have. The group alone can be kept
+// by its members. What runs as its owner may not run as another one.
+mode_t CopyOwner(const struct stat& iOld, int iDescriptor, std::vector<std::string>& oLost)
 {
     const uid_t lSame = static_cast<uid_t>(-1);
     static_cast<void>(::fchown(iDescriptor, iOld.st_uid, iOld.st_gid) == 0 ||
@@ -27,7 +48,7 @@ bool CopyOwner(const struct stat& iOld, int iDescriptor, std::vector<std::string
     struct stat lNew = {};
     if (::fstat(iDescriptor, &lNew) != 0)
     {
-        return false;
+        return iOld.st_mode & 0700U;
     }
     if (lNew.st_uid != iOld.st_uid)
     {
@@ -36,8 +57,9 @@ bool CopyOwner(const struct stat& iOld, int iDescriptor, std::vector<std::string
     if (lNew.st_gid != iOld.st_gid)
     {
         oLost.push_back(Changed("group", iOld.st_gid, lNew.st_gid));
+        return ForOtherGroup(iOld.st_mode & 0777U, oLost);
     }
-    return oLost.empty();
+    return iOld.st_mode & (oLost.empty() ? 07777U : 0777U);
 }
 
 // Calls the system with room for as much as it says that it needs. Without a value, errno tells why.
@@ -96,11 +118,11 @@ void CopyAttributes(const std::string& iFrom, int iDescriptor, std::vector<std::
 std::vector<std::string> CopyTraits(const std::string& iFrom, const struct stat& iStatus, int iDescriptor)
 {
     std::vector<std::string> lLost;
-    const bool lHasOwner = CopyOwner(iStatus, iDescriptor, lLost);
+    const mode_t lMode = CopyOwner(iStatus, iDescriptor, lLost);
     CopyAttributes(iFrom, iDescriptor, lLost);
-    // The mode goes last: a new owner resets it, and without write permission no attribute can be set. What runs as its
-    // owner may not run as another one.
-    if (::fchmod(iDescriptor, iStatus.st_mode & (lHasOwner ? 07777U : 0777U)) != 0)
+    // The mode goes last: a new owner resets it, and without write permission no attribute can be set. With an access
+    // control list, the group's bits bound what all that it names may do.
+    if (::fchmod(iDescriptor, lMode) != 0)
     {
         ThrowIoError("cannot write", iFrom);
     }

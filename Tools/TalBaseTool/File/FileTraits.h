@@ -11,8 +11,8 @@ namespace TalBaseTool
 {
 
 // Gives an open file the owner, the group, the access control list, the other extended attributes and the mode of
-// another file. What the system does not allow is left out and returned, a line for each. Throws IoError where the mode
-// cannot be set.
+// another file. What the system does not allow is left out and returned, a line for each; the permissions of a group
+// that cannot be kept are, too, but for those that everybody has. Throws IoError where the mode cannot be set.
 std::vector<std::string> CopyTraits(const std::string& iFrom, const struct stat& iStatus, int iDescriptor);
 
 } // namespace TalBaseTool

@@ -134,7 +134,8 @@ void AddInPlace(CLI::App& oApp, Target& oTarget)
         "-i,--in-place", oTarget.mIsInPlace,
         "Change the file itself, which may be a link's: the new text is written beside it and takes its place. "
         "Mode, owner, group and extended attributes stay where the system allows it; where it does not, a "
-        "line on standard error says so. Other hard links keep the old text. The folder must be writable; "
+        "line on standard error says so, and a group that cannot be kept loses what only it might do. Other hard links "
+        "keep the old text. The folder must be writable; "
         "the file need not be");
     AddReplacing(oApp, oTarget);
     oApp.get_option("--wait")->needs(lInPlace);

@@ -10,13 +10,20 @@ namespace TalBaseTool
 namespace
 {
 
-constexpr std::size_t gBefore = 40; // characters of a line that are shown before a place, and at it and behind
-constexpr std::size_t gBehind = 36;
+constexpr std::size_t gFrame = 4;                // columns of the blanks before a line and of an ellipsis at either end
+constexpr std::size_t gMost = 76;                // columns beside them
+constexpr std::size_t gLeast = 16;               // where something is to be seen
+constexpr std::size_t gBehind = 36;              // of the most: at a place and behind it
 constexpr std::wstring_view gMask = L"(hidden)"; // of one width, whatever it stands for
 
 } // namespace
 
-Excerpts::Excerpts(const std::wstring& iText, const Gate& iGate) : mText(iText), mGate(iGate) {}
+Excerpts::Excerpts(const std::wstring& iText, const Gate& iGate, std::size_t iWidth)
+    : mText(iText),
+      mGate(iGate),
+      mColumns(iWidth == 0 ? gMost : std::clamp(iWidth, gLeast + gFrame, gMost + gFrame) - gFrame)
+{
+}
 
 Place Excerpts::FindPlace(std::size_t iPosition)
 {
@@ -61,27 +68,28 @@ std::string Excerpts::Make(std::size_t iPosition, std::size_t iLength, const Pal
     }
     const TextPart* const lPart = hFindPart(iPosition);
     const std::size_t lAt = lPart != nullptr ? lPart->mStart : iPosition;
+    const std::size_t lMostBehind = mColumns * gBehind / gMost;
     std::size_t lStart = lAt;
-    for (std::size_t lCount = 0; lStart > 0 && lCount < gBefore;)
+    for (std::size_t lColumns = 0; lStart > 0;)
     {
         const std::size_t lStep = hStepBack(lStart);
-        if (lStep + 1 == lStart && mText[lStep] == L'\n')
+        lColumns += hCountColumns(lStep, lStart);
+        if (lColumns > mColumns - lMostBehind || mText[lStart - 1] == L'\n')
         {
             break;
         }
-        lCount += lStep + 1 == lStart ? 1 : gMask.size();
         lStart = lStep;
     }
     std::size_t lStop = lAt;
     std::size_t lBehindAt = lAt;
-    for (std::size_t lCount = 0; lStop < mText.size() && lCount < gBehind;)
+    for (std::size_t lColumns = 0; lStop < mText.size();)
     {
         const std::size_t lStep = hStepOn(lStop);
-        if (lStep == lStop + 1 && mText[lStop] == L'\n')
+        lColumns += hCountColumns(lStop, lStep);
+        if (lColumns > lMostBehind || mText[lStop] == L'\n')
         {
             break;
         }
-        lCount += lStep == lStop + 1 ? 1 : gMask.size();
         lStop = lStep;
         lBehindAt = lBehindAt < iPosition + iLength ? lStop : lBehindAt;
     }
@@ -118,6 +126,12 @@ std::size_t Excerpts::hStepOn(std::size_t iPosition)
 {
     const TextPart* const lPart = hFindPart(iPosition);
     return lPart != nullptr ? lPart->mStop : iPosition + 1;
+}
+
+// A mark without a column of its own counts, too: many of them are not shown.
+std::size_t Excerpts::hCountColumns(std::size_t iStart, std::size_t iStop)
+{
+    return std::max<std::size_t>(GetWidth(hShow(iStart, iStop)), 1);
 }
 
 std::wstring Excerpts::hShow(std::size_t iStart, std::size_t iStop)

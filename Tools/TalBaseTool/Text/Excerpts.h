@@ -18,8 +18,9 @@ namespace TalBaseTool
 class Excerpts
 {
 public:
-    // iText: must outlive this. iGate: the one that was made for it.
-    Excerpts(const std::wstring& iText, const Gate& iGate);
+    // iText: must outlive this. iGate: the one that was made for it. iWidth: columns that a line may take; 0 for the
+    // usual 80, which are the most in any case.
+    Excerpts(const std::wstring& iText, const Gate& iGate, std::size_t iWidth = 0);
 
     // The place of the character at an index. Counts on from the last one where that stands before it, so that many
     // places in order take no longer than one.
@@ -38,10 +39,12 @@ private:
     const TextPart* hFindPart(std::size_t iPosition);
     std::size_t hStepBack(std::size_t iPosition);
     std::size_t hStepOn(std::size_t iPosition);
+    std::size_t hCountColumns(std::size_t iStart, std::size_t iStop);
     std::wstring hShow(std::size_t iStart, std::size_t iStop);
 
     const std::wstring& mText;
     Gate mGate;
+    std::size_t mColumns;                        // of what is shown of a line
     std::optional<std::vector<TextPart>> mParts; // that are hidden; looked for when something is to be shown
     std::size_t mPosition = 0;                   // of the last place
     Place mPlace;
