@@ -1,12 +1,15 @@
 #include "Program/Arguments.h"
 
+#include "Text/Display.h"
 #include "Text/Errors.h"
+#include "Text/SensitiveNames.h"
 #include "Text/Text.h"
 
 #include "QBase/Convert.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iterator>
 
 namespace TalBaseTool
 {
@@ -104,7 +107,69 @@ Arguments WithoutLists(const CLI::App& iCommand, Arguments iArguments)
     return iArguments;
 }
 
+// Whether one of the arguments, but for those that only tell names, holds a sensitive name.
+bool HaveSensitiveName(const Arguments& iArguments)
+{
+    std::vector<std::wstring> lNames;
+    std::vector<std::wstring> lOthers;
+    for (std::size_t lIndex = 0; lIndex < iArguments.size(); ++lIndex)
+    {
+        const bool lIsName = lIndex > 0 && iArguments[lIndex - 1] == "--name";
+        (lIsName ? lNames : lOthers).push_back(QBase::UTF8ToWideChar(iArguments[lIndex], false));
+    }
+    const SensitiveNames lSensitive(lNames);
+    return std::any_of(lOthers.begin(), lOthers.end(),
+                       [&lSensitive](const std::wstring& iArgument) { return lSensitive.IsIn(iArgument); });
+}
+
+// What of an argument a message may quote that is no name of an option; empty where there is nothing.
+std::string FindValue(const CLI::App* ipCommand, const std::string& iArgument)
+{
+    const auto lIsOption = [ipCommand](const std::string& iName) {
+        return ipCommand != nullptr && ipCommand->get_option_no_throw(iName) != nullptr;
+    };
+    const std::size_t lAssign = std::min(iArgument.find('='), iArgument.size());
+    if (iArgument.rfind("--", 0) == 0 && lIsOption(iArgument.substr(0, lAssign)))
+    {
+        return iArgument.substr(std::min(lAssign + 1, iArgument.size()));
+    }
+    const bool lIsShort = iArgument.rfind("-", 0) == 0 && iArgument.size() > 1 && lIsOption(iArgument.substr(0, 2));
+    return iArgument.substr(lIsShort ? 2 : 0);
+}
+
+void Replace(std::string& oText, const std::string& iOld, const std::string& iNew)
+{
+    for (std::size_t lPlace = 0; (lPlace = oText.find(iOld, lPlace)) != std::string::npos; lPlace += iNew.size())
+    {
+        oText.replace(lPlace, iOld.size(), iNew);
+    }
+}
+
 } // namespace
+
+std::string HideArguments(const CLI::App& iApp, const std::vector<std::string>& iArguments, std::string iMessage)
+{
+    constexpr std::size_t lShortest = 4;
+    if (iArguments.empty() || !HaveSensitiveName(iArguments))
+    {
+        return iMessage;
+    }
+    const CLI::App* const lCommand = FindCommand(iApp, iArguments[0]);
+    Arguments lValues;
+    std::transform(iArguments.begin() + (lCommand != nullptr ? 1 : 0), iArguments.end(), std::back_inserter(lValues),
+                   [lCommand](const std::string& iArgument) { return ShowFile(FindValue(lCommand, iArgument)); });
+    // One may be a part of another.
+    std::sort(lValues.begin(), lValues.end(),
+              [](const std::string& iOne, const std::string& iOther) { return iOne.size() > iOther.size(); });
+    for (const std::string& lValue : lValues)
+    {
+        if (lValue.size() >= lShortest)
+        {
+            Replace(iMessage, lValue, gHidden);
+        }
+    }
+    return iMessage;
+}
 
 std::vector<std::string> PrepareArguments(const CLI::App& iApp, const std::vector<std::string>& iArguments)
 {

@@ -38,7 +38,8 @@ void FlushOutput(const Streams& iStreams)
 }
 
 // What the command line itself prints: help, a version, or what is wrong with it.
-int ReportParseError(const CLI::App& iApp, const CLI::ParseError& iError, const Streams& iStreams)
+int ReportParseError(const CLI::App& iApp, const std::vector<std::string>& iArguments, const CLI::ParseError& iError,
+                     const Streams& iStreams)
 {
     if (iError.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
     {
@@ -58,8 +59,9 @@ int ReportParseError(const CLI::App& iApp, const CLI::ParseError& iError, const 
     }
     const auto lChosen = iApp.get_subcommands();
     const std::string lCommand = lChosen.empty() ? "" : " " + lChosen.front()->get_name();
-    iStreams.mErr << "talbase: " << ToUtf8(MakePrintable(QBase::UTF8ToWideChar(lWhat, false))) << "\ntry 'talbase"
-                  << lCommand << " --help'\n";
+    const std::string lShown = ToUtf8(MakePrintable(QBase::UTF8ToWideChar(lWhat, false)));
+    iStreams.mErr << "talbase: " << HideArguments(iApp, iArguments, lShown) << "\ntry 'talbase" << lCommand
+                  << " --help'\n";
     return ExitTrouble;
 }
 
@@ -115,26 +117,26 @@ int Run(const ChosenCommand& iChosen, const ExitMeaning& iMeaning, bool iIsSafe,
     }
 }
 
-int ParseAndRun(const std::vector<std::string>& iArguments, const Streams& iStreams)
+// iChosen: what the parser sets.
+int ParseAndRun(CLI::App& oApp, const ChosenCommand& iChosen, const std::vector<std::string>& iArguments,
+                const Streams& iStreams)
 {
-    ChosenCommand lChosen;
-    const std::unique_ptr<CLI::App> lApp = MakeParser(lChosen, iStreams.mWidth);
-    const std::vector<std::string> lArguments = PrepareArguments(*lApp, iArguments);
+    const std::vector<std::string> lArguments = PrepareArguments(oApp, iArguments);
     try
     {
-        lApp->parse(std::vector<std::string>(lArguments.rbegin(), lArguments.rend()));
+        oApp.parse(std::vector<std::string>(lArguments.rbegin(), lArguments.rend()));
     }
     catch (const CLI::ParseError& lError)
     {
-        return ReportParseError(*lApp, lError, iStreams);
+        return ReportParseError(oApp, iArguments, lError, iStreams);
     }
-    const CLI::App& lCommand = *lApp->get_subcommands().front();
+    const CLI::App& lCommand = *oApp.get_subcommands().front();
     Streams lStreams = iStreams;
     lStreams.mIsQuiet = lCommand.count(gQuiet) > 0;
     const CLI::Option* const lSet = lCommand.get_option_no_throw("--set"); // of window, which draws without it
     const bool lWritesData = WritesData(lCommand) || (lSet != nullptr && lSet->count() > 0);
     const bool lIsSafe = iStreams.mIsOutTerminal && lWritesData && lCommand.count(gRaw) == 0;
-    return Run(lChosen, FindExitMeaning(lCommand.get_name()), lIsSafe, lStreams);
+    return Run(iChosen, FindExitMeaning(lCommand.get_name()), lIsSafe, lStreams);
 }
 
 } // namespace
@@ -168,9 +170,21 @@ int RunCommandLine(const std::vector<std::string>& iArguments, const Streams& iS
         iStreams.mErr << "talbase: " << iText << '\n';
         return ExitTrouble;
     };
+    ChosenCommand lChosen;
+    std::unique_ptr<CLI::App> lApp;
     try
     {
-        return ParseAndRun(iArguments, iStreams);
+        lApp = MakeParser(lChosen, iStreams.mWidth);
+        return ParseAndRun(*lApp, lChosen, iArguments, iStreams);
+    }
+    catch (const UsageError& lError)
+    {
+        return lReport(HideArguments(*lApp, iArguments, lError.what()));
+    }
+    catch (const IoError& lError) // the last argument of set is a value or a file, depending on their number
+    {
+        const bool lIsValues = iArguments[0] == "set";
+        return lReport(lIsValues ? HideArguments(*lApp, iArguments, lError.what()) : lError.what());
     }
     catch (const std::bad_alloc&)
     {
