@@ -1,7 +1,7 @@
 #!/bin/sh
 # Shows the mail spooler at work: adds messages to a fresh spool, some hours of the day closed, lists the jobs, verifies
 # them against their files, and plans their delivery.
-# The spool is gone afterwards. Exit status: 0 when every step went well, else that of the worst step.
+# A step that fails is the last one. The spool is gone afterwards. Exit status: that of the last step.
 #   run.sh PROGRAM [FILE|FOLDER...]      without files: the messages in the folder "mail" beside this script
 set -u
 
@@ -22,16 +22,11 @@ lFolder=$(mktemp -d) || exit 2
 trap 'rm -rf "$lFolder"' EXIT
 trap 'exit 130' HUP INT TERM
 lSpool=$lFolder/spool
-lWorst=0
 
 step() {
     echo "\$ mail-spool $*"
-    "$lProgram" "$@"
-    lStatus=$?
+    "$lProgram" "$@" || exit
     echo
-    if [ "$lStatus" -gt "$lWorst" ]; then
-        lWorst=$lStatus
-    fi
 }
 
 # shellcheck disable=SC2086 # several words
@@ -39,4 +34,3 @@ step add --spool "$lSpool" $lWindows -- "$@"
 step list --spool "$lSpool"
 step verify --spool "$lSpool" -- "$@"
 step plan --spool "$lSpool"
-exit "$lWorst"

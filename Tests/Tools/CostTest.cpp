@@ -17,6 +17,7 @@
 #include <ctime>
 #include <filesystem>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -106,6 +107,38 @@ std::string First(const std::vector<std::string>& iArguments)
     for (const std::string& lArgument : iArguments)
     {
         lText += lArgument.substr(0, 20) + " ";
+    }
+    return lText;
+}
+
+// The next number.
+void Increment(std::wstring& oDigits)
+{
+    std::size_t lDigit = oDigits.size() - 1;
+    for (; oDigits[lDigit] == L'9'; --lDigit)
+    {
+        oDigits[lDigit] = L'0';
+    }
+    ++oDigits[lDigit];
+}
+
+// A JSON object and a bag, each with one property for each name.
+std::string MakeObject(const std::vector<std::string>& iNames)
+{
+    std::string lText = "{";
+    for (const std::string& lName : iNames)
+    {
+        lText += (lText.size() > 1 ? ",\"" : "\"") + lName + "\":\"x\"";
+    }
+    return lText + "}";
+}
+
+std::string MakeBagOf(const std::vector<std::string>& iNames)
+{
+    std::string lText = "EndDelimiter;BeginDelimiter=;";
+    for (const std::string& lName : iNames)
+    {
+        lText += lName + "=x;";
     }
     return lText;
 }
@@ -246,4 +279,36 @@ TEST(Cost, PathsOfDeepPlacesAreCut)
               "talbase: there is no ⋯ level 41 ⋯/" + Repeated("n/", 39) + "m\n");
     EXPECT_EQ(RunTool({"remove", Repeated("n/", 39) + "m", lFile}).mErr,
               "talbase: there is no " + Repeated("n/", 39) + "m\n");
+}
+
+// Who knows how the standard library hashes names can choose them so that all fall together.
+TEST(Cost, NamesThatHashAlikeTakeNoLonger)
+{
+    constexpr std::size_t lCount = 5000;
+    std::unordered_map<std::wstring, int> lTable;
+    std::vector<std::string> lNames;
+    for (std::size_t lNumber = 0; lNumber < lCount; ++lNumber)
+    {
+        lNames.push_back(std::to_string(1000000 + lNumber));
+        lTable.emplace(std::to_wstring(1000000 + lNumber), 0);
+    }
+    std::vector<std::string> lAlike;
+    for (std::wstring lName = L"10000000"; lAlike.size() < lCount; Increment(lName))
+    {
+        if (std::hash<std::wstring>()(lName) % lTable.bucket_count() == 0)
+        {
+            lAlike.emplace_back(lName.begin(), lName.end());
+        }
+    }
+    const Workplace lWorkplace;
+    const auto lExpect = [](const std::vector<std::string>& iPlain, const std::vector<std::string>& iAlike) {
+        const double lPlain = std::max(Seconds(iPlain), 10 * gLeastSeconds);
+        EXPECT_LT(std::min(Seconds(iAlike), Seconds(iAlike)), 4 * lPlain) << First(iAlike);
+    };
+    lExpect({"from-json", lWorkplace.Write("plain.json", MakeObject(lNames))},
+            {"from-json", lWorkplace.Write("alike.json", MakeObject(lAlike))});
+    const std::string lPlain = lWorkplace.Write("plain.bag", MakeBagOf(lNames));
+    const std::string lHostile = lWorkplace.Write("alike.bag", MakeBagOf(lAlike));
+    lExpect({"diff", lPlain, lPlain}, {"diff", lHostile, lHostile});
+    lExpect({"merge", "--deep", lPlain, lPlain}, {"merge", "--deep", lHostile, lHostile});
 }

@@ -127,6 +127,10 @@ TEST(Set, ListThatIsRefusedChangesNothing)
     };
     lRefused("A = 1\nTypes = 2\n", "list:2:1: Types is a bag; remove it first");
     lRefused("A = 1\nRate/x/y = 2\n", "list:2:1: Rate is a plain value, not a bag");
+    lWorkplace.Write("sensitive.bag", gHeader + "FTPServerPassword[[geheim[[x[[1]]]]]]");
+    lWorkplace.Write("list", "FTPServerPassword/geheim = 1\n");
+    EXPECT_EQ(RunShell(lWorkplace.GetFolder(), "talbase set -i --from-list list sensitive.bag 2>&1").mOutput,
+              "list:1:1: FTPServerPassword/(hidden) is a bag; remove it first\n");
     lRefused("A = 1\nTypes/text\\/plain/x = 2\n", "list:2:1: Types/text\\/plain is a plain value, not a bag");
     lRefused("A = 1\nB = (hidden)\n",
              "list:2:1: the value is masked, so it is not known; 'talbase list --show-secrets' shows it");

@@ -218,7 +218,7 @@ int Set(const SetOptions& iOptions, const Streams& iStreams)
     }
     if (lList)
     {
-        lList->Apply(lDocument.mBag);
+        lList->Apply(lDocument.mBag, lDocument.mGate);
     }
     Save(lDocument, lOptions.mTarget, iStreams);
     return ExitGood;

@@ -15,23 +15,23 @@ ListChanges::ListChanges(const std::string& iFile) : mFile(iFile), mList(ReadLis
     RefuseHidden(mFile, mList);
 }
 
-void ListChanges::Apply(const BagPtr& iBag) const
+void ListChanges::Apply(const BagPtr& iBag, const Gate& iGate) const
 {
     const BagPtr lChanges = MakeBag(mFile, mList, {iBag->GetBeginDelimiter(), iBag->GetEndDelimiter()});
     if (const std::optional<Path> lRefused = MergeDeep(iBag, lChanges, OtherKind::Refused))
     {
-        hRefuse(iBag, *lRefused);
+        hRefuse(iBag, iGate, *lRefused);
     }
 }
 
 // The line is the first one with that path, or with one that goes through it.
-void ListChanges::hRefuse(const BagPtr& iBag, const Path& iPath) const
+void ListChanges::hRefuse(const BagPtr& iBag, const Gate& iGate, const Path& iPath) const
 {
     const auto lLine = std::find_if(mList.mLines.begin(), mList.mLines.end(), [&iPath](const ListLine& iLine) {
         return iLine.mPath.size() >= iPath.size() && std::equal(iPath.begin(), iPath.end(), iLine.mPath.begin());
     });
     throw TextError(
-        ShowPlace(mFile, {lLine->mNumber, 1}) + ShowPath(iPath) +
+        ShowPlace(mFile, {lLine->mNumber, 1}) + iGate.ShowPath(iPath) +
         (FindKind(iBag, iPath) == Kind::Bag ? " is a bag; remove it first" : " is a plain value, not a bag"));
 }
 

@@ -19,11 +19,11 @@ public:
 
     // Makes the changes in a bag, all of them together, since one by one each would look for its names again. Throws
     // TextError, with the line, where the bag cannot hold one or has something of another kind there; the bag is then
-    // of no more use.
-    void Apply(const BagPtr& iBag) const;
+    // of no more use. iGate: for the path that is told.
+    void Apply(const BagPtr& iBag, const Gate& iGate) const;
 
 private:
-    [[noreturn]] void hRefuse(const BagPtr& iBag, const Path& iPath) const;
+    [[noreturn]] void hRefuse(const BagPtr& iBag, const Gate& iGate, const Path& iPath) const;
 
     std::string mFile;
     List mList;

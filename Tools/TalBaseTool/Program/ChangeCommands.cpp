@@ -82,7 +82,7 @@ void AddMove(CLI::App& oApp, ChosenCommand& oChosen)
         "Give a property another name or another bag\n"
         "Nested bags on the way to TO that are not there are made; TO itself may not be there." +
             std::string(gAboutPaths) + ".",
-        "talbase move Host Transport/Host job.bag", Move, [](CLI::App& oCommand, MoveOptions& oOptions) {
+        "talbase move Transport/Host Transport/Server job.bag", Move, [](CLI::App& oCommand, MoveOptions& oOptions) {
             oCommand.add_option("FROM", oOptions.mFrom, "The property")->type_name("PATH")->required();
             oCommand.add_option("TO", oOptions.mTo, "Where it goes")->type_name("PATH")->required();
             AddFile(oCommand, oOptions.mFile);
@@ -98,7 +98,7 @@ void AddEmbed(CLI::App& oApp, ChosenCommand& oChosen)
         "Put a bag into another one\n"
         "A nested bag that is there already is replaced. Values get the escapes that the delimiters around them want." +
             std::string(gAboutPaths) + ".",
-        "talbase embed Transport route.bag job.bag", Embed, [](CLI::App& oCommand, EmbedOptions& oOptions) {
+        "talbase embed Previous job-new.bag job.bag", Embed, [](CLI::App& oCommand, EmbedOptions& oOptions) {
             oCommand.add_option("PATH", oOptions.mPath, "Where it goes")->type_name("PATH")->required();
             oCommand.add_option("BAG", oOptions.mBagFile, "The text form of the bag that goes there")
                 ->type_name("FILE")
@@ -116,7 +116,7 @@ void AddMerge(CLI::App& oApp, ChosenCommand& oChosen)
         "Make one bag of several\n"
         "A property of a later bag replaces one of the same name and moves to the end. The delimiters are those of the "
         "first bag.",
-        "talbase merge defaults.bag job.bag", Merge, [](CLI::App& oCommand, MergeOptions& oOptions) {
+        "talbase merge job.bag job-new.bag", Merge, [](CLI::App& oCommand, MergeOptions& oOptions) {
             oCommand.add_option("FILES", oOptions.mFiles, "The text forms; - is standard input")
                 ->type_name("FILE")
                 ->required()

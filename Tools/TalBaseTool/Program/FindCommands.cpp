@@ -112,7 +112,7 @@ void AddList(CLI::App& oApp, ChosenCommand& oChosen)
         "a bag. 'talbase from-list' makes the same bag of the list, unless something is hidden. For git diff: put "
         "'*.bag diff=bag' into .gitattributes, and run: git config diff.bag.textconv 'talbase list'." +
             std::string(gAboutPaths) + ".",
-        "talbase list job.bag | grep Host", ListBags, [](CLI::App& oCommand, ListOptions& oOptions) {
+        "talbase list --show-secrets job.bag >job.list", ListBags, [](CLI::App& oCommand, ListOptions& oOptions) {
             AddInputs(oCommand, oOptions.mInputs);
             oCommand.add_flag("--sort", oOptions.mIsSorted, "Sort by path instead of keeping the order of the bag");
             AddZero(oCommand, oOptions.mEndsWithZero,

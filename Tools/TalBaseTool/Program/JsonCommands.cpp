@@ -15,7 +15,7 @@ void AddToJson(CLI::App& oApp, ChosenCommand& oChosen)
         "A bag whose names are the numbers from 0 on becomes an array, every other one an object. All values are "
         "strings; with --typed those that are a JSON number, true, false or null are written as that. Lines are "
         "indented by 40 levels at most.",
-        "talbase to-json job.bag", ToJson, [](CLI::App& oCommand, ToJsonOptions& oOptions) {
+        "talbase to-json job.bag >job.json", ToJson, [](CLI::App& oCommand, ToJsonOptions& oOptions) {
             oOptions.mInputs.mUnreadable = ExitBad;
             AddInputs(oCommand, oOptions.mInputs, false);
             oCommand.add_flag("--lines", oOptions.mHasLines,

@@ -50,7 +50,7 @@ void AddCheck(CLI::App& oApp, ChosenCommand& oChosen)
         "written; and about what may be damage: an empty text, names that begin with a line end, and values that read "
         "as the text of a bag. "
         "Sensitive values, and sensitive bags with all that is in them, are masked.",
-        "talbase check job.bag route.bag", Check, [](CLI::App& oCommand, CheckOptions& oOptions) {
+        "talbase check job.bag job-new.bag", Check, [](CLI::App& oCommand, CheckOptions& oOptions) {
             oOptions.mInputs.mUnreadable = ExitBad;
             AddInputs(oCommand, oOptions.mInputs);
             AddColor(oCommand, oOptions.mColor);
@@ -71,7 +71,7 @@ void AddDiff(CLI::App& oApp, ChosenCommand& oChosen)
         "Names and values are compared as a caller of the library sees them, whatever the delimiters. A line with - is "
         "about the first bag, one with + about the second, one with > about an order. Exit status 1 says that they "
         "differ.",
-        "talbase diff old.bag new.bag", Diff, [](CLI::App& oCommand, DiffOptions& oOptions) {
+        "talbase diff job.bag job-new.bag", Diff, [](CLI::App& oCommand, DiffOptions& oOptions) {
             oCommand.add_option("A", oOptions.mFile, "A text form; - is standard input")->type_name("FILE")->required();
             oCommand.add_option("B", oOptions.mOther, "Another one")->type_name("FILE")->required();
             AddView(oCommand, oOptions);

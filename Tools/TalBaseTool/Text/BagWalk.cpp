@@ -43,7 +43,6 @@ Path BagWalk::GetPath() const
 NameIndex::NameIndex(const QTalBase::PropertyBag& iBag)
 {
     const unsigned int lCount = iBag.GetCount();
-    mPositions.reserve(lCount);
     for (unsigned int lIndex = 0; lIndex < lCount; ++lIndex)
     {
         mPositions.emplace(iBag.GetName(lIndex).c_str(), lIndex);

@@ -11,9 +11,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace TalBaseTool
@@ -132,7 +132,7 @@ public:
     unsigned int Find(const std::wstring& iName) const;
 
 private:
-    std::unordered_map<std::wstring, unsigned int> mPositions;
+    std::map<std::wstring, unsigned int> mPositions; // a stranger's names could be chosen to have hashes alike
 };
 
 // The path of the first property of a bag that another bag does not have in the same place with the same stored value.

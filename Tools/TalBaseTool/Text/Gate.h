@@ -22,6 +22,7 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -115,7 +116,7 @@ private:
     Opening mOpening = Opening::Everything;
     DelimiterTexts mPair; // of a text in good order
     std::size_t mContent = 0;
-    std::unordered_set<std::wstring> mNeighbours; // names of properties that are hidden for what stands before them
+    std::set<std::wstring> mNeighbours; // names of properties that are hidden for what stands before them
 };
 
 // Says why nothing of a text is shown, where that is so.

@@ -16,9 +16,9 @@
 #include "Text/SensitiveNames.h"
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace TalBaseTool
@@ -37,8 +37,8 @@ struct HiddenParts
 
     bool mHasNest = false; // a bag in the bag
 
-    std::unordered_set<std::wstring> mNames; // of properties that are hidden for what stands before them
-    std::vector<TextPart> mParts;            // in order, where they were asked for
+    std::set<std::wstring> mNames; // of properties that are hidden for what stands before them
+    std::vector<TextPart> mParts;  // in order, where they were asked for
 };
 
 // iContent: where the properties begin, behind the header. The text reads without an error with the pair.

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
-#include <unordered_map>
+#include <map>
 
 namespace TalBaseTool
 {
@@ -177,7 +177,9 @@ private:
         bool mHasGap;       // of an array: one that is not, before one that is
         bool mHasNested;
         bool mIsOrderLost;
-        std::unordered_map<std::wstring, TextSpan> mNames; // and where they stand; nowhere where they were left out
+        // The names and where they stand; nowhere where they were left out. A stranger's names could be chosen to have
+        // hashes alike.
+        std::map<std::wstring, TextSpan> mNames;
     };
 
     // Whether the names of what is left of an object are the numbers from 0 on, in whatever order.
