@@ -71,6 +71,8 @@ TEST(Gate, OfAnyOtherTextNothingIsShown)
              L"EndDelimiter***BeginDelimiter++++FTPServerPassword2***a++++x***", // the same in a longer word
              L"EndDelimiteraBeginDelimiter<x ftpserverpassword<y>>",             // cut by a delimiter of the header
              L"EndDelimiter>BeginDelimiterS>FTPServerPassword<x>",               // cut by a delimiter
+             L"EndDelimiter\\BeginDelimiter=;\\nFTPServerPassword=x;",           // behind an escape that one cuts
+             L"EndDelimiter\\BeginDelimiter=\\a=1\\u000aFTPServerPassword=x\\",  // the same of a longer escape
              L"FTPServerPassword2=x"})
     {
         const Gate lGate = GateOf(lText);

@@ -157,7 +157,15 @@ private:
             }
             mNext = mNames.Find(mText, mNext->mStart + 1);
         }
-        return false;
+        return mNext && hMayCutEscapeBefore(*mNext, iDelimiter);
+    }
+
+    // Whether what is left of an escape stands between a delimiter and a name: "n" of "\n" is no letter of the name.
+    bool hMayCutEscapeBefore(const NamePlace& iName, const TextPart& iDelimiter) const
+    {
+        constexpr std::size_t lLongest = 5; // of "\uXXXX" behind the backslash
+        return iDelimiter.mStop > 0 && mText[iDelimiter.mStop - 1] == L'\\' && iName.mStart > iDelimiter.mStop &&
+               iName.mStart <= iDelimiter.mStop + lLongest;
     }
 
     void hTakeName(const TextPart& iRun, std::size_t iBehind)
