@@ -120,6 +120,11 @@ TEST(SensitiveNames, FindFindsTheSameInLongTextsAsInTheirPieces)
             }
         }
         EXPECT_GT(lCount, 100);
+        for (std::size_t lPlace = 0; lPlace < 600; ++lPlace)
+        {
+            const std::wstring lLong = std::wstring(lPlace, L'x') + L"Key" + std::wstring(600 - lPlace, L'x');
+            EXPECT_EQ(Show(lNames.Find(lLong, 0)), std::to_string(lPlace) + "-" + std::to_string(lPlace + 3));
+        }
         EXPECT_EQ(Show(lNames.Find(lText, 2000)), "2000-2003");
         EXPECT_EQ(Show(lNames.Find(lText, 2001)), "none");
     }
