@@ -108,7 +108,9 @@ TEST(CheckScreens, HaveEveryMessageOfReading)
         for (const Documents::Row& lRow : lTable.mRows)
         {
             const std::string lText = Documents::CodeSpans(lRow.at("text")).at(0);
-            if (lText.find("A string or Begin token was expected") == std::string::npos) // no text leads there
+            // No text leads to the one, and the other belongs to a function that the tool does not read with.
+            if (lText.find("A string or Begin token was expected") == std::string::npos &&
+                lText.find("CreatePropertyBagFromUTF8") == std::string::npos)
             {
                 EXPECT_NE(lScreen.find(lText.substr(0, lText.find('<'))), std::string::npos) << lText;
                 ++lCount;
