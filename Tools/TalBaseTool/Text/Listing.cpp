@@ -15,7 +15,8 @@
 #include "TalBase/Views.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <map>
+#include <utility>
 
 namespace TalBaseTool
 {
@@ -555,24 +556,7 @@ private:
         std::size_t mNext = 0; // in the same bag, or 0
     };
 
-    struct Key
-    {
-        std::size_t mParent;
-        std::wstring_view mName;
-
-        bool operator==(const Key& iOther) const
-        {
-            return mParent == iOther.mParent && mName == iOther.mName;
-        }
-    };
-
-    struct KeyHash
-    {
-        std::size_t operator()(const Key& iKey) const
-        {
-            return std::hash<std::wstring_view>()(iKey.mName) * 31 + iKey.mParent;
-        }
-    };
+    using Key = std::pair<std::size_t, std::wstring_view>; // of the bag, and a name in it
 
     std::size_t hEnter(std::size_t iParent, const std::wstring& iName, const ListLine& iLine, bool iIsLast)
     {
@@ -624,8 +608,8 @@ private:
     }
 
     const std::string& mFile;
-    std::vector<Node> mNodes; // the outermost bag is the first
-    std::unordered_map<Key, std::size_t, KeyHash> mKnown;
+    std::vector<Node> mNodes;          // the outermost bag is the first
+    std::map<Key, std::size_t> mKnown; // not by a hash: somebody could choose names that have the same one
 };
 
 } // namespace
