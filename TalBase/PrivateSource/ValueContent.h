@@ -165,7 +165,7 @@ public:
     void Append(std::wstring_view iName, std::wstring_view iValue) noexcept
     {
         if (iName.size() <= gStep && iValue.size() <= 2 * gStep && mSourceStop - iValue.data() >= 2 * gStep &&
-            mTargetStop - mTarget >= 3 * gStep) [[likely]]
+            mTargetStop - mTarget >= 3 * gStep)
         {
             *mEntry++ = Entry{static_cast<std::size_t>(mTarget - mContent.mText), iName.size(), iValue.size()};
             std::memcpy(mTarget, iName.data(), gStep * sizeof(wchar_t));
