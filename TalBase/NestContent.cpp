@@ -76,7 +76,7 @@ void NestContent::Reserve(std::size_t iCount)
     {
         return;
     }
-    if (iCount > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(BagState*))
+    if (iCount > std::numeric_limits<std::ptrdiff_t>::max() / SizeOf(1))
     {
         throw std::length_error("QTalBase::PropertyBag: too many nested bags");
     }

@@ -166,7 +166,7 @@ private:
             {
                 return hFault(lKind, TextFaultPart::Name);
             }
-            const TextFault lFault = hIsNest(lLevel) ? hCheckNest(lLevel) : hCheckPlain(lLevel);
+            TextFault lFault = hIsNest(lLevel) ? hCheckNest(lLevel) : hCheckPlain(lLevel);
             if (!lFault.IsNone())
             {
                 return lFault;
@@ -243,7 +243,7 @@ private:
         const BagState* lOwned =
             lOwner != nullptr ? &lOwner->mNests.GetNest(lIndex - lOwner->mValues.GetCount()) : nullptr;
         const Held lHeld = lOwner != nullptr ? nullptr : iLevel.mBag->GetValuePropertyBag(lIndex);
-        const PropertyBag& lNest = lOwned != nullptr ? *lOwned->mObject : *lHeld;
+        const PropertyBag& lNest = lOwner != nullptr ? *lOwned->mObject : *lHeld;
         if (!hHasPair(lNest, lOwner, lOwned))
         {
             return hFault(TextFaultKind::Different, TextFaultPart::Delimiters);

@@ -134,25 +134,26 @@ wchar_t* TextWriter::hWritePlain(const BagState& iBag, wchar_t* opTarget) const
 // Allocates nothing that measuring has not allocated already.
 void TextWriter::hWrite(bool iWithMetadata, wchar_t* opTarget)
 {
+    wchar_t* lTarget = opTarget;
     const DelimiterPair lPair = hPairOf(mBag);
     if (iWithMetadata)
     {
-        opTarget = CopyText(gHeaderEndWord, opTarget);
-        opTarget = CopyText(lPair.mEnd, opTarget);
-        opTarget = CopyText(gHeaderBeginWord, opTarget);
-        opTarget = CopyText(lPair.mBegin, opTarget);
-        opTarget = CopyText(lPair.mEnd, opTarget);
+        lTarget = CopyText(gHeaderEndWord, lTarget);
+        lTarget = CopyText(lPair.mEnd, lTarget);
+        lTarget = CopyText(gHeaderBeginWord, lTarget);
+        lTarget = CopyText(lPair.mBegin, lTarget);
+        lTarget = CopyText(lPair.mEnd, lTarget);
     }
-    opTarget = hWritePlain(mBag, opTarget);
+    lTarget = hWritePlain(mBag, lTarget);
     mWalk.Over(
         mBag,
         [&](const BagState& iParent, std::size_t iIndex) {
-            opTarget = CopyText(iParent.mNests.GetName(iIndex), opTarget);
-            opTarget = CopyText(hPairOf(iParent).mBegin, opTarget);
-            opTarget = hWritePlain(iParent.mNests.GetNest(iIndex), opTarget);
+            lTarget = CopyText(iParent.mNests.GetName(iIndex), lTarget);
+            lTarget = CopyText(hPairOf(iParent).mBegin, lTarget);
+            lTarget = hWritePlain(iParent.mNests.GetNest(iIndex), lTarget);
             return true;
         },
-        [&](const BagState& iParent, std::size_t) { opTarget = CopyText(hPairOf(iParent).mEnd, opTarget); });
+        [&](const BagState& iParent, std::size_t) { lTarget = CopyText(hPairOf(iParent).mEnd, lTarget); });
 }
 
 QBase::ReturnWString ReadProperty(const BagState& iBag, std::wstring_view iName)

@@ -209,6 +209,7 @@ inline bool CopyFourOfThree(const wchar_t* ipText, char* opBytes) noexcept
 {
     for (std::size_t lIndex = 0; lIndex < 4; ++lIndex, opBytes += 3)
     {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): 32 bits, however wide characters are signed
         const std::uint32_t lText = static_cast<std::uint32_t>(ipText[lIndex]);
         opBytes[0] = static_cast<char>(0xE0 | (lText >> 12 & 0x0F));
         opBytes[1] = static_cast<char>(0x80 | (lText >> 6 & 0x3F));

@@ -41,6 +41,7 @@ template <class Character>
 class Blocks
 {
 public:
+    // cppcheck-suppress uninitMemberVar ; the tail is set when it is given
     Blocks(const Character* ipText, std::size_t iLength) : mText(ipText), mLength(iLength) {}
 
     std::size_t GetPlace() const

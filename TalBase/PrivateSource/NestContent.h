@@ -34,7 +34,7 @@ public:
     void Lend(void* ipRoom, std::size_t iCount) noexcept;
     static constexpr std::size_t SizeOf(std::size_t iCount) noexcept
     {
-        return iCount * sizeof(BagState*);
+        return iCount * sizeof(void*); // a pointer to each nest
     }
 
     // Fills an empty content with the nests of another one, which both hold then. Throws std::bad_alloc, nothing

@@ -37,15 +37,15 @@ public:
                 {
                     return false;
                 }
-                State& lNest = lBag.mNests.GetNest(lIndex);
-                if (lNest.mNests.IsEmpty())
+                State* lNest = &lBag.mNests.GetNest(lIndex);
+                if (lNest->mNests.IsEmpty())
                 {
                     iLeave(lBag, lIndex);
                     continue;
                 }
                 mAround.Push(Level(lLevel)); // a copy, so that the level itself can stay in registers
-                lLevel = Level{&lNest, 0};
-                lCount = lNest.mNests.GetCount();
+                lLevel = Level{lNest, 0};
+                lCount = lNest->mNests.GetCount();
             }
             if (mAround.GetCount() == 0)
             {

@@ -77,21 +77,18 @@ public:
     template <class IsEqual>
     std::uint8_t* NumberFor(std::wstring_view /*iName*/, const IsEqual& iIsEqual) noexcept
     {
-        std::uint8_t* lNumber = mNumbers;
-        while (lNumber != mStop && !iIsEqual(*lNumber))
+        std::size_t lIndex = 0;
+        while (lIndex < mCount && !iIsEqual(mNumbers[lIndex]))
         {
-            ++lNumber;
+            ++lIndex;
         }
-        if (lNumber == mStop)
-        {
-            *mStop++ = gNone;
-        }
-        return lNumber;
+        mCount += lIndex == mCount ? 1 : 0;
+        return mNumbers + lIndex;
     }
 
 private:
-    std::uint8_t mNumbers[gMostNames];
-    std::uint8_t* mStop = mNumbers;
+    std::uint8_t mNumbers[gMostNames] = {gNone, gNone, gNone, gNone};
+    std::size_t mCount = 0;
 };
 
 // With a table that is free: NameList or SmallNameTable for up to their most names, or a NameTable.

@@ -134,8 +134,8 @@ private:
         std::size_t lCount = gBlock;
         if (lLeft > gBlock)
         {
-            lCount = hCountUpToLastRow(lBegins | lEnds, (lBegins >> 63) != 0 ? lBegins : lEnds,
-                                       (lBegins >> 63) != 0 ? mBegin.mLength : mEnd.mLength);
+            const bool lIsBegin = (lBegins >> 63) != 0;
+            lCount = hCountUpToLastRow(lIsBegin ? lBegins : lEnds, lIsBegin ? mBegin.mLength : mEnd.mLength);
             const std::uint64_t lTaken = ~std::uint64_t{0} >> (gBlock - lCount);
             lBegins &= lTaken;
             lEnds &= lTaken;
@@ -155,13 +155,9 @@ private:
     }
 
     // How many of 64 places come before a row that reaches the end; of one that fills them, whole delimiters.
-    static std::size_t hCountUpToLastRow(std::uint64_t iAll, std::uint64_t iLast, std::size_t iLength) noexcept
+    static std::size_t hCountUpToLastRow(std::uint64_t iPlaces, std::size_t iLength) noexcept
     {
-        if (iAll >> 63 == 0)
-        {
-            return gBlock;
-        }
-        const std::size_t lRow = static_cast<std::size_t>(std::countl_one(iLast));
+        const std::size_t lRow = static_cast<std::size_t>(std::countl_one(iPlaces));
         return lRow != gBlock ? gBlock - lRow : gBlock / iLength * iLength;
     }
 

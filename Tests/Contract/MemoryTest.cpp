@@ -72,7 +72,6 @@ std::string Stated(const std::vector<Table>& iTables, const Bench::MemoryCase& i
 
 } // namespace
 
-// A stated multiple is the measured one rounded up, so it may be neither exceeded nor far too large.
 // A nest in a text of 500 characters, beside others that are longer.
 TEST(Memory, ANestThatIsKeptKeepsOneAllocationOfItsOwnAndNothingElse)
 {
@@ -107,6 +106,7 @@ TEST(Memory, AValueThatIsGoneGivesItsMemoryBackInANestToo)
     EXPECT_LT(Support::BytesHeld() + (lLong.size() - 1000) * sizeof(wchar_t), lHeld);
 }
 
+// A stated multiple is the measured one rounded up, so it may be neither exceeded nor far too large.
 TEST(Memory, PeaksStayWithinTheStatedMultiplesOfTheInput)
 {
     const std::vector<Table> lTables = ReadTables(ReadProjectFile("Docs/Limits.md"));
