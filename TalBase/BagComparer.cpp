@@ -128,8 +128,7 @@ bool BagComparer::hArePlainPropertiesEqual(const BagState& iAsked, const BagStat
         const std::size_t lOtherIndex = oIndex.FindValue(lName, lIndex);
         if (lOtherIndex == gNotFound || lMayHaveBoth)
         {
-            // Asking for the value of that name would render the nest, which throws where a pair in it is not allowed;
-            // after that the kinds differ.
+            // Asking for the value would render the nest, which throws where a pair in it is not allowed.
             const std::size_t lNestIndex = oIndex.FindNest(lName);
             if (lNestIndex != gNotFound)
             {
